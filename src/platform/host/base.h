@@ -1,0 +1,106 @@
+// The types and values that every part of the layer shares.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+using WCHAR = char16_t;
+using BYTE = std::uint8_t;
+using WORD = std::uint16_t;
+using DWORD = std::uint32_t;
+using UINT = std::uint32_t;
+using ULONG = std::uint32_t;
+using LONG = std::int32_t;
+using INT = std::int32_t;
+using BOOL = int;
+using SHORT = std::int16_t;
+using LONGLONG = std::int64_t;
+using ULONGLONG = std::uint64_t;
+using LONG_PTR = std::intptr_t;
+using ULONG_PTR = std::uintptr_t;
+using UINT_PTR = std::uintptr_t;
+using INT_PTR = std::intptr_t;
+using DWORD_PTR = std::uintptr_t;
+using SIZE_T = std::size_t;
+using WPARAM = std::uintptr_t;
+using LPARAM = std::intptr_t;
+using LRESULT = std::intptr_t;
+using ATOM = WORD;
+using LCID = DWORD;
+using LPWSTR = WCHAR*;
+using PWSTR = WCHAR*;
+using LPCWSTR = const WCHAR*;
+using PCWSTR = const WCHAR*;
+using LPSTR = char*;
+using LPCSTR = const char*;
+using LPVOID = void*;
+using PVOID = void*;
+using LPCVOID = const void*;
+using LPBOOL = BOOL*;
+using LPDWORD = DWORD*;
+
+using HANDLE = void*;
+using HLOCAL = void*;
+using HGLOBAL = void*;
+using HGDIOBJ = void*;
+using HWND = struct HWND__*;
+using HMENU = struct HMENU__*;
+using HINSTANCE = struct HINSTANCE__*;
+using HMODULE = HINSTANCE;
+using HICON = struct HICON__*;
+using HCURSOR = HICON;
+using HBRUSH = struct HBRUSH__*;
+using HFONT = struct HFONT__*;
+using HDC = struct HDC__*;
+using HRGN = struct HRGN__*;
+using HDWP = void*;
+using HIMAGELIST = struct IMAGELIST__*;
+
+#define WINAPI
+#define CALLBACK
+#define TRUE 1
+#define FALSE 0
+#define MAX_PATH 260
+
+// The platform's own idiom for a wide literal.
+#define LAYER_WIDE_LITERAL(quote) u##quote
+#define TEXT(quote) LAYER_WIDE_LITERAL(quote)
+
+constexpr WORD LOWORD(std::uintptr_t value) {
+    return static_cast<WORD>(value & 0xFFFF);
+}
+constexpr WORD HIWORD(std::uintptr_t value) {
+    return static_cast<WORD>((value >> 16) & 0xFFFF);
+}
+constexpr WORD LOWORD(std::intptr_t value) {
+    return LOWORD(static_cast<std::uintptr_t>(value));
+}
+constexpr WORD HIWORD(std::intptr_t value) {
+    return HIWORD(static_cast<std::uintptr_t>(value));
+}
+constexpr LONG MAKELONG(unsigned low, unsigned high) {
+    return static_cast<LONG>((low & 0xFFFFU) | ((high & 0xFFFFU) << 16));
+}
+constexpr LPARAM MAKELPARAM(unsigned low, unsigned high) {
+    return static_cast<LPARAM>(static_cast<DWORD>(MAKELONG(low, high)));
+}
+constexpr WPARAM MAKEWPARAM(unsigned low, unsigned high) {
+    return static_cast<WPARAM>(static_cast<DWORD>(MAKELONG(low, high)));
+}
+
+struct POINT {
+    LONG x;
+    LONG y;
+};
+struct SIZE {
+    LONG cx;
+    LONG cy;
+};
+struct RECT {
+    LONG left;
+    LONG top;
+    LONG right;
+    LONG bottom;
+};
+
+#define INVALID_HANDLE_VALUE (reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(-1)))

@@ -1,0 +1,53 @@
+// What a test or the demonstration can ask of the layer that the platform itself does not offer: faults, the count of
+// open handles, the clock. The layer's own calls report here.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/host/base.h"
+
+namespace host {
+
+// --- faults ---
+
+// The nth call (1 = the next one) of the named platform call fails with the error code. Several can be set.
+void FailCall(const char* name, unsigned nth, DWORD error);
+
+// The nth call (1 = the next one) of any platform call that can fail fails with the error code.
+void FailNthCall(unsigned nth, DWORD error);
+
+// Forgets the faults that have been set; gives how many of them had come to pass.
+unsigned ClearFaults();
+
+// The names of the calls that can fail, in the order in which they were made since the last StartTrace.
+void StartTrace();
+std::vector<std::string> Trace();
+
+// For the layer: every call that can fail asks this first; true means that it must fail now, with the last error set.
+bool CallFails(const char* name);
+
+// --- handles ---
+
+// How many kernel handles are open: files, processes, threads.
+std::size_t OpenHandles();
+
+// --- the clock ---
+
+// Milliseconds since some moment, as GetTickCount64 and the timers see them.
+std::uint64_t Now();
+
+// From here on the clock stands still but for MoveClock.
+void TakeClock();
+void MoveClock(std::uint64_t ms);
+// True while the clock is taken over.
+bool ClockIsTaken();
+
+// --- what is not there ---
+
+// Aborts, naming the call and what of it is not implemented.
+[[noreturn]] void NotImplemented(const char* call, const char* what);
+
+}  // namespace host
