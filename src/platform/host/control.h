@@ -1,10 +1,11 @@
-// What a test or the demonstration can ask of the layer that the platform itself does not offer: faults, the count of
-// open handles, the clock. The layer's own calls report here.
+// What a test or the demonstration can ask of the layer that the platform itself does not offer: faults, the
+// count of open handles, the clock. The layer's own calls report here.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/host/base.h"
@@ -26,7 +27,8 @@ unsigned ClearFaults();
 void StartTrace();
 std::vector<std::string> Trace();
 
-// For the layer: every call that can fail asks this first; true means that it must fail now, with the last error set.
+// For the layer: every call that can fail asks this first; true means that it must fail now, with the last
+// error set.
 bool CallFails(const char* name);
 
 // --- handles ---
@@ -44,6 +46,16 @@ void TakeClock();
 void MoveClock(std::uint64_t ms);
 // True while the clock is taken over.
 bool ClockIsTaken();
+
+// --- places ---
+
+// Where the program believes that its own file lies, as a Windows path; empty for the true place.
+void SetModuleFile(std::u16string path);
+
+// The Linux path of a full Windows path on drive C:, and the other way: "C:\\tmp\\a" is "/tmp/a". What is no
+// such path comes back as an empty string.
+std::string NativePath(std::u16string_view path);
+std::u16string WidePath(std::string_view native);
 
 // --- what is not there ---
 
