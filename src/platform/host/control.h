@@ -52,7 +52,7 @@ bool ClockIsTaken();
 // Where the program believes that its own file lies, as a Windows path; empty for the true place.
 void SetModuleFile(std::u16string path);
 
-// The Linux path of a full Windows path on drive C:, and the other way: "C:\\tmp\\a" is "/tmp/a". What is no
+// The Linux path of a full Windows path on drive C:, and the other way: "C:\tmp\a" is "/tmp/a". What is no
 // such path comes back as an empty string.
 std::string NativePath(std::u16string_view path);
 std::u16string WidePath(std::string_view native);
