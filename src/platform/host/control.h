@@ -36,6 +36,9 @@ bool CallFails(const char* name);
 // How many kernel handles are open: files, processes, threads.
 std::size_t OpenHandles();
 
+// How many process attribute lists have been initialised and not deleted.
+std::size_t OpenAttributeLists();
+
 // --- the clock ---
 
 // Milliseconds since some moment, as GetTickCount64 and the timers see them.
