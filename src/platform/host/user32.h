@@ -21,6 +21,13 @@ constexpr COLORREF RGB(unsigned red, unsigned green, unsigned blue) {
     return (red & 0xFFU) | ((green & 0xFFU) << 8) | ((blue & 0xFFU) << 16);
 }
 
+// --- errors of windows ---
+
+constexpr DWORD ERROR_INVALID_DWP_HANDLE = 1405;
+constexpr DWORD ERROR_TLW_WITH_WSCHILD = 1406;
+constexpr DWORD ERROR_CLASS_HAS_WINDOWS = 1412;
+constexpr DWORD ERROR_INVALID_INDEX = 1413;
+
 // --- records ---
 
 struct WNDCLASSW {
