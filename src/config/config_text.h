@@ -1,0 +1,37 @@
+// The text of a configuration file, version 1: one `key=value` a line, in UTF-8. Composing and parsing, apart
+// from the file itself.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "config/vm_config.h"
+
+// The most that a configuration file may hold, in bytes, its byte order mark included.
+inline constexpr std::size_t MAX_CONFIG_BYTES = 1048576;
+
+// The keys of a file with their values, ordered by the keys' bytes. Views into the text, which must outlive
+// it.
+struct ConfigTable {
+    struct Entry {
+        std::string_view key;
+        std::string_view value;
+        bool taken = false;
+    };
+    std::vector<Entry> entries;
+};
+
+// The value of the key, which is then used up, or the default where the table does not hold the key.
+std::string_view TakeConfigValue(ConfigTable& table, std::string_view key, std::string_view default_value);
+
+// The record that the whole content of a file stands for, validated, its paths as they were written. Throws
+// with the first thing that is wrong: the encoding of the whole, the lines, the version, the values, unknown
+// keys, the limits.
+VmConfig ParseConfigText(std::string_view text);
+
+// The canonical text of a record: every key in a fixed order, no byte order mark, each line ended by a line
+// feed. Throws when a field is not well-formed UTF-16 or the text would be longer than MAX_CONFIG_BYTES.
+std::string ComposeConfigText(const VmConfig& config);

@@ -1,0 +1,47 @@
+#include "config/vm_config.h"
+
+#include <stdexcept>
+
+namespace {
+
+constexpr WCHAR LINE_BREAKERS[] = {0x0D, 0x0A, 0x00};
+
+void Require(bool holds, const char* message) {
+    if (!holds)
+        throw std::runtime_error(message);
+}
+
+bool IsWithin(std::uint32_t value, std::uint32_t lowest, std::uint32_t highest) {
+    return value >= lowest && value <= highest;
+}
+
+void ValidateNumbers(const VmConfig& config) {
+    Require(IsWithin(config.ram_mib, RAM_MIB_MIN, RAM_MIB_MAX), "RAM : choisir entre 16 et 2048 Mio.");
+    Require(IsWithin(config.width, SIZE_PIXELS_MIN, SIZE_PIXELS_MAX) &&
+                IsWithin(config.height, SIZE_PIXELS_MIN, SIZE_PIXELS_MAX),
+            "Résolution : choisir des dimensions entre 1 et 8192 pixels.");
+    Require(IsWithin(config.zoom, ZOOM_MIN, ZOOM_MAX), "Zoom : choisir entre 100 et 400 %.");
+    Require(config.timeout_ms <= TIMEOUT_MS_MAX, "Délai : choisir entre 0 et 3600000 ms.");
+    Require(config.modules.size() <= MAX_MODULES, "Maximum : 128 modules.");
+}
+
+}  // namespace
+
+void RequireOneLine(WideView text) {
+    Require(text.find_first_of(LINE_BREAKERS, 0, std::size(LINE_BREAKERS)) == WideView::npos,
+            "Les valeurs de configuration doivent tenir sur une ligne.");
+}
+
+void ValidateConfig(const VmConfig& config) {
+    ValidateNumbers(config);
+    RequireOneLine(config.kernel);
+    RequireOneLine(config.command);
+    RequireOneLine(config.dump);
+    for (const WideText& image : config.ide)
+        RequireOneLine(image);
+    for (const ModuleEntry& module : config.modules) {
+        Require(!module.path.empty(), "Le fichier d'un module est vide.");
+        RequireOneLine(module.path);
+        RequireOneLine(module.command);
+    }
+}

@@ -1,0 +1,51 @@
+// The launch configuration: everything that one launch of the virtual machine needs and a configuration file
+// holds.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "platform/win32.h"
+
+inline constexpr std::size_t MAX_MODULES = 128;
+inline constexpr std::uint32_t RAM_MIB_MIN = 16;
+inline constexpr std::uint32_t RAM_MIB_MAX = 2048;
+inline constexpr std::uint32_t SIZE_PIXELS_MIN = 1;
+inline constexpr std::uint32_t SIZE_PIXELS_MAX = 8192;
+inline constexpr std::uint32_t ZOOM_MIN = 1;
+inline constexpr std::uint32_t ZOOM_MAX = 4;
+inline constexpr std::uint32_t TIMEOUT_MS_MAX = 3600000;
+
+// One Multiboot module.
+struct ModuleEntry {
+    WideText path;     // never empty in a valid record
+    WideText command;  // its arguments; may be empty
+};
+
+// A plain value; a new one holds the defaults, of which this is the one source. Paths are kept as they were
+// given.
+struct VmConfig {
+    WideText kernel;   // the ELF file; a launch needs one, the record does not
+    WideText command;  // the kernel command line; empty: none is passed
+    WideText dump;     // file for the PPM export of the framebuffer; empty: no export
+    std::array<WideText, 4>
+        ide;  // raw images: primary master and slave, secondary master and slave; empty: no disk
+    std::vector<ModuleEntry> modules;  // in the order in which the engine gets them
+    std::uint32_t ram_mib = 128;       // guest memory
+    std::uint32_t width = 800;         // pixels; reaches the engine with explicit_video only
+    std::uint32_t height = 600;        // likewise
+    std::uint32_t zoom = 2;            // whole multiples of 100 %
+    std::uint32_t timeout_ms = 0;      // limit on the whole life of the machine; 0: none
+    bool explicit_video = false;       // impose width and height on the kernel
+    bool headless = false;             // run the engine without windows
+    bool force_no_header = false;      // accept an ELF kernel without a Multiboot header
+};
+
+// Throws unless the text can stand on one line of a configuration file: no CR, LF or NUL in it.
+void RequireOneLine(WideView text);
+
+// Throws with the message of the first limit that the record breaks. Looks at numbers and text only, never at
+// files.
+void ValidateConfig(const VmConfig& config);

@@ -1,0 +1,8 @@
+// The wording of the platform's error codes.
+#pragma once
+
+#include "platform/win32.h"
+
+// The system's own text for an error code, with the line end that the system puts behind it; where it has
+// none, the code in words of ours. Never fails.
+WideText WindowsErrorText(DWORD code);
