@@ -1,0 +1,116 @@
+#include "form/form.h"
+
+#include <array>
+#include <stdexcept>
+
+#include "form/control_table.h"
+#include "form/form_layout.h"
+
+namespace {
+
+constexpr WideView EDIT_CLASS = TEXT("EDIT");
+constexpr WPARAM EDIT_LIMIT_CHARACTERS = 32760;
+
+// A group box in a parent that clips its children never gets its background erased: it would show whatever
+// was there before. It is given the parent's background instead. The old procedure is kept in the control's
+// user data.
+LRESULT CALLBACK GroupBoxProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_ERASEBKGND)
+        return SendMessageW(GetParent(window), WM_ERASEBKGND, wparam, lparam);
+    const auto previous = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    return CallWindowProcW(previous, window, message, wparam, lparam);
+}
+
+void GiveParentBackground(HWND group_box) {
+    SetWindowLongPtrW(group_box, GWLP_USERDATA, GetWindowLongPtrW(group_box, GWLP_WNDPROC));
+    SetWindowLongPtrW(group_box, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&GroupBoxProc));
+}
+
+void FillZoomList(HWND combo_box) {
+    for (const WCHAR* text : {TEXT("100 %"), TEXT("200 %"), TEXT("300 %"), TEXT("400 %")})
+        SendMessageW(combo_box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
+}
+
+void InsertTabs(HWND tab_control) {
+    std::array<WideText, 2> names{TEXT("Disques IDE"), TEXT("Modules Multiboot")};
+    for (std::size_t index = 0; index < names.size(); ++index) {
+        TCITEMW item{};
+        item.mask = TCIF_TEXT;
+        item.pszText = names[index].data();
+        SendMessageW(tab_control, TCM_INSERTITEMW, index, reinterpret_cast<LPARAM>(&item));
+    }
+}
+
+void InsertColumn(HWND list, WPARAM index, WideText title, int width) {
+    LVCOLUMNW column{};
+    column.mask = LVCF_WIDTH | LVCF_TEXT;
+    column.cx = width;
+    column.pszText = title.data();
+    SendMessageW(list, LVM_INSERTCOLUMNW, index, reinterpret_cast<LPARAM>(&column));
+}
+
+void PrepareModuleList(HWND list) {
+    SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
+    InsertColumn(list, 0, TEXT("Fichier"), 420);
+    InsertColumn(list, 1, TEXT("Arguments"), 285);
+}
+
+// What a control needs as soon as it stands.
+void Prepare(Launcher& launcher, const ControlRow& row, HWND control) {
+    switch (row.id) {
+        case IDC_CONFIG_LINE:
+            launcher.path_label = control;
+            break;
+        case IDC_ZOOM:
+            FillZoomList(control);
+            break;
+        case IDC_PAGE_TABS:
+            launcher.tab_control = control;
+            InsertTabs(control);
+            break;
+        case IDC_MODULE_LIST:
+            launcher.module_list = control;
+            PrepareModuleList(control);
+            break;
+        case IDC_STATUS:
+            launcher.status_label = control;
+            break;
+        default:
+            break;
+    }
+    if (row.style == BS_GROUPBOX && row.class_name == WideView(TEXT("BUTTON")))
+        GiveParentBackground(control);
+    if (row.place == Place::DiskPage)
+        launcher.disk_page_controls.push_back(control);
+    if (row.place == Place::ModulePage)
+        launcher.module_page_controls.push_back(control);
+}
+
+}  // namespace
+
+HWND CreateControl(Launcher& launcher, WideView class_name, WideView text, UINT id, std::int32_t x,
+                   std::int32_t y, std::int32_t width, std::int32_t height, DWORD style, bool stretch) {
+    const bool is_edit = class_name == EDIT_CLASS;
+    const HWND control =
+        CreateWindowExW(is_edit ? WS_EX_CLIENTEDGE : 0, WideText(class_name).c_str(), WideText(text).c_str(),
+                        style | WS_CHILD | WS_VISIBLE, x, y, width, height, launcher.main_window,
+                        reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), launcher.instance, nullptr);
+    if (control == nullptr)
+        throw std::runtime_error("Création d'un contrôle impossible.");
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(launcher.gui_font), TRUE);
+    if (is_edit)
+        SendMessageW(control, EM_LIMITTEXT, EDIT_LIMIT_CHARACTERS, 0);
+    launcher.layout_items.push_back({control, x, y, width, height, stretch});
+    return control;
+}
+
+void BuildForm(Launcher& launcher) {
+    const FillingScope filling(launcher);
+    launcher.gui_font = static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT));
+    for (const ControlRow& row : CONTROL_TABLE) {
+        const HWND control = CreateControl(launcher, row.class_name, row.text, row.id, row.x, row.y,
+                                           row.width, row.height, row.style, row.stretch);
+        Prepare(launcher, row, control);
+    }
+    ShowTabPage(launcher);
+}

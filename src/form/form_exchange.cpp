@@ -1,0 +1,165 @@
+#include "form/form_exchange.h"
+
+#include <array>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include "config/file_system.h"
+#include "config/path_ops.h"
+#include "config/text_convert.h"
+#include "form/form_ids.h"
+#include "form/title.h"
+
+namespace {
+
+constexpr std::array IDE_FIELDS{IDC_IDE_PRIMARY_MASTER, IDC_IDE_PRIMARY_SLAVE, IDC_IDE_SECONDARY_MASTER,
+                                IDC_IDE_SECONDARY_SLAVE};
+
+HWND Field(const Launcher& launcher, UINT id) {
+    return GetDlgItem(launcher.main_window, static_cast<int>(id));
+}
+
+void SetField(const Launcher& launcher, UINT id, const WideText& text) {
+    SetDlgItemTextW(launcher.main_window, static_cast<int>(id), text.c_str());
+}
+
+void SetCheck(const Launcher& launcher, UINT id, bool checked) {
+    CheckDlgButton(launcher.main_window, static_cast<int>(id), checked ? BST_CHECKED : BST_UNCHECKED);
+}
+
+bool IsChecked(const Launcher& launcher, UINT id) {
+    return IsDlgButtonChecked(launcher.main_window, static_cast<int>(id)) == BST_CHECKED;
+}
+
+void ReadNumbers(const Launcher& launcher, VmConfig& config) {
+    config.ram_mib =
+        ReadNumberField(Field(launcher, IDC_RAM_MIB), RAM_MIB_MIN, RAM_MIB_MAX, "RAM (16..2048 Mio)");
+    config.timeout_ms =
+        ReadNumberField(Field(launcher, IDC_TIMEOUT_MS), 0, TIMEOUT_MS_MAX, "délai (0..3600000 ms)");
+    config.width =
+        ReadNumberField(Field(launcher, IDC_WIDTH), SIZE_PIXELS_MIN, SIZE_PIXELS_MAX, "largeur (1..8192)");
+    config.height =
+        ReadNumberField(Field(launcher, IDC_HEIGHT), SIZE_PIXELS_MIN, SIZE_PIXELS_MAX, "hauteur (1..8192)");
+}
+
+void ResolvePaths(const Launcher& launcher, VmConfig& config) {
+    ResolveFormPath(launcher, config.kernel);
+    ResolveFormPath(launcher, config.dump);
+    for (WideText& image : config.ide)
+        ResolveFormPath(launcher, image);
+    for (ModuleEntry& module : config.modules)
+        ResolveFormPath(launcher, module.path);
+}
+
+void FillFields(const Launcher& launcher, const VmConfig& config) {
+    SetField(launcher, IDC_KERNEL_PATH, config.kernel);
+    SetField(launcher, IDC_KERNEL_COMMAND, config.command);
+    SetField(launcher, IDC_DUMP_PATH, config.dump);
+    SetField(launcher, IDC_RAM_MIB, WideNumberText(config.ram_mib));
+    SetField(launcher, IDC_TIMEOUT_MS, WideNumberText(config.timeout_ms));
+    SetField(launcher, IDC_WIDTH, WideNumberText(config.width));
+    SetField(launcher, IDC_HEIGHT, WideNumberText(config.height));
+    SendMessageW(Field(launcher, IDC_ZOOM), CB_SETCURSEL, config.zoom - 1, 0);
+    SetCheck(launcher, IDC_EXPLICIT_VIDEO, config.explicit_video);
+    SetCheck(launcher, IDC_HEADLESS, config.headless);
+    SetCheck(launcher, IDC_FORCE_NO_HEADER, config.force_no_header);
+    for (std::size_t slot = 0; slot < IDE_FIELDS.size(); ++slot)
+        SetField(launcher, IDE_FIELDS[slot], config.ide[slot]);
+}
+
+// The list view takes its texts through pointers to writable characters and copies them; it does not write
+// there.
+LPWSTR WritableText(const WideText& text) {
+    return const_cast<LPWSTR>(text.c_str());
+}
+
+void InsertModuleRow(HWND list, std::size_t index, const ModuleEntry& module) {
+    LVITEMW item{};
+    item.mask = LVIF_TEXT;
+    item.iItem = static_cast<int>(index);
+    item.pszText = WritableText(module.path);
+    SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    SetModuleRowArguments(list, index, module.command);
+}
+
+}  // namespace
+
+WideText GetControlText(HWND control) {
+    WideText text(static_cast<std::size_t>(GetWindowTextLengthW(control)), WCHAR{});
+    if (text.empty())
+        return text;
+    const int copied = GetWindowTextW(control, text.data(), static_cast<int>(text.size()) + 1);
+    text.resize(static_cast<std::size_t>(copied));
+    return text;
+}
+
+std::uint32_t ReadNumberField(HWND control, std::uint32_t lowest, std::uint32_t highest, const char* label) {
+    const std::optional<std::uint64_t> number = ParseDigits(WideView(GetControlText(control)));
+    if (!number)
+        throw std::runtime_error("Nombre invalide : " + std::string(label));
+    if (*number < lowest || *number > highest) {
+        SetFocus(control);
+        SendMessageW(control, EM_SETSEL, 0, -1);
+        throw std::runtime_error("Valeur hors limites : " + std::string(label));
+    }
+    return static_cast<std::uint32_t>(*number);
+}
+
+void ResolveFormPath(const Launcher& launcher, WideText& path) {
+    if (!path.empty())
+        path = NormalPath(AbsolutePath(JoinPath(launcher.run_directory, path)));
+}
+
+VmConfig ReadForm(Launcher& launcher) {
+    VmConfig config = launcher.config;
+    config.kernel = GetControlText(Field(launcher, IDC_KERNEL_PATH));
+    config.command = GetControlText(Field(launcher, IDC_KERNEL_COMMAND));
+    config.dump = GetControlText(Field(launcher, IDC_DUMP_PATH));
+    ReadNumbers(launcher, config);
+    config.zoom = static_cast<std::uint32_t>(SendMessageW(Field(launcher, IDC_ZOOM), CB_GETCURSEL, 0, 0) + 1);
+    config.explicit_video = IsChecked(launcher, IDC_EXPLICIT_VIDEO);
+    config.headless = IsChecked(launcher, IDC_HEADLESS);
+    config.force_no_header = IsChecked(launcher, IDC_FORCE_NO_HEADER);
+    for (std::size_t slot = 0; slot < IDE_FIELDS.size(); ++slot)
+        config.ide[slot] = GetControlText(Field(launcher, IDE_FIELDS[slot]));
+    ResolvePaths(launcher, config);
+    ValidateConfig(config);
+    return config;
+}
+
+void FillForm(Launcher& launcher) {
+    const std::int32_t kept_row = launcher.selected_module;
+    {
+        const FillingScope filling(launcher);
+        FillFields(launcher, launcher.config);
+        RebuildModuleList(launcher);
+    }
+    if (kept_row >= 0 && static_cast<std::size_t>(kept_row) < launcher.config.modules.size())
+        SelectModuleRow(launcher, kept_row);
+    RefreshEnabling(launcher);
+    RefreshTitle(launcher);
+}
+
+void RebuildModuleList(Launcher& launcher) {
+    launcher.selected_module = -1;
+    SendMessageW(launcher.module_list, LVM_DELETEALLITEMS, 0, 0);
+    for (std::size_t index = 0; index < launcher.config.modules.size(); ++index)
+        InsertModuleRow(launcher.module_list, index, launcher.config.modules[index]);
+    SetField(launcher, IDC_MODULE_ARGS, {});
+}
+
+void SelectModuleRow(Launcher& launcher, std::int32_t index) {
+    LVITEMW item{};
+    item.state = LVIS_SELECTED | LVIS_FOCUSED;
+    item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    SendMessageW(launcher.module_list, LVM_SETITEMSTATE, static_cast<WPARAM>(index),
+                 reinterpret_cast<LPARAM>(&item));
+}
+
+void SetModuleRowArguments(HWND list, std::size_t index, const WideText& arguments) {
+    LVITEMW item{};
+    item.iSubItem = 1;
+    item.pszText = WritableText(arguments);
+    SendMessageW(list, LVM_SETITEMTEXTW, index, reinterpret_cast<LPARAM>(&item));
+}

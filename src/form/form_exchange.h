@@ -1,0 +1,39 @@
+// The exchange between the form and the record: the controls filled from `config`, a new record read from
+// them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "config/vm_config.h"
+#include "platform/win32.h"
+#include "shell/launcher.h"
+
+// The whole text of a control, nothing trimmed.
+WideText GetControlText(HWND control);
+
+// The number in an edit field, from `lowest` to `highest`. Anything but ASCII digits throws with `label`; a
+// number out of bounds throws too, and the field then has the focus with its text selected.
+std::uint32_t ReadNumberField(HWND control, std::uint32_t lowest, std::uint32_t highest, const char* label);
+
+// Makes `path`, as typed, full and normal, seen from `run_directory`; an empty path stays empty. Throws the
+// file-system error of the platform.
+void ResolveFormPath(const Launcher& launcher, WideText& path);
+
+// A new, validated record of what the form holds; the module list is that of `config`. Changes neither
+// `config` nor `dirty`. Throws with the first thing that is wrong.
+VmConfig ReadForm(Launcher& launcher);
+
+// Writes `config` into all controls, keeps the selected module row by its index where there is still such a
+// row, and refreshes enabling and title. Marks nothing as modified and leaves `dirty` to the caller.
+void FillForm(Launcher& launcher);
+
+// Makes the module list the mirror of `config.modules`, with no row selected. Only while `filling` is set.
+void RebuildModuleList(Launcher& launcher);
+
+// Selects one row of the module list; `selected_module` and the arguments field have followed when it
+// returns. Only while `filling` is not set.
+void SelectModuleRow(Launcher& launcher, std::int32_t index);
+
+// Writes the second column of one row of the module list.
+void SetModuleRowArguments(HWND list, std::size_t index, const WideText& arguments);

@@ -1,0 +1,63 @@
+#include "form/form_layout.h"
+
+#include "form/form_ids.h"
+#include "form/placement.h"
+
+namespace {
+
+void MoveControls(const Launcher& launcher, std::int32_t dx, std::int32_t dy) {
+    HDWP batch = BeginDeferWindowPos(static_cast<int>(launcher.layout_items.size()));
+    if (batch == nullptr)
+        return;
+    for (const LayoutItem& item : launcher.layout_items) {
+        const auto id = static_cast<UINT>(GetDlgCtrlID(item.window));
+        const bool grows_down = item.window == launcher.tab_control || item.window == launcher.module_list;
+        const Placement placed = PlaceControl(item, id, grows_down, dx, dy);
+        batch = DeferWindowPos(batch, item.window, nullptr, placed.x, placed.y, placed.width, placed.height,
+                               SWP_NOZORDER | SWP_NOACTIVATE);
+        if (batch == nullptr)
+            return;
+    }
+    EndDeferWindowPos(batch);
+}
+
+void SetColumnWidth(HWND list, WPARAM column, std::int32_t width) {
+    SendMessageW(list, LVM_SETCOLUMNWIDTH, column, MAKELPARAM(width, 0));
+}
+
+void ShowControls(const std::vector<HWND>& controls, bool visible) {
+    for (const HWND control : controls)
+        ShowWindow(control, visible ? SW_SHOW : SW_HIDE);
+}
+
+}  // namespace
+
+SIZE BaseWindowSize() {
+    RECT outer{0, 0, BASE_CLIENT_WIDTH, BASE_CLIENT_HEIGHT};
+    AdjustWindowRectEx(&outer, MAIN_WINDOW_STYLE, FALSE, 0);
+    return {outer.right - outer.left, outer.bottom - outer.top};
+}
+
+void LayoutForm(Launcher& launcher) {
+    RECT client{};
+    GetClientRect(launcher.main_window, &client);
+    const std::int32_t dx = client.right - BASE_CLIENT_WIDTH;
+    const std::int32_t dy = client.bottom - BASE_CLIENT_HEIGHT;
+    MoveControls(launcher, dx, dy);
+    if (launcher.module_list != nullptr) {
+        const ColumnWidths widths = ModuleColumnWidths(dx);
+        SetColumnWidth(launcher.module_list, 0, widths.file);
+        SetColumnWidth(launcher.module_list, 1, widths.arguments);
+    }
+    InvalidateRect(launcher.main_window, nullptr, TRUE);
+    // The call above leaves the children out, and the frames and the tab control paint across the controls
+    // that lie under them: without this, controls that did not move themselves stay painted over.
+    RedrawWindow(launcher.main_window, nullptr, nullptr,
+                 RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+}
+
+void ShowTabPage(Launcher& launcher) {
+    const TabPage page = PageOfTab(SendMessageW(launcher.tab_control, TCM_GETCURSEL, 0, 0));
+    ShowControls(launcher.disk_page_controls, page == TabPage::Disks);
+    ShowControls(launcher.module_page_controls, page == TabPage::Modules);
+}

@@ -1,0 +1,45 @@
+#include "form/placement.h"
+
+#include <algorithm>
+#include <array>
+
+#include "form/form_ids.h"
+
+namespace {
+
+constexpr std::int32_t BOTTOM_ZONE = 552;  // from this y on a control follows the bottom edge
+constexpr std::int32_t LIST_BASE_WIDTH = 728;
+constexpr std::array RIGHT_ANCHORED{IDC_KERNEL_BROWSE,
+                                    IDC_DUMP_BROWSE,
+                                    IDC_MODULE_ADD,
+                                    IDC_MODULE_REMOVE,
+                                    IDC_MODULE_UP,
+                                    IDC_MODULE_DOWN,
+                                    IDC_IDE_PRIMARY_MASTER_BROWSE,
+                                    IDC_IDE_PRIMARY_SLAVE_BROWSE,
+                                    IDC_IDE_SECONDARY_MASTER_BROWSE,
+                                    IDC_IDE_SECONDARY_SLAVE_BROWSE};
+
+bool FollowsRightEdge(UINT id) {
+    return std::find(RIGHT_ANCHORED.begin(), RIGHT_ANCHORED.end(), id) != RIGHT_ANCHORED.end();
+}
+
+}  // namespace
+
+Placement PlaceControl(const LayoutItem& item, UINT id, bool grows_down, std::int32_t dx, std::int32_t dy) {
+    return {
+        item.x + (FollowsRightEdge(id) ? dx : 0),
+        item.y + (item.y >= BOTTOM_ZONE ? dy : 0),
+        std::max(item.width + (item.stretch ? dx : 0), 1),
+        std::max(item.height + (grows_down ? dy : 0), 1),
+    };
+}
+
+ColumnWidths ModuleColumnWidths(std::int32_t dx) {
+    const std::int32_t list_width = dx + LIST_BASE_WIDTH;
+    return {std::max(3 * list_width / 5, 220), std::max(2 * list_width / 5 - 24, 160)};
+}
+
+TabPage PageOfTab(std::intptr_t tab_index) {
+    return tab_index == 0 ? TabPage::Disks : TabPage::Modules;
+}
