@@ -1,0 +1,46 @@
+#include "launch/log_text.h"
+
+#include <exception>
+
+#include "config/text_convert.h"
+
+namespace {
+
+constexpr WCHAR CARRIAGE_RETURN = 0x0D;
+constexpr WCHAR LINE_FEED = 0x0A;
+
+WideText Decoded(std::string_view bytes) {
+    try {
+        return WideFromUtf8(bytes);
+    } catch (const std::exception&) {
+        return WideFromAnsi(bytes);
+    }
+}
+
+bool IsBareLineFeed(const WideText& text, std::size_t index) {
+    return text[index] == LINE_FEED && (index == 0 || text[index - 1] != CARRIAGE_RETURN);
+}
+
+}  // namespace
+
+WideText LogText(std::string_view bytes) {
+    WideText text = Decoded(bytes);
+    NormalizeLineEnds(text);
+    return text;
+}
+
+void NormalizeLineEnds(WideText& text) {
+    std::size_t bare = 0;
+    for (std::size_t index = 0; index < text.size(); ++index)
+        bare += IsBareLineFeed(text, index) ? 1 : 0;
+    std::size_t from = text.size();
+    text.resize(from + bare);
+    // From the end, so that each character moves once; it is done where the two positions meet.
+    for (std::size_t to = text.size(); to != from;) {
+        --from;
+        const bool needs_return = IsBareLineFeed(text, from);
+        text[--to] = text[from];
+        if (needs_return)
+            text[--to] = CARRIAGE_RETURN;
+    }
+}

@@ -1,0 +1,95 @@
+#include "launch/log_window.h"
+
+#include <algorithm>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include "config/file_system.h"
+#include "form/form_exchange.h"
+#include "launch/log_text.h"
+
+namespace {
+
+constexpr int TEXT_CONTROL_ID = 1;
+constexpr WPARAM TEXT_LIMIT_CHARACTERS = 2 * LOG_TAIL_LIMIT;  // every byte a line feed that gains a return
+constexpr DWORD TEXT_STYLE = WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_AUTOVSCROLL |
+                             ES_AUTOHSCROLL | ES_READONLY;
+
+bool LogWindowExists(const Launcher& launcher) {
+    return launcher.log_window != nullptr && IsWindow(launcher.log_window) != FALSE;
+}
+
+void MakeLogWindow(Launcher& launcher) {
+    launcher.log_window = CreateWindowExW(
+        WS_EX_TOOLWINDOW, TEXT("VeldraneVmLog"), TEXT("Veldrane VM — Journal"), WS_OVERLAPPEDWINDOW,
+        CW_USEDEFAULT, CW_USEDEFAULT, 850, 520, launcher.main_window, nullptr, launcher.instance, nullptr);
+    if (launcher.log_window == nullptr)
+        throw std::runtime_error("Création du journal impossible.");
+}
+
+void MakeTextControl(HWND window) {
+    const HWND control = CreateWindowExW(WS_EX_CLIENTEDGE, TEXT("EDIT"), TEXT(""), TEXT_STYLE, 0, 0, 1, 1,
+                                         window, reinterpret_cast<HMENU>(UINT_PTR{TEXT_CONTROL_ID}),
+                                         GetModuleHandleW(nullptr), nullptr);
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(ANSI_FIXED_FONT)), TRUE);
+    SendMessageW(control, EM_SETLIMITTEXT, TEXT_LIMIT_CHARACTERS, 0);
+}
+
+// The last bytes of the file, at most LOG_TAIL_LIMIT of them; none if it cannot be opened.
+std::optional<std::string> ReadLogTail(const WideText& path) {
+    const OwnedHandle file = OpenForReading(path);
+    std::uint64_t size = 0;
+    if (!file || !FileSize(file.Get(), size))
+        return std::nullopt;
+    std::string tail(static_cast<std::size_t>(std::min<std::uint64_t>(size, LOG_TAIL_LIMIT)), '\0');
+    std::size_t read = 0;
+    if (!tail.empty())
+        ReadAt(file.Get(), size - tail.size(), tail.data(), tail.size(), read);
+    return tail;
+}
+
+}  // namespace
+
+void ShowLogWindow(Launcher& launcher) {
+    if (launcher.log_path.empty() || QueryFileType(launcher.log_path, "status") != FileType::Regular) {
+        SetWindowTextW(launcher.status_label, TEXT("Aucun journal. Lancez une vérification ou la VM."));
+        return;
+    }
+    if (!LogWindowExists(launcher))
+        MakeLogWindow(launcher);
+    RefreshLogWindow(launcher);
+    ShowWindow(launcher.log_window, SW_SHOW);
+    SetForegroundWindow(launcher.log_window);
+}
+
+void RefreshLogWindow(Launcher& launcher) {
+    if (!LogWindowExists(launcher) || launcher.log_path.empty())
+        return;
+    const std::optional<std::string> tail = ReadLogTail(launcher.log_path);
+    if (!tail)
+        return;
+    const WideText text = LogText(*tail);
+    const HWND control = GetDlgItem(launcher.log_window, TEXT_CONTROL_ID);
+    // The control's text is fetched only where it can still be the same.
+    if (static_cast<std::size_t>(GetWindowTextLengthW(control)) == text.size() &&
+        GetControlText(control) == text)
+        return;
+    SetWindowTextW(control, text.c_str());
+}
+
+LRESULT CALLBACK LogWindowProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case WM_CREATE:
+            MakeTextControl(window);
+            return 0;
+        case WM_SIZE:
+            MoveWindow(GetDlgItem(window, TEXT_CONTROL_ID), 0, 0, LOWORD(lparam), HIWORD(lparam), TRUE);
+            return 0;
+        case WM_CLOSE:
+            ShowWindow(window, SW_HIDE);
+            return 0;
+        default:
+            return DefWindowProcW(window, message, wparam, lparam);
+    }
+}

@@ -1,0 +1,20 @@
+// The log window: the end of the last run's log, made on demand, kept in step at every tick, hidden instead
+// of closed.
+#pragma once
+
+#include "platform/win32.h"
+#include "shell/launcher.h"
+
+// The most that is ever read of a log, in bytes, from its end.
+inline constexpr DWORD LOG_TAIL_LIMIT = 0x100000;
+
+// Shows the log of the last run in its window, in front; says so in the status line when there is none.
+// Throws when the file cannot be looked at or the window cannot be made.
+void ShowLogWindow(Launcher& launcher);
+
+// Brings the text of an existing log window, shown or hidden, in step with the file. A log that cannot be
+// opened leaves the text as it is. An unchanged log leaves scroll position and selection alone.
+void RefreshLogWindow(Launcher& launcher);
+
+// The window procedure of the log window's class.
+LRESULT CALLBACK LogWindowProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
