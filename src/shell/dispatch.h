@@ -1,0 +1,13 @@
+// Every event of the running program: the main window's procedure, its decisions, and the place where
+// exceptions stop.
+#pragma once
+
+#include "platform/win32.h"
+#include "shell/launcher.h"
+
+// The window procedure of the main window's class; the creation parameter is the address of the Launcher. No
+// exception leaves it: the user is shown its text and the message counts as handled.
+LRESULT CALLBACK LauncherWindowProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+
+// Handles one message of the main window. May throw; for LauncherWindowProc alone.
+LRESULT HandleMainMessage(Launcher& launcher, UINT message, WPARAM wparam, LPARAM lparam);

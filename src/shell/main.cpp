@@ -1,0 +1,8 @@
+// The entry point. The program has no command-line arguments.
+#include "shell/launcher.h"
+#include "shell/run_launcher.h"
+
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int show_command) {
+    Launcher launcher;
+    return RunLauncher(launcher, instance, show_command);
+}

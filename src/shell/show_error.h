@@ -1,0 +1,13 @@
+// The one way in which a failure reaches the user while the main window stands.
+#pragma once
+
+#include <exception>
+
+#include "shell/launcher.h"
+
+// Writes the exception's text into the status line and shows it in a box, which the user has closed when it
+// returns.
+void ShowError(Launcher& launcher, const std::exception& error);
+
+// Shows the box alone, owned by the main window where there is one.
+void ShowErrorBox(HWND owner, const WideText& text);
