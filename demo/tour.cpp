@@ -1,0 +1,156 @@
+#include "demo/tour.h"
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "config/config_file.h"
+#include "config/file_system.h"
+#include "config/path_ops.h"
+#include "config/text_convert.h"
+#include "demo/user/user.h"
+#include "form/control_table.h"
+#include "launch/engine_command.h"
+
+namespace {
+
+bool all_right = true;
+
+void Say(const std::string& line) {
+    std::printf("%s\n", line.c_str());
+    std::fflush(stdout);
+}
+
+void Check(bool right, const std::string& what) {
+    if (right)
+        return;
+    all_right = false;
+    Say("   FAUX : " + what);
+}
+
+std::string FieldText(const ControlRow& row) {
+    if (WideView(row.class_name) != TEXT("BUTTON"))
+        return "« " + Utf8FromWide(user::ControlText(row.id)) + " »";
+    if ((row.style & 0xF) == BS_AUTOCHECKBOX)
+        return std::string(user::IsChecked(row.id) ? "[x] " : "[ ] ") + Utf8FromWide(row.text);
+    return "[" + Utf8FromWide(row.text) + "]";
+}
+
+// The window as text: the title, then each control that shows and has an identifier.
+void TellWindow(const std::string& moment) {
+    Say("── " + moment + " : " + Utf8FromWide(user::Title()));
+    const WideView lists[] = {TEXT("SysTabControl32"), TEXT("SysListView32")};
+    for (const ControlRow& row : CONTROL_TABLE) {
+        const bool has_text = row.class_name != lists[0] && row.class_name != lists[1];
+        if (row.id != 0 && has_text && user::IsVisible(row.id)) {
+            Say("   " + std::to_string(row.id) + "  " + FieldText(row) +
+                (user::IsEnabled(row.id) ? "" : "  (grisé)"));
+        }
+    }
+}
+
+// Waits for a status text and tells each other one that stands in the line before it.
+void AwaitStatus(const WideText& text) {
+    WideText last;
+    const bool came = user::WaitUntil([&] {
+        const WideText now = user::Status();
+        if (now != last)
+            Say("   état : " + Utf8FromWide(now));
+        last = now;
+        return now == text;
+    });
+    Check(came, "l'état attendu était « " + Utf8FromWide(text) + " »");
+}
+
+void Press(const std::string& what, UINT id) {
+    Say("── clic : " + what);
+    user::Click(id);
+}
+
+void AddModule(const WideText& path) {
+    Press("Ajouter...", IDC_MODULE_ADD);
+    user::ChooseFile(path);
+    Check(user::WaitForNoBox(), "la boîte de fichier devait se fermer");
+}
+
+std::string ReadLog(const WideText& path) {
+    const OwnedHandle file = OpenForReading(path);
+    std::uint64_t size = 0;
+    if (!file || !FileSize(file.Get(), size))
+        return {};
+    std::string log(static_cast<std::size_t>(size), '\0');
+    std::size_t read = 0;
+    ReadAt(file.Get(), 0, log.data(), log.size(), read);
+    return log;
+}
+
+// The engine writes its arguments one to a line; all of them must be there, in order.
+void CheckArguments(const std::string& log, const std::vector<WideText>& arguments) {
+    std::size_t from = 0;
+    for (const WideText& argument : arguments) {
+        const std::string text = Utf8FromWide(argument);
+        const std::size_t place = log.find(text, from);
+        Check(place != std::string::npos, "argument absent du journal : " + text);
+        from = place == std::string::npos ? from : place + text.size();
+    }
+}
+
+void Edit(const WideText& folder) {
+    Say("── saisie : arguments du noyau, deux modules");
+    user::Fill(IDC_KERNEL_COMMAND, TEXT("demo.duree=900 demo.lignes=4 mode=\"démonstration\""));
+    Check(user::Title() == TEXT("Veldrane VM — Configuration *"), "une saisie marque le titre");
+    user::ChooseTab(1);
+    AddModule(JoinPath(folder, TEXT("initrd.img")));
+    AddModule(JoinPath(folder, TEXT("symboles.txt")));
+    user::Fill(IDC_MODULE_ARGS, TEXT("table complète"));
+}
+
+void SaveAndLoad(const WideText& config_path) {
+    Press("Enregistrer", IDC_SAVE);
+    AwaitStatus(TEXT("Configuration enregistrée."));
+    Check(user::Title() == TEXT("Veldrane VM — Configuration"), "un enregistrement efface la marque");
+    Press("Charger...", IDC_LOAD);
+    user::ChooseFile(config_path);
+    AwaitStatus(TEXT("Configuration chargée."));
+}
+
+void VerifyAndLaunch() {
+    Press("Vérifier", IDC_VERIFY);
+    AwaitStatus(TEXT("Configuration vérifiée. Vous pouvez lancer la VM."));
+    Press("Lancer la VM", IDC_LAUNCH);
+    AwaitStatus(TEXT("VM démarrée. Les réglages s'appliquent au prochain lancement."));
+    Check(!user::IsEnabled(IDC_LAUNCH), "pas de second lancement pendant une exécution");
+    AwaitStatus(TEXT("VM terminée."));
+    Check(user::IsEnabled(IDC_LAUNCH), "le lancement revient à la fin");
+}
+
+void TellRun(const WideText& folder, const WideText& config_path) {
+    const VmConfig config = ReadConfigFile(config_path);
+    Check(config.modules.size() == 2 && config.modules[1].command == TEXT("table complète"),
+          "le fichier doit porter les deux modules");
+    Say("── ligne de commande du moteur");
+    Say(Utf8FromWide(BuildEngineCommandLine(JoinPath(folder, TEXT("tessarun.exe")), config, false)));
+    const std::string log = ReadLog(JoinPath(folder, TEXT("veldranevm.log")));
+    Say("── journal");
+    Say(log);
+    CheckArguments(log, BuildEngineArguments(config, false));
+}
+
+}  // namespace
+
+bool Tour(const WideText& folder) {
+    const WideText config_path = JoinPath(folder, TEXT("veldranevm.config"));
+    Check(user::WaitUntil([] { return IsWindowVisible(user::MainWindow()) != FALSE; }, 60000),
+          "la fenêtre doit s'ouvrir");
+    AwaitStatus(TEXT("Configuration chargée."));
+    TellWindow("au départ");
+    Edit(folder);
+    SaveAndLoad(config_path);
+    VerifyAndLaunch();
+    TellRun(folder, config_path);
+    TellWindow("à la fin");
+    user::CloseMainWindow();
+    Check(user::WaitForEnd(), "la fenêtre doit se fermer sans question");
+    Say(all_right ? "── tout est juste" : "── des textes étaient faux");
+    return all_right;
+}

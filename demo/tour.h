@@ -1,0 +1,10 @@
+// The demonstration: a user who edits a configuration, saves and loads it, verifies it and runs it.
+#pragma once
+
+#include "platform/win32.h"
+
+// Acts as the user of a launcher that has just been started in `folder`, which holds veldranevm.config,
+// noyau.elf, initrd.img, symboles.txt and tessarun.exe; tells on standard output what the window shows and
+// what the engine was given and wrote. The program has ended when it returns. False when a text was not the
+// right one.
+bool Tour(const WideText& folder);

@@ -1,0 +1,20 @@
+// The demonstration over the layer: the launcher and its user in one process. Arguments: none; run in the
+// folder.
+#include <cstdio>
+#include <exception>
+
+#include "config/file_system.h"
+#include "demo/tour.h"
+#include "demo/user/user.h"
+
+int main() {
+    try {
+        Launcher launcher;
+        bool right = false;
+        const int exit_code = user::RunWithUser(launcher, [&] { right = Tour(CurrentDirectory()); });
+        return right && exit_code == 0 ? 0 : 1;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+}

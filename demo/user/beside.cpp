@@ -1,0 +1,140 @@
+// The user beside a program in this process: a thread of his own, whose actions run on the program's thread.
+
+#include <chrono>
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+
+#include "demo/user/user.h"
+#include "shell/run_launcher.h"
+
+namespace user {
+
+namespace {
+
+constexpr UINT ACTION_PERIOD_MS = 10;
+
+// One action at a time goes from the user's thread to the program's, on the ticks of a timer that no modal
+// box stops.
+struct Meeting {
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::thread::id program_thread;
+    const std::function<void()>* action = nullptr;  // waiting for the program's thread
+    bool done = false;
+    std::exception_ptr failure;
+    bool story_over = false;
+    bool program_over = false;
+};
+
+Meeting meeting;
+
+struct ProgramOver : std::runtime_error {
+    ProgramOver() : std::runtime_error("the program has ended while the user was still acting") {}
+};
+
+// What the story has left open goes the way of a user who is in a hurry.
+void CloseWhatIsLeft() {
+    if (const HWND box = FindWindowW(TEXT("#32770"), nullptr)) {
+        for (const int button : {IDNO, IDCANCEL, IDOK}) {
+            if (GetDlgItem(box, button) != nullptr) {
+                PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
+                return;
+            }
+        }
+        return;
+    }
+    if (const HWND window = FindWindowW(TEXT("VeldraneVmLauncher"), nullptr))
+        PostMessageW(window, WM_CLOSE, 0, 0);
+}
+
+void CALLBACK OnActionTick(HWND, UINT, UINT_PTR, DWORD) {
+    std::unique_lock lock(meeting.mutex);
+    if (meeting.story_over)
+        return CloseWhatIsLeft();
+    if (meeting.action == nullptr)
+        return;
+    const auto* action = std::exchange(meeting.action, nullptr);
+    lock.unlock();
+    std::exception_ptr failure;
+    try {
+        (*action)();
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    lock.lock();
+    meeting.failure = failure;
+    meeting.done = true;
+    meeting.changed.notify_all();
+}
+
+void RunStory(const std::function<void()>& story, std::exception_ptr& failure) {
+    try {
+        story();
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    const std::lock_guard lock(meeting.mutex);
+    meeting.story_over = true;
+}
+
+}  // namespace
+
+int RunWithUser(Launcher& launcher, const std::function<void()>& story) {
+    std::exception_ptr failure;
+    meeting.program_thread = std::this_thread::get_id();
+    const UINT_PTR timer = SetTimer(nullptr, 0, ACTION_PERIOD_MS, OnActionTick);
+    std::thread other(RunStory, std::cref(story), std::ref(failure));
+    const int exit_code = RunLauncher(launcher, GetModuleHandleW(nullptr), SW_SHOWNORMAL);
+    {
+        const std::lock_guard lock(meeting.mutex);
+        meeting.program_over = true;
+        meeting.changed.notify_all();
+    }
+    other.join();
+    KillTimer(nullptr, timer);
+    if (IsWindow(launcher.main_window) != FALSE)
+        DestroyWindow(launcher.main_window);  // a failed start leaves it to the end of the process
+    if (failure)
+        std::rethrow_exception(failure);
+    return exit_code;
+}
+
+void Do(const std::function<void()>& action) {
+    if (std::this_thread::get_id() == meeting.program_thread)
+        return action();
+    std::unique_lock lock(meeting.mutex);
+    meeting.action = &action;
+    meeting.done = false;
+    meeting.changed.wait(lock, [] { return meeting.done || meeting.program_over; });
+    meeting.action = nullptr;
+    if (!meeting.done)
+        throw ProgramOver();
+    if (meeting.failure)
+        std::rethrow_exception(meeting.failure);
+}
+
+bool WaitUntil(const std::function<bool()>& condition, unsigned limit_ms) {
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::milliseconds(limit_ms);
+    for (;;) {
+        bool holds = false;
+        Do([&] { holds = condition(); });
+        if (holds || std::chrono::steady_clock::now() > limit)
+            return holds;
+    }
+}
+
+void Pause(unsigned ms) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+}
+
+bool WaitForEnd(unsigned limit_ms) {
+    std::unique_lock lock(meeting.mutex);
+    return meeting.changed.wait_for(lock, std::chrono::milliseconds(limit_ms),
+                                    [] { return meeting.program_over; });
+}
+
+}  // namespace user

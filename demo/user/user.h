@@ -1,0 +1,90 @@
+// What a person does with the program, for the tests and the demonstration: look at its windows, click, type,
+// press keys, answer boxes, wait. Input goes through the platform's own input queue, so hit-testing, focus
+// and disabled windows count as they do for a person. Only handles and marshalled messages cross over, so the
+// program may run in this process or in another one.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "platform/win32.h"
+#include "shell/launcher.h"
+
+namespace user {
+
+// --- acting beside the program ---
+
+// Runs RunLauncher on this thread while `story` acts as the user on another one, one action at a time. What
+// the story leaves open is closed without saving. Gives the exit code of the program. What the story throws
+// is thrown here.
+int RunWithUser(Launcher& launcher, const std::function<void()>& story);
+
+// Runs `action` between two messages of the program, also inside its modal boxes. Everything below goes
+// through it.
+void Do(const std::function<void()>& action);
+
+// Asks `condition` at every moment at which an action can run; false when it has not come true in time.
+bool WaitUntil(const std::function<bool()>& condition, unsigned limit_ms = 15000);
+
+// Lets the program go on for a while.
+void Pause(unsigned ms);
+
+// True once the program has ended; false when it has not in time.
+bool WaitForEnd(unsigned limit_ms = 15000);
+
+// --- looking ---
+
+// The program's windows; null where there is none. A box is a message box or a file box, the one on top.
+HWND MainWindow();
+HWND LogWindow();
+HWND Box();
+
+HWND Control(UINT id);
+WideText TextOf(HWND window);
+WideText ControlText(UINT id);
+bool IsEnabled(UINT id);
+bool IsVisible(UINT id);
+bool IsChecked(UINT id);
+WideText Title();
+WideText Status();
+
+// The title bar's text and all static text of a message box, one line each.
+std::string BoxText();
+
+// True when the status line comes to hold this text in time.
+bool WaitForStatus(WideView text, unsigned limit_ms = 15000);
+bool WaitForBox();
+bool WaitForNoBox();
+
+// --- acting ---
+
+// A click with the mouse in the middle of a control, once it is visible. A disabled one is clicked all the
+// same.
+void Click(UINT id);
+void ClickWindow(HWND window);
+void ClickAt(HWND window, int x, int y);  // client coordinates
+
+void Type(WideView text);
+void Press(WORD key);
+void PressWith(WORD modifier, WORD key);
+
+// Clicks into an edit field and replaces all that it holds by typing.
+void Fill(UINT id, WideView text);
+
+// The tab page with this index, by the mouse on the first header and then the arrow keys.
+void ChooseTab(int index);
+
+// A row of the module list, by the mouse; only where the program runs in this process.
+void ChooseRow(int index);
+
+// Presses the box's button with this identifier.
+void AnswerBox(int button_id);
+
+// Confirms a file in a file box, or cancels it.
+void ChooseFile(WideView path);
+void CancelFile();
+
+void CloseMainWindow();
+void ResizeClient(int width, int height);
+
+}  // namespace user

@@ -1,0 +1,164 @@
+#include "launch/engine_run.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "form/form_ids.h"
+#include "launcher_run.h"
+
+namespace {
+
+bool Contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+TEST(EngineRun, VerifiesAndThenRunsAConfigurationToItsEnd) {
+    LauncherRun run;
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=600 mode=\"é\"\nram_mib=256\n");
+    const int exit_code = run.Run([&] {
+        EXPECT_TRUE(user::WaitForStatus(TEXT("Configuration chargée.")));
+        EXPECT_EQ(user::ControlText(IDC_CONFIG_LINE), run.folder.Of(TEXT("veldranevm.config")));
+        // Pressed and looked at in one go: a dry run can be over at the next tick.
+        user::Do([&] {
+            SendMessageW(GetDlgItem(run.launcher.main_window, IDC_VERIFY), BM_CLICK, 0, 0);
+            EXPECT_EQ(Narrow(user::Status()), "Vérification en cours...");
+            EXPECT_FALSE(user::IsEnabled(IDC_VERIFY));
+        });
+        EXPECT_TRUE(user::WaitForStatus(TEXT("Configuration vérifiée. Vous pouvez lancer la VM.")));
+        EXPECT_TRUE(Contains(run.Log(), "--dry-run"));
+        user::Click(IDC_LAUNCH);
+        EXPECT_TRUE(
+            user::WaitForStatus(TEXT("VM démarrée. Les réglages s'appliquent au prochain lancement.")));
+        EXPECT_FALSE(user::IsEnabled(IDC_LAUNCH));
+        EXPECT_FALSE(user::IsEnabled(IDC_VERIFY));
+        EXPECT_TRUE(user::IsEnabled(IDC_KERNEL_PATH));
+        EXPECT_TRUE(user::WaitForStatus(TEXT("VM terminée.")));
+        EXPECT_TRUE(user::IsEnabled(IDC_LAUNCH));
+        EXPECT_EQ(user::LogWindow(), nullptr) << "a success does not open the log";
+        EXPECT_FALSE(run.launcher.dirty);
+        user::CloseMainWindow();
+        user::WaitForEnd();
+    });
+    EXPECT_EQ(exit_code, 0);
+    const std::string log = run.Log();
+    EXPECT_TRUE(Contains(log, "--ram\n256\n") || Contains(log, "--ram\r\n256\r\n")) << log;
+    EXPECT_TRUE(Contains(log, "demo.duree=600 mode=\"é\"")) << log;
+    EXPECT_FALSE(Contains(log, "--dry-run")) << "each launch starts a new log";
+    EXPECT_TRUE(Contains(log, Narrow(run.folder.path)))
+        << "the engine works in the folder of the configuration";
+}
+
+struct Failure {
+    const char* what;
+    const char* lines;
+    UINT button;
+    const char* code;
+};
+
+class FailedRun : public testing::TestWithParam<Failure> {};
+
+TEST_P(FailedRun, IsToldByItsCodeAndOpensTheLog) {
+    LauncherRun run;
+    WriteBytes(run.folder.Of(TEXT("disque.img")), "no whole sector");
+    run.WriteConfig(TEXT("veldranevm.config"), GetParam().lines);
+    run.Run([&] {
+        user::Click(GetParam().button);
+        const std::string text = std::string("Échec (code ") + GetParam().code + "). Consultez le journal.";
+        EXPECT_TRUE(user::WaitForStatus(Wide(text))) << Narrow(user::Status());
+        EXPECT_TRUE(user::WaitUntil([] { return IsWindowVisible(user::LogWindow()) != FALSE; }));
+        EXPECT_TRUE(user::IsEnabled(IDC_LAUNCH));
+        EXPECT_TRUE(user::IsEnabled(IDC_VERIFY));
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(EngineRun, FailedRun,
+                         testing::Values(Failure{"dry", "ide_primary_master=disque.img\n", IDC_VERIFY, "1"},
+                                         Failure{"run", "command=demo.code=1\n", IDC_LAUNCH, "1"},
+                                         Failure{"crash", "command=demo.code=3221225477\n", IDC_LAUNCH,
+                                                 "3221225477"}),
+                         [](const auto& info) { return info.param.what; });
+
+struct Refusal {
+    const char* what;
+    const char* lines;
+    const char* message;  // a path in the folder stands for %
+};
+
+class RefusedRun : public testing::TestWithParam<Refusal> {};
+
+TEST_P(RefusedRun, LeavesEverythingAsItWas) {
+    LauncherRun run;
+    MakeFolder(run.folder.Of(TEXT("dossier")));
+    WriteBytes(run.folder.Of(TEXT("veldranevm.log")), "ancien");
+    WriteBytes(run.folder.Of(TEXT("veldranevm.config")), "version=1\n" + std::string(GetParam().lines));
+    std::string expected = GetParam().message;
+    if (const std::size_t mark = expected.find('%'); mark != std::string::npos)
+        expected.replace(mark, 1, Narrow(run.folder.Of(TEXT(""))));
+    run.Run([&] {
+        user::WaitForStatus(TEXT("Configuration chargée."));
+        user::Do([&] { run.launcher.engine_path = run.folder.Of(TEXT("tessarun.exe")); });
+        user::Click(IDC_LAUNCH);
+        EXPECT_EQ(TakeErrorBox(), "Veldrane VM\n" + expected);
+        EXPECT_EQ(Narrow(user::Status()), expected);
+        EXPECT_TRUE(user::IsEnabled(IDC_LAUNCH));
+        EXPECT_TRUE(run.launcher.log_path.empty());
+        EXPECT_EQ(ReadBytes(run.folder.Of(TEXT("veldranevm.log"))), "ancien");
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    EngineRun, RefusedRun,
+    testing::Values(Refusal{"NoKernel", "", "Choisissez un noyau ELF."},
+                    Refusal{"MissingKernel", "kernel=absent.elf\n", "Fichier introuvable : %absent.elf"},
+                    Refusal{"FolderAsKernel", "kernel=dossier\n", "Fichier introuvable : %dossier"},
+                    Refusal{"MissingDisk", "kernel=noyau.elf\nide_secondary_slave=d.img\n",
+                            "Fichier introuvable : %d.img"},
+                    Refusal{"MissingModule", "kernel=noyau.elf\nmodule_count=1\nmodule.0.path=m\n",
+                            "Fichier introuvable : %m"},
+                    Refusal{"KernelBeforeDisk", "kernel=absent.elf\nide_primary_master=d.img\n",
+                            "Fichier introuvable : %absent.elf"},
+                    Refusal{"KernelBeforeEngine", "kernel=absent.elf\n", "Fichier introuvable : %absent.elf"},
+                    // The export file is the engine's to write: it is not looked for.
+                    Refusal{"MissingEngine", "kernel=noyau.elf\ndump=absent.ppm\n",
+                            "tessarun.exe doit être placé à côté du lanceur."}),
+    [](const auto& info) { return info.param.what; });
+
+TEST(EngineRun, NamesTheLogThatCannotBeMadeAndTheEngineThatCannotBeStarted) {
+    LauncherRun run;
+    run.WriteConfig(TEXT("veldranevm.config"), "");
+    run.Run([&] {
+        MakeFolder(run.folder.Of(TEXT("veldranevm.log")));
+        user::Click(IDC_LAUNCH);
+        EXPECT_EQ(TakeErrorBox(), "Veldrane VM\nImpossible de créer veldranevm.log.");
+        Remove(run.folder.Of(TEXT("veldranevm.log")));
+        WriteBytes(run.folder.Of(TEXT("tessarun.exe")), "no program at all");
+        user::Do([&] { run.launcher.engine_path = run.folder.Of(TEXT("tessarun.exe")); });
+        user::Click(IDC_LAUNCH);
+        const std::string box = TakeErrorBox();
+        const std::string start = "Veldrane VM\nLancement impossible : ";
+        EXPECT_EQ(box.substr(0, start.size()), start);
+        EXPECT_GT(box.size(), start.size() + 5) << "the system's own words follow";
+        EXPECT_EQ(run.launcher.engine_process, nullptr);
+        EXPECT_EQ(run.Log(), "") << "the log of a launch that failed late is there and empty";
+    });
+}
+
+TEST(EngineRun, GoesOnWhenTheLauncherIsClosed) {
+    LauncherRun run;
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=1500 demo.lignes=3\n");
+    EXPECT_EQ(run.Run([&] {
+        user::Click(IDC_LAUNCH);
+        EXPECT_TRUE(
+            user::WaitForStatus(TEXT("VM démarrée. Les réglages s'appliquent au prochain lancement.")));
+        user::CloseMainWindow();
+        EXPECT_TRUE(user::WaitForEnd(1200)) << "closing asks nothing and waits for nothing";
+    }),
+              0);
+    EXPECT_EQ(run.launcher.engine_process, nullptr);
+    const std::string at_the_close = run.Log();
+    Sleep(2500);
+    EXPECT_GT(run.Log().size(), at_the_close.size());
+}
+
+}  // namespace

@@ -1,0 +1,274 @@
+#include "form/form.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "form/control_table.h"
+#include "form/form_exchange.h"
+#include "launcher_run.h"
+
+namespace {
+
+RECT PlaceInClient(HWND window) {
+    RECT place{};
+    GetWindowRect(window, &place);
+    POINT corner{place.left, place.top};
+    ScreenToClient(GetParent(window), &corner);
+    return {corner.x, corner.y, place.right - place.left, place.bottom - place.top};
+}
+
+void ExpectPlace(UINT id, int x, int y, int width, int height) {
+    const HWND control = user::Control(id);
+    RECT place{};
+    user::Do([&] { place = PlaceInClient(control); });
+    EXPECT_EQ(place.left, x) << id;
+    EXPECT_EQ(place.top, y) << id;
+    EXPECT_EQ(place.right, width) << id;
+    EXPECT_EQ(place.bottom, height) << id;
+}
+
+int ColumnWidth(int column) {
+    const HWND list = user::Control(IDC_MODULE_LIST);
+    int width = 0;
+    user::Do([&] {
+        width = static_cast<int>(SendMessageW(list, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(column), 0));
+    });
+    return width;
+}
+
+UINT FocusedId() {
+    UINT id = 0;
+    user::Do([&] { id = static_cast<UINT>(GetDlgCtrlID(GetFocus())); });
+    return id;
+}
+
+TEST(Form, HasItsControlsInTheOrderOfTheTable) {
+    LauncherRun run;
+    run.Run([&] {
+        const auto& items = run.launcher.layout_items;
+        ASSERT_EQ(items.size(), 56U);
+        EXPECT_EQ(run.launcher.disk_page_controls.size(), 14U);
+        EXPECT_EQ(run.launcher.module_page_controls.size(), 7U);
+        std::size_t numbered = 0;
+        HWND child = nullptr;
+        user::Do([&] { child = GetWindow(run.launcher.main_window, GW_CHILD); });
+        for (std::size_t index = 0; index < items.size(); ++index) {
+            const ControlRow& row = CONTROL_TABLE[index];
+            SCOPED_TRACE(index + 1);
+            user::Do([&] {
+                EXPECT_EQ(items[index].window, child);
+                EXPECT_EQ(static_cast<UINT>(GetDlgCtrlID(child)), row.id);
+                const auto style = static_cast<DWORD>(GetWindowLongPtrW(child, GWL_STYLE));
+                EXPECT_EQ(style & row.style, row.style);
+                EXPECT_EQ((style & WS_TABSTOP) != 0, (row.style & WS_TABSTOP) != 0);
+                const RECT place = PlaceInClient(child);
+                EXPECT_EQ(place.left, row.x);
+                EXPECT_EQ(place.top, row.y);
+                EXPECT_EQ(place.right, row.width);
+                if (row.id != IDC_ZOOM) {  // its height counts the dropped-down list
+                    EXPECT_EQ(place.bottom, row.height);
+                }
+                child = GetWindow(child, GW_HWNDNEXT);
+            });
+            numbered += row.id != 0 ? 1 : 0;
+        }
+        EXPECT_EQ(numbered, 37U);
+        EXPECT_EQ(child, nullptr);
+        EXPECT_EQ(ColumnWidth(0), 436);
+        EXPECT_EQ(ColumnWidth(1), 267);
+    });
+}
+
+TEST(Form, FollowsTheWindowAndStopsAtItsFirstSize) {
+    LauncherRun run;
+    run.Run([&] {
+        user::ResizeClient(1200, 800);
+        ExpectPlace(IDC_KERNEL_PATH, 138, 98, 926, 25);
+        ExpectPlace(IDC_KERNEL_BROWSE, 1074, 98, 102, 25);
+        ExpectPlace(IDC_PAGE_TABS, 12, 374, 1176, 364);
+        ExpectPlace(IDC_MODULE_LIST, 26, 408, 1008, 256);
+        ExpectPlace(IDC_LAUNCH, 12, 753, 152, 32);
+        EXPECT_EQ(ColumnWidth(0), 604);
+        EXPECT_EQ(ColumnWidth(1), 379);
+        user::ResizeClient(300, 200);
+        ExpectPlace(IDC_KERNEL_PATH, 138, 98, 646, 25);
+        ExpectPlace(IDC_LAUNCH, 12, 629, 152, 32);
+        user::Do([&] { ShowWindow(run.launcher.main_window, SW_MINIMIZE); });
+        user::Do([&] { ShowWindow(run.launcher.main_window, SW_RESTORE); });
+        ExpectPlace(IDC_PAGE_TABS, 12, 374, 896, 240);
+    });
+}
+
+TEST(Form, ShowsOnePageAtATime) {
+    LauncherRun run;
+    run.Run([&] {
+        EXPECT_TRUE(user::IsVisible(IDC_IDE_PRIMARY_MASTER));
+        EXPECT_FALSE(user::IsVisible(IDC_MODULE_LIST));
+        user::ChooseTab(1);
+        EXPECT_TRUE(user::WaitUntil([] { return user::IsVisible(IDC_MODULE_LIST); }));
+        EXPECT_FALSE(user::IsVisible(IDC_IDE_PRIMARY_MASTER));
+        EXPECT_FALSE(run.launcher.dirty);
+    });
+}
+
+TEST(Form, IsWalkedByTheTabKeyInTheOrderOfTheTable) {
+    LauncherRun run;
+    run.Run([&] {
+        const std::vector<UINT> expected{101, 102, 103, 104, 201, 202, 203, 204, 205, 206,
+                                         207, 210, 211, 212, 213, 301, 401, 411, 402, 412,
+                                         403, 413, 404, 414, 105, 106, 107, 101};
+        user::Do(
+            [] { SetFocus(GetDlgItem(FindWindowW(TEXT("VeldraneVmLauncher"), nullptr), IDC_SHOW_LOG)); });
+        std::vector<UINT> walked;
+        for (std::size_t step = 0; step < expected.size(); ++step) {
+            user::Press(VK_TAB);
+            walked.push_back(FocusedId());
+        }
+        EXPECT_EQ(walked, expected) << "the size fields are disabled and the module page is hidden";
+        user::Click(IDC_EXPLICIT_VIDEO);
+        user::Press(VK_TAB);
+        EXPECT_EQ(FocusedId(), UINT{IDC_WIDTH});
+        user::PressWith(VK_SHIFT, VK_TAB);
+        EXPECT_EQ(FocusedId(), UINT{IDC_EXPLICIT_VIDEO});
+    });
+}
+
+TEST(Form, MarksEditsAndFollowsItsCheckBoxes) {
+    LauncherRun run;
+    run.Run([&] {
+        EXPECT_EQ(Narrow(user::ControlText(IDC_CONFIG_LINE)), "Nouvelle configuration — non enregistrée");
+        EXPECT_FALSE(user::IsEnabled(IDC_WIDTH));
+        user::Click(IDC_KERNEL_COMMAND);
+        EXPECT_EQ(Narrow(user::Title()), "Veldrane VM — Configuration");
+        user::Type(TEXT("é"));
+        EXPECT_TRUE(user::WaitUntil([] { return Narrow(user::Title()) == "Veldrane VM — Configuration *"; }));
+        user::Click(IDC_EXPLICIT_VIDEO);
+        EXPECT_TRUE(
+            user::WaitUntil([] { return user::IsEnabled(IDC_WIDTH) && user::IsEnabled(IDC_HEIGHT); }));
+        user::Click(IDC_HEADLESS);
+        EXPECT_TRUE(user::WaitUntil([] { return !user::IsEnabled(IDC_ZOOM); }));
+        EXPECT_TRUE(user::IsEnabled(IDC_WIDTH));
+        user::Click(IDC_EXPLICIT_VIDEO);
+        EXPECT_TRUE(user::WaitUntil([] { return !user::IsEnabled(IDC_WIDTH); }));
+        EXPECT_EQ(Narrow(user::ControlText(IDC_WIDTH)), "800");
+        user::Fill(IDC_RAM_MIB, TEXT("1x2"));
+        EXPECT_EQ(Narrow(user::ControlText(IDC_RAM_MIB)), "12")
+            << "letters cannot be typed into a number field";
+    });
+}
+
+TEST(Form, RefusesABadNumberWithItsMessageAndTheFocusWhereItHelps) {
+    LauncherRun run;
+    run.Run([&] {
+        const struct {
+            UINT id;
+            const WCHAR* text;
+            const char* message;
+            bool takes_focus;
+        } cases[] = {
+            {204, TEXT(""), "Nombre invalide : RAM (16..2048 Mio)", false},
+            {204, TEXT("12a"), "Nombre invalide : RAM (16..2048 Mio)", false},
+            {204, TEXT("-16"), "Nombre invalide : RAM (16..2048 Mio)", false},
+            {204, TEXT("15"), "Valeur hors limites : RAM (16..2048 Mio)", true},
+            {204, TEXT("4294967312"), "Valeur hors limites : RAM (16..2048 Mio)", true},
+            {205, TEXT("3600001"), "Valeur hors limites : délai (0..3600000 ms)", true},
+            {208, TEXT("9000"), "Valeur hors limites : largeur (1..8192)",
+             false},  // disabled: cannot take it
+            {208, TEXT("99999999999999999999"), "Valeur hors limites : largeur (1..8192)", false},
+            {209, TEXT("0"), "Valeur hors limites : hauteur (1..8192)", false},
+            {209, TEXT(" 5"), "Nombre invalide : hauteur (1..8192)", false},
+        };
+        for (const auto& c : cases) {
+            SCOPED_TRACE(testing::Message() << c.id << " = " << Narrow(c.text));
+            const WideText before = user::ControlText(c.id);
+            // As pasted: only typing is held to digits.
+            user::Do([&] { SetDlgItemTextW(run.launcher.main_window, static_cast<int>(c.id), c.text); });
+            user::Click(IDC_VERIFY);
+            EXPECT_EQ(TakeErrorBox(), "Veldrane VM\n" + std::string(c.message));
+            EXPECT_EQ(Narrow(user::Status()), c.message);
+            EXPECT_EQ(user::ControlText(c.id), c.text) << "the field keeps its text";
+            if (c.takes_focus) {
+                EXPECT_EQ(FocusedId(), c.id);
+                DWORD from = 1, to = 0;
+                user::Do([&] {
+                    SendMessageW(GetFocus(), EM_GETSEL, reinterpret_cast<WPARAM>(&from),
+                                 reinterpret_cast<LPARAM>(&to));
+                });
+                EXPECT_EQ(from, 0U);
+                EXPECT_EQ(to, WideView(c.text).size());
+            }
+            user::Do(
+                [&] { SetDlgItemTextW(run.launcher.main_window, static_cast<int>(c.id), before.c_str()); });
+        }
+    });
+}
+
+VmConfig FullConfig(const WideText& folder) {
+    VmConfig config;
+    config.kernel = folder + TEXT("\\k é.elf");
+    config.command = TEXT("  a=\"b\"  ");
+    config.dump = folder + TEXT("\\d.ppm");
+    config.ide = {folder + TEXT("\\0.img"), TEXT(""), TEXT("D:\\2.img"), folder + TEXT("\\3.img")};
+    config.modules = {{folder + TEXT("\\m.bin"), TEXT("un deux")}, {folder + TEXT("\\n.bin"), TEXT("")}};
+    config.ram_mib = 2048;
+    config.width = 8192;
+    config.height = 1;
+    config.zoom = 4;
+    config.timeout_ms = 3600000;
+    config.explicit_video = true;
+    config.force_no_header = true;
+    return config;
+}
+
+TEST(Form, GivesBackWhatItWasFilledWith) {
+    LauncherRun run;
+    run.Run([&] {
+        user::Do([&] {
+            const VmConfig config = FullConfig(run.folder.path);
+            run.launcher.config = config;
+            FillForm(run.launcher);
+            const VmConfig read = ReadForm(run.launcher);
+            EXPECT_TRUE(read.kernel == config.kernel);
+            EXPECT_TRUE(read.command == config.command) << "blanks at both ends stay";
+            EXPECT_TRUE(read.dump == config.dump);
+            EXPECT_TRUE(read.ide == config.ide);
+            ASSERT_EQ(read.modules.size(), 2U);
+            EXPECT_TRUE(read.modules[0].command == TEXT("un deux"));
+            EXPECT_EQ(read.ram_mib, 2048U);
+            EXPECT_EQ(read.width, 8192U);
+            EXPECT_EQ(read.height, 1U);
+            EXPECT_EQ(read.zoom, 4U);
+            EXPECT_EQ(read.timeout_ms, 3600000U);
+            EXPECT_TRUE(read.explicit_video && read.force_no_header && !read.headless);
+            EXPECT_FALSE(run.launcher.dirty);
+            EXPECT_FALSE(run.launcher.filling);
+        });
+    });
+}
+
+TEST(Form, TakesTypedPathsFromTheFolderOfTheRun) {
+    LauncherRun run;
+    run.Run([&] {
+        user::Do([&] {
+            const struct {
+                WideText typed, read;
+            } cases[] = {
+                {TEXT(""), TEXT("")},
+                {TEXT("boot\\..\\k.elf"), run.folder.Of(TEXT("k.elf"))},
+                {TEXT("./m/x.bin"), run.folder.Of(TEXT("m\\x.bin"))},
+                {TEXT("C:/vm/../a.elf"), TEXT("C:\\a.elf")},
+            };
+            for (const auto& c : cases) {
+                SetDlgItemTextW(run.launcher.main_window, IDC_KERNEL_PATH, c.typed.c_str());
+                EXPECT_EQ(Narrow(ReadForm(run.launcher).kernel), Narrow(c.read));
+            }
+            SetDlgItemTextW(run.launcher.main_window, IDC_RAM_MIB, TEXT("00128"));
+            EXPECT_EQ(ReadForm(run.launcher).ram_mib, 128U);
+        });
+    });
+}
+
+}  // namespace

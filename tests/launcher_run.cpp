@@ -1,0 +1,48 @@
+#include "launcher_run.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "config/path_ops.h"
+
+namespace {
+
+WideText ModuleFolder() {
+    std::vector<WCHAR> path(32768);
+    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    return ParentPath(WideView(path.data(), length));
+}
+
+}  // namespace
+
+LauncherRun::LauncherRun() {
+    SetCurrentDirectoryW(folder.path.c_str());
+    WriteBytes(folder.Of(TEXT("noyau.elf")), ReadBytes(JoinPath(ModuleFolder(), TEXT("demo_kernel.elf"))));
+}
+
+LauncherRun::~LauncherRun() {
+    SetCurrentDirectoryW(ModuleFolder().c_str());
+}
+
+int LauncherRun::Run(const std::function<void()>& story) {
+    return user::RunWithUser(launcher, story);
+}
+
+void LauncherRun::WriteConfig(WideView name, std::string_view lines) const {
+    WriteBytes(folder.Of(name), "version=1\nkernel=noyau.elf\n" + std::string(lines));
+}
+
+std::string LauncherRun::Log() const {
+    return ReadBytes(launcher.log_path);
+}
+
+std::string TakeErrorBox() {
+    if (!user::WaitForBox()) {
+        ADD_FAILURE() << "no error box";
+        return {};
+    }
+    const std::string text = user::BoxText();
+    user::AnswerBox(IDOK);
+    return text;
+}
