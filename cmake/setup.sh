@@ -40,5 +40,16 @@ start_display() {
     display_pid=$!
     read -r numbers <&7
     export DISPLAY=:$numbers
-    trap 'kill "$display_pid" 2>/dev/null || true' EXIT
+    trap stop_display EXIT
+}
+
+stop_display() {
+    WINEPREFIX=$PWD/build/wine wineserver -k 2>/dev/null || true
+    kill "$display_pid" 2>/dev/null || true
+}
+
+# start_wine: the Windows prefix, with a server that stays between two programs.
+start_wine() {
+    cmake/wine-run cmd /c exit
+    WINEPREFIX=$PWD/build/wine wineserver -p
 }

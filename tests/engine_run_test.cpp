@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(EngineRun, FailedRun,
                                          Failure{"run", "command=demo.code=1\n", IDC_LAUNCH, "1"},
                                          Failure{"crash", "command=demo.code=3221225477\n", IDC_LAUNCH,
                                                  "3221225477"}),
-                         [](const auto& info) { return info.param.what; });
+                         [](const auto& tested) { return tested.param.what; });
 
 struct Refusal {
     const char* what;
@@ -122,7 +122,7 @@ INSTANTIATE_TEST_SUITE_P(
                     // The export file is the engine's to write: it is not looked for.
                     Refusal{"MissingEngine", "kernel=noyau.elf\ndump=absent.ppm\n",
                             "tessarun.exe doit être placé à côté du lanceur."}),
-    [](const auto& info) { return info.param.what; });
+    [](const auto& tested) { return tested.param.what; });
 
 TEST(EngineRun, NamesTheLogThatCannotBeMadeAndTheEngineThatCannotBeStarted) {
     LauncherRun run;

@@ -71,8 +71,15 @@ void CALLBACK OnActionTick(HWND, UINT, UINT_PTR, DWORD) {
     meeting.changed.notify_all();
 }
 
+// A person acts only on what can be seen: the window or, when the start fails, a box.
+bool SomethingShows() {
+    return IsWindowVisible(FindWindowW(TEXT("VeldraneVmLauncher"), nullptr)) != FALSE ||
+           IsWindowVisible(FindWindowW(TEXT("#32770"), nullptr)) != FALSE;
+}
+
 void RunStory(const std::function<void()>& story, std::exception_ptr& failure) {
     try {
+        WaitUntil(SomethingShows, 60000);
         story();
     } catch (...) {
         failure = std::current_exception();
