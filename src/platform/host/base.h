@@ -87,6 +87,9 @@ constexpr LPARAM MAKELPARAM(unsigned low, unsigned high) {
 constexpr WPARAM MAKEWPARAM(unsigned low, unsigned high) {
     return static_cast<WPARAM>(static_cast<DWORD>(MAKELONG(low, high)));
 }
+constexpr LRESULT MAKELRESULT(unsigned low, unsigned high) {
+    return static_cast<LRESULT>(static_cast<DWORD>(MAKELONG(low, high)));
+}
 
 struct POINT {
     LONG x;
