@@ -1,0 +1,209 @@
+// What the program relies on in the platform's file operations.
+#include <gtest/gtest.h>
+
+#include "platform/win32.h"
+#include "scratch.h"
+
+namespace {
+
+constexpr DWORD READ = GENERIC_READ;
+constexpr DWORD WRITE = GENERIC_WRITE;
+constexpr DWORD LOOK = FILE_READ_ATTRIBUTES;
+constexpr DWORD FOLDERS = FILE_FLAG_BACKUP_SEMANTICS;
+constexpr DWORD ALL = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+struct File {
+    HANDLE handle;
+    DWORD error;
+
+    File(const WideText& path, DWORD access, DWORD share_mode, DWORD disposition,
+         DWORD flags = FILE_ATTRIBUTE_NORMAL)
+        : handle(CreateFileW(path.c_str(), access, share_mode, nullptr, disposition, flags, nullptr)),
+          error(handle == INVALID_HANDLE_VALUE ? GetLastError() : 0) {}
+    ~File() {
+        if (error == 0) {
+            CloseHandle(handle);
+        }
+    }
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+};
+
+// The call's error, 0 for success.
+DWORD ErrorOf(BOOL result) {
+    return result != FALSE ? 0 : GetLastError();
+}
+
+}  // namespace
+
+TEST(PlatformFile, AnOpenFailsWithTheErrorOfItsMistake) {
+    const ScratchFolder scratch;
+    WriteBytes(scratch.Of(TEXT("file")), "x");
+    MakeFolder(scratch.Of(TEXT("folder")));
+    const struct {
+        WideText name;
+        DWORD access;
+        DWORD disposition;
+        DWORD flags;
+        DWORD error;
+    } cases[] = {
+        {TEXT("file"), READ, OPEN_EXISTING, 0, 0},
+        {TEXT("file"), WRITE, CREATE_NEW, 0, ERROR_FILE_EXISTS},
+        {TEXT("missing"), READ, OPEN_EXISTING, 0, ERROR_FILE_NOT_FOUND},
+        {TEXT("missing\\a"), READ, OPEN_EXISTING, 0, ERROR_PATH_NOT_FOUND},
+        {TEXT("missing\\a"), WRITE, CREATE_NEW, 0, ERROR_PATH_NOT_FOUND},
+        {TEXT("file\\a"), LOOK, OPEN_EXISTING, FOLDERS, ERROR_PATH_NOT_FOUND},
+        {TEXT("folder"), READ, OPEN_EXISTING, 0, ERROR_ACCESS_DENIED},
+        {TEXT("folder"), LOOK, OPEN_EXISTING, 0, ERROR_ACCESS_DENIED},
+        {TEXT("folder"), LOOK, OPEN_EXISTING, FOLDERS, 0},
+        {TEXT("folder"), WRITE, CREATE_NEW, 0, ERROR_FILE_EXISTS},
+        {TEXT("folder"), WRITE, CREATE_ALWAYS, 0, ERROR_ACCESS_DENIED},
+        {TEXT("folder\\"), LOOK, OPEN_EXISTING, FOLDERS, 0},
+        {TEXT("file\\"), LOOK, OPEN_EXISTING, FOLDERS, ERROR_INVALID_NAME},
+        {TEXT("missing\\"), WRITE, CREATE_NEW, 0, ERROR_INVALID_NAME},
+        {TEXT("a*"), READ, OPEN_EXISTING, 0, ERROR_INVALID_NAME},
+        {TEXT("missing\\a?"), WRITE, CREATE_NEW, 0, ERROR_INVALID_NAME},
+        {TEXT("a<"), LOOK, OPEN_EXISTING, FOLDERS, ERROR_INVALID_NAME},
+        {TEXT("a>|\""), READ, OPEN_EXISTING, 0, ERROR_INVALID_NAME},
+        {TEXT("a\tb"), READ, OPEN_EXISTING, 0, ERROR_INVALID_NAME},
+        {TEXT("file. "), READ, OPEN_EXISTING, 0, 0},
+        {TEXT("NUL"), READ, OPEN_EXISTING, 0, 0},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(File(scratch.Of(c.name), c.access, ALL, c.disposition, c.flags).error, c.error)
+            << Narrow(c.name) << " " << c.disposition;
+    }
+    EXPECT_EQ(ReadBytes(scratch.Of(TEXT("file"))), "x");
+    EXPECT_EQ(ListFolder(scratch.path).size(), 2U);
+}
+
+TEST(PlatformFile, AFileIsSharedOnlyAsBothOpensAllow) {
+    const ScratchFolder scratch;
+    const WideText path = scratch.Of(TEXT("shared"));
+    const struct {
+        DWORD first_access;
+        DWORD first_share;
+        DWORD second_access;
+        DWORD second_share;
+        bool is_allowed;
+    } cases[] = {
+        {WRITE, 3, READ, 3, true},   {WRITE, 3, READ, 1, false}, {WRITE, 0, READ, 3, false},
+        {WRITE, 1, WRITE, 3, false}, {WRITE, 3, WRITE, 2, true}, {READ, 1, READ, 1, true},
+        {READ, 2, READ, 3, false},   {READ, 3, LOOK, 0, true},   {WRITE, 0, LOOK, 0, true},
+        {LOOK, 0, WRITE, 0, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.first_access << "/" << c.first_share << " then "
+                                        << c.second_access << "/" << c.second_share);
+        WriteBytes(path, "x");
+        const File first(path, c.first_access, c.first_share, OPEN_EXISTING);
+        const File second(path, c.second_access, c.second_share, OPEN_EXISTING);
+        EXPECT_EQ(first.error, 0U);
+        EXPECT_EQ(second.error, c.is_allowed ? 0U : ERROR_SHARING_VIOLATION);
+    }
+    const File holder(path, READ, 1, OPEN_EXISTING);
+    EXPECT_EQ(File(path, WRITE, 3, CREATE_ALWAYS).error, ERROR_SHARING_VIOLATION);
+    EXPECT_EQ(ReadBytes(path), "x") << "a refused open has emptied the file";
+}
+
+TEST(PlatformFile, BytesGoInAndComeOutWhereTheyShould) {
+    const ScratchFolder scratch;
+    const WideText path = scratch.Of(TEXT("bytes"));
+    WriteBytes(path, "old and longer");
+    const File writer(path, WRITE, 3, CREATE_ALWAYS);
+    const File reader(path, READ, 3, OPEN_EXISTING);
+    char bytes[8] = {};
+    DWORD count = 9;
+    EXPECT_EQ(ErrorOf(ReadFile(writer.handle, bytes, 1, &count, nullptr)), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(ErrorOf(WriteFile(reader.handle, bytes, 1, &count, nullptr)), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(count, 0U);
+    EXPECT_TRUE(WriteFile(writer.handle, "abcdef", 6, &count, nullptr));
+    EXPECT_EQ(count, 6U);
+    EXPECT_TRUE(FlushFileBuffers(writer.handle));
+    LARGE_INTEGER distance = {};
+    LARGE_INTEGER position = {};
+    distance.QuadPart = -2;
+    EXPECT_TRUE(SetFilePointerEx(reader.handle, distance, &position, FILE_END));
+    EXPECT_EQ(position.QuadPart, 4);
+    EXPECT_EQ(ErrorOf(SetFilePointerEx(reader.handle, distance, nullptr, FILE_BEGIN)), ERROR_NEGATIVE_SEEK);
+    EXPECT_TRUE(ReadFile(reader.handle, bytes, 8, &count, nullptr));
+    EXPECT_EQ(std::string_view(bytes, count), "ef");
+    EXPECT_TRUE(ReadFile(reader.handle, bytes, 8, &count, nullptr));
+    EXPECT_EQ(count, 0U);
+    EXPECT_TRUE(GetFileSizeEx(writer.handle, &position));
+    EXPECT_EQ(position.QuadPart, 6);
+    BY_HANDLE_FILE_INFORMATION information = {};
+    EXPECT_TRUE(GetFileInformationByHandle(reader.handle, &information));
+    EXPECT_EQ(information.nFileSizeLow, 6U);
+    EXPECT_EQ(information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
+}
+
+TEST(PlatformFile, AMoveReplacesAFileAndNothingElse) {
+    const ScratchFolder scratch;
+    const struct {
+        WideText from;
+        WideText to;
+        DWORD flags;
+        DWORD error;
+    } cases[] = {
+        {TEXT("new"), TEXT("old"), 9, 0},
+        {TEXT("new"), TEXT("fresh"), 9, 0},
+        {TEXT("new"), TEXT("old"), 8, ERROR_ALREADY_EXISTS},
+        {TEXT("missing"), TEXT("old"), 9, ERROR_FILE_NOT_FOUND},
+        {TEXT("new"), TEXT("missing\\a"), 9, ERROR_PATH_NOT_FOUND},
+        {TEXT("new"), TEXT("folder"), 9, ERROR_ACCESS_DENIED},
+        {TEXT("new"), TEXT("held"), 9, ERROR_ACCESS_DENIED},
+        {TEXT("held"), TEXT("old"), 9, ERROR_SHARING_VIOLATION},
+        {TEXT("new"), TEXT("a*"), 9, ERROR_INVALID_NAME},
+    };
+    MakeFolder(scratch.Of(TEXT("folder")));
+    WriteBytes(scratch.Of(TEXT("held")), "held");
+    const File holder(scratch.Of(TEXT("held")), READ, 3, OPEN_EXISTING);
+    for (const auto& c : cases) {
+        SCOPED_TRACE(Narrow(c.from) + " to " + Narrow(c.to));
+        WriteBytes(scratch.Of(TEXT("new")), "new");
+        WriteBytes(scratch.Of(TEXT("old")), "old");
+        EXPECT_EQ(ErrorOf(MoveFileExW(scratch.Of(c.from).c_str(), scratch.Of(c.to).c_str(), c.flags)),
+                  c.error);
+        EXPECT_EQ(Exists(scratch.Of(TEXT("new"))), c.error != 0);
+        EXPECT_EQ(ReadBytes(scratch.Of(c.error == 0 ? c.to : TEXT("old"))), c.error == 0 ? "new" : "old");
+    }
+    EXPECT_EQ(ErrorOf(DeleteFileW(scratch.Of(TEXT("held")).c_str())), ERROR_SHARING_VIOLATION);
+    EXPECT_EQ(ErrorOf(DeleteFileW(scratch.Of(TEXT("folder")).c_str())), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(ErrorOf(DeleteFileW(scratch.Of(TEXT("missing")).c_str())), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(ErrorOf(DeleteFileW(scratch.Of(TEXT("old")).c_str())), 0U);
+}
+
+TEST(PlatformFile, AttributesTellFilesFromFoldersAndFollowNoLink) {
+    const ScratchFolder scratch;
+    const WideText link = scratch.Of(TEXT("link"));
+    ASSERT_TRUE(CreateDirectoryW(scratch.Of(TEXT("folder")).c_str(), nullptr));
+    EXPECT_EQ(ErrorOf(CreateDirectoryW(scratch.Of(TEXT("folder")).c_str(), nullptr)), ERROR_ALREADY_EXISTS);
+    EXPECT_EQ(ErrorOf(CreateDirectoryW(scratch.Of(TEXT("a\\b")).c_str(), nullptr)), ERROR_PATH_NOT_FOUND);
+    EXPECT_EQ(GetFileAttributesW(scratch.Of(TEXT("folder")).c_str()), FILE_ATTRIBUTE_DIRECTORY);
+    EXPECT_EQ(GetFileAttributesW(link.c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
+    WriteBytes(scratch.Of(TEXT("file")), "x");
+    EXPECT_EQ(GetFileAttributesW(scratch.Of(TEXT("file")).c_str()) & FILE_ATTRIBUTE_DIRECTORY, 0U);
+    // Not every machine lets a test make a link.
+    if (MakeLink(link, scratch.Of(TEXT("gone")))) {
+        EXPECT_NE(GetFileAttributesW(link.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT, 0U);
+        EXPECT_EQ(File(link, READ, ALL, OPEN_EXISTING).error, ERROR_FILE_NOT_FOUND);
+        EXPECT_EQ(File(link, WRITE, ALL, CREATE_NEW).error, ERROR_FILE_EXISTS);
+    }
+}
+
+TEST(PlatformFile, AClosedHandleIsNoHandle) {
+    const ScratchFolder scratch;
+    HANDLE closed = nullptr;
+    {
+        const File file(scratch.Of(TEXT("a")), WRITE, 0, CREATE_NEW);
+        closed = file.handle;
+    }
+    DWORD count = 0;
+    EXPECT_EQ(ErrorOf(WriteFile(closed, "x", 1, &count, nullptr)), ERROR_INVALID_HANDLE);
+    EXPECT_EQ(ErrorOf(FlushFileBuffers(closed)), ERROR_INVALID_HANDLE);
+    EXPECT_EQ(ErrorOf(CloseHandle(closed)), ERROR_INVALID_HANDLE);
+    EXPECT_EQ(WaitForSingleObject(closed, 0), WAIT_FAILED);
+    EXPECT_EQ(GetFileType(closed), FILE_TYPE_UNKNOWN);
+}

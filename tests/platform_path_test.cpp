@@ -1,0 +1,95 @@
+// What the program relies on in the platform's path queries.
+#include <gtest/gtest.h>
+
+#include "platform/win32.h"
+#include "scratch.h"
+
+namespace {
+
+std::string FullPath(const WideText& path) {
+    WideText full(32768, TEXT('\0'));
+    full.resize(GetFullPathNameW(path.c_str(), 32768, full.data(), nullptr));
+    return Narrow(full);
+}
+
+}  // namespace
+
+TEST(PlatformPath, FullPathsFollowTheWindowsRules) {
+    const struct {
+        WideText path;
+        const char* full;
+    } cases[] = {
+        {TEXT("C:\\a"), "C:\\a"},
+        {TEXT("C:/a//b/./../c"), "C:\\a\\c"},
+        {TEXT("C:\\"), "C:\\"},
+        {TEXT("C:\\.."), "C:\\"},
+        {TEXT("C:\\a\\.."), "C:\\"},
+        {TEXT("C:\\a\\b\\..\\"), "C:\\a\\"},
+        {TEXT("C:\\a\\."), "C:\\a"},
+        {TEXT("C:\\a\\..\\..\\..\\b"), "C:\\b"},
+        {TEXT("C:\\a. . "), "C:\\a"},
+        {TEXT("C:\\a \\b"), "C:\\a \\b"},
+        {TEXT("C:\\a.\\b"), "C:\\a\\b"},
+        {TEXT("C:\\a\\.. "), "C:\\a\\"},
+        {TEXT("C:\\ a"), "C:\\ a"},
+        {TEXT("C:\\a*?<>|\""), "C:\\a*?<>|\""},
+        {TEXT("D:a"), "D:\\a"},
+        {TEXT("d:a\\..\\.."), "d:\\"},
+        {TEXT("D:"), "D:\\"},
+        {TEXT("\\a"), "C:\\a"},
+        {TEXT("\\\\server\\share\\a\\..\\..\\b"), "\\\\server\\share\\b"},
+        {TEXT("//server/share/x"), "\\\\server\\share\\x"},
+        {TEXT("\\\\server"), "\\\\server"},
+        {TEXT("\\\\?\\C:\\a\\..\\b"), "\\\\?\\C:\\b"},
+        {TEXT("\\\\.\\C:\\a\\b."), "\\\\.\\C:\\a\\b"},
+        {TEXT("NUL"), "\\\\.\\NUL"},
+        {TEXT("C:\\x\\nul.txt"), "\\\\.\\nul"},
+        {TEXT("a\\con :b"), "\\\\.\\con"},
+        {TEXT("C:COM1"), "\\\\.\\COM1"},
+        {TEXT("C:\\COM0"), "C:\\COM0"},
+        {TEXT("C:\\NUL\\a"), "C:\\NUL\\a"},
+        {TEXT(""), ""},
+        {TEXT(" "), ""},
+    };
+    ASSERT_TRUE(SetCurrentDirectoryW(TEXT("C:\\")));
+    for (const auto& c : cases) {
+        EXPECT_EQ(FullPath(c.path), c.full) << Narrow(c.path);
+    }
+}
+
+TEST(PlatformPath, RelativePathsStartAtTheCurrentDirectory) {
+    const ScratchFolder scratch;
+    ASSERT_TRUE(SetCurrentDirectoryW((scratch.path + TEXT("\\")).c_str()));
+    WideText current(1000, TEXT('\0'));
+    current.resize(GetCurrentDirectoryW(1000, current.data()));
+    EXPECT_EQ(Narrow(current), Narrow(scratch.path));
+    const WideText parent = scratch.path.substr(0, scratch.path.rfind(TEXT('\\')));
+    EXPECT_EQ(FullPath(TEXT("a\\b")), Narrow(scratch.Of(TEXT("a\\b"))));
+    EXPECT_EQ(FullPath(TEXT("C:a")), Narrow(scratch.Of(TEXT("a"))));
+    EXPECT_EQ(FullPath(TEXT("c:..\\a")), Narrow(parent + TEXT("\\a")));
+    EXPECT_EQ(FullPath(TEXT(".")), Narrow(scratch.path));
+    EXPECT_EQ(FullPath(TEXT("a\\..\\")), Narrow(scratch.path) + "\\");
+    ASSERT_TRUE(SetCurrentDirectoryW(TEXT("C:\\")));
+}
+
+TEST(PlatformPath, BufferSizesCountTheTerminatorOnlyWhenTooSmall) {
+    WCHAR buffer[8] = {};
+    EXPECT_EQ(GetFullPathNameW(TEXT("C:\\abc"), 6, buffer, nullptr), 7U);
+    EXPECT_EQ(GetFullPathNameW(TEXT("C:\\abc"), 0, nullptr, nullptr), 7U);
+    LPWSTR last = nullptr;
+    EXPECT_EQ(GetFullPathNameW(TEXT("C:\\abc"), 7, buffer, &last), 6U);
+    EXPECT_EQ(last, buffer + 3);
+    ASSERT_TRUE(SetCurrentDirectoryW(TEXT("C:\\")));
+    EXPECT_EQ(GetCurrentDirectoryW(3, buffer), 4U);
+    EXPECT_EQ(GetCurrentDirectoryW(4, buffer), 3U);
+    EXPECT_EQ(GetModuleFileNameW(nullptr, buffer, 8), 8U);
+    EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
+}
+
+TEST(PlatformPath, ALongPathIsBoundedByItsText) {
+    WideText path = TEXT("C:\\");
+    while (path.size() < 32000) {
+        path += TEXT("a\\..\\");
+    }
+    EXPECT_EQ(FullPath(path), "C:\\");
+}
