@@ -1,0 +1,243 @@
+#include <gtest/gtest.h>
+
+#include "probe_windows.h"
+
+namespace {
+
+constexpr const char* LIFE =
+    "GETMINMAXINFO NCCREATE NCCALCSIZE CREATE SIZE MOVE SHOWWINDOW POSCHANGING POSCHANGED PARENTNOTIFY "
+    "DESTROY "
+    "NCDESTROY";
+
+SIZE ClientSize(HWND window) {
+    RECT client{};
+    GetClientRect(window, &client);
+    return {client.right, client.bottom};
+}
+
+RECT PlaceIn(HWND parent, HWND child) {
+    RECT place{};
+    GetWindowRect(child, &place);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+}  // namespace
+
+TEST(PlatformWindow, CreationTellsAWindowInTheOrderOfItsKind) {
+    struct Case {
+        const char* kind;
+        DWORD style;
+        const char* told;
+    };
+    ProbeWindows probe;
+    const HWND parent = probe.Make("main", WS_OVERLAPPEDWINDOW, {0, 0, 600, 400});
+    EXPECT_EQ(probe.Take(LIFE), "main GETMINMAXINFO, main NCCREATE, main NCCALCSIZE, main CREATE");
+    const Case cases[] = {
+        {"visible child", WS_CHILD | WS_VISIBLE,
+         "new NCCREATE, new NCCALCSIZE, new CREATE, new SIZE 90x40, new MOVE 10,10, main PARENTNOTIFY, new "
+         "SHOWWINDOW 1"},
+        {"hidden child", WS_CHILD,
+         "new NCCREATE, new NCCALCSIZE, new CREATE, new SIZE 90x40, new MOVE 10,10, main PARENTNOTIFY"},
+        {"owned popup", WS_POPUP, "new NCCREATE, new NCCALCSIZE, new CREATE, new SIZE 90x40, new MOVE 10,10"},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.kind);
+        probe.Make("new", one.style, {10, 10, 100, 50}, parent);
+        EXPECT_EQ(probe.Take(LIFE), one.told);
+    }
+}
+
+TEST(PlatformWindow, TheFirstShowingActivatesAndTellsTheSize) {
+    ProbeWindows probe;
+    const HWND main = probe.Make("main", WS_OVERLAPPEDWINDOW, {10, 20, 610, 420});
+    probe.log.clear();
+    EXPECT_FALSE(ShowWindow(main, SW_SHOWNORMAL));
+    EXPECT_EQ(probe.Take("SHOWWINDOW POSCHANGING ACTIVATE SETFOCUS POSCHANGED SIZE MOVE"),
+              "main SHOWWINDOW 1, main POSCHANGING, main ACTIVATE 1, main SETFOCUS, main POSCHANGED, main "
+              "SIZE 592x373, "
+              "main MOVE 14,43");
+    EXPECT_TRUE(ShowWindow(main, SW_SHOW));
+    EXPECT_EQ(probe.Take(LIFE), "");
+}
+
+TEST(PlatformWindow, ARefusalInCreateTakesTheChildrenAlongWithoutDestroy) {
+    ProbeWindows probe;
+    const HWND main = probe.Make("main", WS_OVERLAPPEDWINDOW, {0, 0, 600, 400});
+    probe.log.clear();
+    probe.answers = [&](HWND window, UINT message, WPARAM, LRESULT& answer) {
+        if (message != WM_CREATE || probe.NameOf(window) != "refusing") {
+            return false;
+        }
+        probe.names[window] = "refusing";
+        probe.Make("child", WS_CHILD, {0, 0, 10, 10}, window);
+        answer = -1;
+        return true;
+    };
+    EXPECT_EQ(probe.Make("refusing", WS_CHILD, {0, 0, 100, 100}, main), nullptr);
+    EXPECT_EQ(probe.Take("CREATE DESTROY NCDESTROY"),
+              "refusing CREATE, child CREATE, child NCDESTROY, refusing NCDESTROY");
+    EXPECT_EQ(GetWindow(main, GW_CHILD), nullptr);
+}
+
+TEST(PlatformWindow, DestructionTellsOwnedWindowsFirstAndParentsAheadOfTheirChildren) {
+    ProbeWindows probe;
+    const HWND main = probe.MakeMain();
+    const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 50, 50}, main);
+    probe.Make("inner", WS_CHILD, {0, 0, 10, 10}, child);
+    const HWND owned = probe.Make("owned", WS_OVERLAPPEDWINDOW, {0, 0, 200, 200}, main);
+    probe.log.clear();
+    SendMessageW(main, WM_CLOSE, 0, 0);
+    EXPECT_EQ(probe.Take("CLOSE DESTROY NCDESTROY"),
+              "main CLOSE, owned DESTROY, owned NCDESTROY, main DESTROY, child DESTROY, inner DESTROY, inner "
+              "NCDESTROY, child NCDESTROY, main NCDESTROY");
+    EXPECT_FALSE(IsWindow(owned));
+    SetLastError(0);
+    EXPECT_FALSE(IsWindowEnabled(main));
+    EXPECT_EQ(GetLastError(), DWORD{1400});
+}
+
+TEST(PlatformWindow, AnAdjustedRectangleGivesTheWantedClientArea) {
+    struct Case {
+        DWORD style;
+        DWORD extended_style;
+    };
+    ProbeWindows probe;
+    for (const Case& one :
+         {Case{WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0}, Case{WS_OVERLAPPEDWINDOW, WS_EX_TOOLWINDOW},
+          Case{WS_POPUP | WS_CAPTION | WS_SYSMENU, WS_EX_DLGMODALFRAME},
+          Case{WS_POPUP | WS_BORDER, WS_EX_CLIENTEDGE}, Case{WS_POPUP, 0}}) {
+        SCOPED_TRACE(one.style);
+        RECT outer{0, 0, 920, 676};
+        ASSERT_TRUE(AdjustWindowRectEx(&outer, one.style, FALSE, one.extended_style));
+        const SIZE client =
+            ClientSize(probe.Make("window", one.style, outer, nullptr, 0, one.extended_style));
+        EXPECT_EQ(client.cx, 920);
+        EXPECT_EQ(client.cy, 676);
+    }
+}
+
+TEST(PlatformWindow, SizesStayWithinWhatTheWindowAnswersAndComeBackAfterMinimising) {
+    ProbeWindows probe;
+    const HWND main = probe.MakeMain();
+    SetWindowPos(main, nullptr, 0, 0, 5, 5, SWP_NOMOVE | SWP_NOZORDER);
+    EXPECT_EQ(probe.Take("GETMINMAXINFO SIZE MOVE"), "main GETMINMAXINFO, main SIZE 104x0");
+    MoveWindow(main, 100, 100, 600, 400, TRUE);
+    EXPECT_EQ(probe.Take("SIZE MOVE"), "main SIZE 592x373");
+    MoveWindow(main, 100, 100, 600, 400, TRUE);
+    EXPECT_EQ(probe.Take("SIZE MOVE"), "");
+    ShowWindow(main, SW_MINIMIZE);
+    EXPECT_TRUE(IsIconic(main));
+    EXPECT_EQ(ClientSize(main).cx, 0);
+    EXPECT_EQ(probe.Take("SIZE"), "main SIZE 0x0");
+    ShowWindow(main, SW_RESTORE);
+    EXPECT_EQ(probe.Take("SIZE"), "main SIZE 592x373");
+}
+
+TEST(PlatformWindow, DeferredMovesHappenAtTheEnd) {
+    ProbeWindows probe;
+    const HWND main = probe.MakeMain();
+    const HWND one = probe.Make("one", WS_CHILD | WS_VISIBLE, {0, 0, 10, 10}, main);
+    const HWND two = probe.Make("two", WS_CHILD, {0, 0, 10, 10}, main);
+    probe.log.clear();
+    HDWP moves = BeginDeferWindowPos(1);
+    moves = DeferWindowPos(moves, one, nullptr, 5, 6, 20, 30, SWP_NOZORDER | SWP_NOACTIVATE);
+    moves = DeferWindowPos(moves, two, nullptr, 7, 8, 10, 10, SWP_NOZORDER | SWP_NOACTIVATE);
+    ASSERT_NE(moves, nullptr);
+    EXPECT_EQ(PlaceIn(main, one).left, 0);
+    EXPECT_EQ(probe.Take("SIZE MOVE"), "");
+    EXPECT_TRUE(EndDeferWindowPos(moves));
+    EXPECT_EQ(probe.Take("SIZE MOVE"), "one MOVE 5,6, one SIZE 20x30, two MOVE 7,8");
+    EXPECT_EQ(PlaceIn(main, one).bottom, 36);
+    EXPECT_EQ(PlaceIn(main, two).left, 7);
+}
+
+TEST(PlatformWindow, FocusLeavesWhatIsDisabledOrHidden) {
+    ProbeWindows probe;
+    const HWND main = probe.MakeMain();
+    const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 10, 10}, main);
+    SetFocus(child);
+    probe.log.clear();
+    EXPECT_FALSE(EnableWindow(child, FALSE));
+    EXPECT_EQ(probe.Take("CANCELMODE KILLFOCUS SETFOCUS ENABLE"),
+              "child CANCELMODE, child KILLFOCUS, child ENABLE 0");
+    EXPECT_EQ(GetFocus(), nullptr);
+    SetFocus(child);
+    EXPECT_EQ(GetFocus(), nullptr);
+    EXPECT_TRUE(EnableWindow(child, TRUE));
+    SetFocus(child);
+    probe.log.clear();
+    ShowWindow(child, SW_HIDE);
+    EXPECT_EQ(probe.Take("POSCHANGED KILLFOCUS SETFOCUS"),
+              "child POSCHANGED, child KILLFOCUS, main SETFOCUS");
+    EXPECT_EQ(GetFocus(), main);
+}
+
+TEST(PlatformWindow, ActivationPassesBetweenAnOwnerAndItsWindow) {
+    ProbeWindows probe;
+    const HWND main = probe.MakeMain();
+    const HWND owned = probe.Make("owned", WS_OVERLAPPEDWINDOW, {700, 100, 900, 300}, main);
+    EXPECT_EQ(GetWindow(owned, GW_OWNER), main);
+    EXPECT_EQ(GetParent(owned), nullptr);
+    probe.log.clear();
+    ShowWindow(owned, SW_SHOW);
+    EXPECT_EQ(probe.Take("ACTIVATE KILLFOCUS SETFOCUS"),
+              "main ACTIVATE 0, owned ACTIVATE 1, main KILLFOCUS, owned SETFOCUS");
+    SetForegroundWindow(main);
+    EXPECT_EQ(GetTopWindow(nullptr), owned);
+    SetForegroundWindow(owned);
+    probe.log.clear();
+    ShowWindow(owned, SW_HIDE);
+    EXPECT_EQ(probe.Take("ACTIVATE KILLFOCUS SETFOCUS"),
+              "owned ACTIVATE 0, main ACTIVATE 1, owned KILLFOCUS, main SETFOCUS");
+    EXPECT_EQ(GetActiveWindow(), main);
+}
+
+TEST(PlatformWindow, AWindowKeepsItsValuesAndRefusesOthers) {
+    ProbeWindows probe;
+    const HWND main = probe.Make("main", WS_OVERLAPPEDWINDOW, {0, 0, 300, 300});
+    EXPECT_EQ(SetWindowLongPtrW(main, 8, 12345), 0);
+    EXPECT_EQ(SetWindowLongPtrW(main, GWLP_USERDATA, -7), 0);
+    EXPECT_EQ(GetWindowLongPtrW(main, 8), 12345);
+    EXPECT_EQ(GetWindowLongPtrW(main, GWLP_USERDATA), -7);
+    SetLastError(0);
+    EXPECT_EQ(GetWindowLongPtrW(main, 16), 0);
+    EXPECT_EQ(GetLastError(), DWORD{1413});
+    EXPECT_TRUE(SetWindowTextW(main, TEXT("a title")));
+    EXPECT_EQ(GetWindowTextLengthW(main), 7);
+    WCHAR text[4] = {};
+    EXPECT_EQ(GetWindowTextW(main, text, 4), 3);
+    EXPECT_EQ(WideText(text), WideText(TEXT("a t")));
+    EXPECT_EQ(FindWindowW(TEXT("VELDRANEPROBE"), nullptr), main);
+}
+
+TEST(PlatformWindow, RefusedCallsLeaveTheirErrorCode) {
+    ProbeWindows probe;
+    WNDCLASSW again{};
+    again.lpfnWndProc = DefWindowProcW;
+    again.lpszClassName = TEXT("veldraneprobe");
+    probe.Make("main", WS_OVERLAPPEDWINDOW, {0, 0, 300, 300});
+    struct Case {
+        const char* call;
+        DWORD error;
+        std::function<bool()> fails;
+    };
+    const HWND gone = reinterpret_cast<HWND>(INT_PTR{0x7654});
+    const Case cases[] = {
+        {"class twice", 1410, [&] { return RegisterClassW(&again) == 0; }},
+        {"class in use", 1412, [] { return !UnregisterClassW(TEXT("VeldraneProbe"), nullptr); }},
+        {"child without a parent", 1406,
+         [&] {
+             return !probe.Make("child", WS_CHILD, {0, 0, 1, 1});
+         }},
+        {"text", 1400, [&] { return !SetWindowTextW(gone, TEXT("x")); }},
+        {"move", 1400, [&] { return !MoveWindow(gone, 0, 0, 1, 1, TRUE); }},
+        {"post", 1400, [&] { return !PostMessageW(gone, WM_USER, 0, 0); }},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.call);
+        SetLastError(0);
+        EXPECT_TRUE(one.fails());
+        EXPECT_EQ(GetLastError(), one.error);
+    }
+}
