@@ -1,0 +1,250 @@
+#include <gtest/gtest.h>
+
+#include "probe_windows.h"
+
+namespace {
+
+constexpr const char* MOUSE = "LBUTTONDOWN LBUTTONUP LBUTTONDBLCLK";
+
+int ticks = 0;
+
+void CALLBACK CountTick(HWND, UINT message, UINT_PTR, DWORD) {
+    ticks += message == WM_TIMER ? 1 : 0;
+}
+
+int WaitingTimerMessages(HWND window) {
+    MSG message{};
+    int count = 0;
+    while (count < 100 && PeekMessageW(&message, window, WM_TIMER, WM_TIMER, PM_REMOVE)) {
+        ++count;
+    }
+    return count;
+}
+
+}  // namespace
+
+TEST(PlatformMessage, PostedMessagesComeAheadOfTheEndOfInputOfPaintingAndOfTimers) {
+    ProbeWindows probe;
+    const HWND main = probe.MakeMain();
+    SetTimer(main, 1, 10, nullptr);
+    InvalidateRect(main, nullptr, TRUE);
+    PressKey('B');
+    Sleep(200);
+    PostMessageW(main, WM_APP, 1, 0);
+    std::vector<UINT> order;
+    MSG message{};
+    while (order.size() < 6 && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        order.push_back(message.message);
+        DispatchMessageW(&message);
+    }
+    const std::vector<UINT> expected = {WM_APP, WM_KEYDOWN, WM_KEYUP, WM_PAINT, WM_TIMER};
+    EXPECT_EQ(order, expected);
+    PostQuitMessage(7);
+    PostMessageW(main, WM_APP, 2, 0);
+    EXPECT_GT(GetMessageW(&message, nullptr, 0, 0), 0);
+    EXPECT_EQ(message.wParam, WPARAM{2});
+    EXPECT_EQ(GetMessageW(&message, nullptr, 0, 0), 0);
+    EXPECT_EQ(message.wParam, WPARAM{7});
+}
+
+TEST(PlatformMessage, ATimerCountsOnceHoweverLongNobodyLooked) {
+    ProbeWindows probe;
+    const HWND main = probe.Make("main", WS_OVERLAPPEDWINDOW, {0, 0, 300, 300});
+    EXPECT_EQ(SetTimer(main, 5, 100, nullptr), UINT_PTR{5});
+    EXPECT_EQ(WaitingTimerMessages(main), 0);
+    Sleep(450);
+    EXPECT_EQ(WaitingTimerMessages(main), 1);
+    EXPECT_TRUE(PumpUntil([&] { return probe.Take("TIMER") == "main TIMER 5"; }));
+    // Setting it again begins its period anew, and two of them do not share.
+    SetTimer(main, 5, 10, nullptr);
+    SetTimer(main, 6, 10, nullptr);
+    Sleep(100);
+    EXPECT_EQ(WaitingTimerMessages(main), 2);
+    EXPECT_TRUE(KillTimer(main, 5));
+    EXPECT_FALSE(KillTimer(main, 5));
+    Sleep(100);
+    EXPECT_EQ(WaitingTimerMessages(main), 1);
+}
+
+TEST(PlatformMessage, ATimerWithoutAWindowCallsItsProcedure) {
+    ticks = 0;
+    const UINT_PTR first = SetTimer(nullptr, 0, 10, CountTick);
+    const UINT_PTR second = SetTimer(nullptr, 0, 60000, CountTick);
+    EXPECT_NE(first, second);
+    EXPECT_TRUE(PumpUntil([] { return ticks >= 3; }));
+    EXPECT_TRUE(KillTimer(nullptr, first));
+    EXPECT_TRUE(KillTimer(nullptr, second));
+    ticks = 0;
+    PumpFor(60);
+    EXPECT_EQ(ticks, 0);
+}
+
+TEST(PlatformMessage, ADestroyedWindowTakesItsMessagesAndTimersAlong) {
+    ProbeWindows probe;
+    const HWND main = probe.Make("main", WS_OVERLAPPEDWINDOW, {0, 0, 300, 300});
+    const HWND child = probe.Make("child", WS_CHILD, {0, 0, 10, 10}, main);
+    PostMessageW(child, WM_APP, 1, 0);
+    PostMessageW(main, WM_APP, 2, 0);
+    SetTimer(child, 1, 10, nullptr);
+    DestroyWindow(child);
+    Sleep(50);
+    MSG message{};
+    ASSERT_TRUE(PeekMessageW(&message, main, WM_APP, WM_APP, PM_NOREMOVE));
+    EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_APP, WM_APP, PM_REMOVE));
+    EXPECT_EQ(message.hwnd, main);
+    EXPECT_FALSE(PeekMessageW(&message, nullptr, WM_APP, WM_APP, PM_REMOVE));
+    EXPECT_FALSE(PeekMessageW(&message, nullptr, WM_TIMER, WM_TIMER, PM_REMOVE));
+}
+
+TEST(PlatformMessage, AClickReachesTheTopmostWindowThatTakesIt) {
+    struct Case {
+        const char* where;
+        LONG x;
+        const char* told;
+    };
+    ProbeWindows probe;
+    const HWND main = probe.MakeMain();
+    probe.Make("first", WS_CHILD | WS_VISIBLE, {0, 0, 50, 50}, main);
+    const HWND frame = probe.Make("frame", WS_CHILD | WS_VISIBLE, {60, 0, 300, 50}, main);
+    probe.Make("second", WS_CHILD | WS_VISIBLE, {20, 0, 120, 50}, main);
+    probe.Make("disabled", WS_CHILD | WS_VISIBLE | WS_DISABLED, {130, 0, 180, 50}, main);
+    probe.Make("hidden", WS_CHILD, {190, 0, 240, 50}, main);
+    probe.answers = [&](HWND window, UINT message, WPARAM, LRESULT& answer) {
+        answer = HTTRANSPARENT;
+        return message == WM_NCHITTEST && window == frame;
+    };
+    const Case cases[] = {
+        {"where two overlap", 30, "first LBUTTONDOWN 30,10, first LBUTTONUP 30,10"},
+        {"beneath a frame", 70, "second LBUTTONDOWN 50,10, second LBUTTONUP 50,10"},
+        {"on a disabled child", 140, "main LBUTTONDOWN 140,10, main LBUTTONUP 140,10"},
+        {"on a hidden child", 200, "main LBUTTONDOWN 200,10, main LBUTTONUP 200,10"},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.where);
+        probe.log.clear();
+        ClickAt(main, one.x, 10);
+        PumpFor(80);
+        EXPECT_EQ(probe.Take(MOUSE), one.told);
+    }
+}
+
+TEST(PlatformMessage, AClickActivatesAWindowUnlessItIsDisabled) {
+    ProbeWindows probe;
+    const HWND main = probe.MakeMain();
+    const HWND box = probe.Make("box", WS_POPUP | WS_CAPTION, {750, 100, 950, 200}, main);
+    EnableWindow(main, FALSE);
+    ShowWindow(box, SW_SHOW);
+    PumpFor(150);
+    probe.log.clear();
+    ClickAt(main, 20, 20);
+    PumpFor(100);
+    EXPECT_EQ(probe.Take("ACTIVATE LBUTTONDOWN LBUTTONUP"), "");
+    EXPECT_EQ(GetActiveWindow(), box);
+    EnableWindow(main, TRUE);
+    ClickAt(main, 20, 20);
+    PumpFor(100);
+    EXPECT_EQ(probe.Take("ACTIVATE LBUTTONDOWN LBUTTONUP"),
+              "box ACTIVATE 0, main ACTIVATE 2, main LBUTTONDOWN 20,20, main LBUTTONUP 20,20");
+    SetActiveWindow(box);
+    DestroyWindow(box);
+    EXPECT_EQ(GetActiveWindow(), main);
+}
+
+TEST(PlatformMessage, ACapturedMouseAndASecondClickAreToldToTheirWindow) {
+    ProbeWindows probe(CS_DBLCLKS);
+    const HWND main = probe.MakeMain();
+    const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {10, 10, 100, 100}, main);
+    probe.log.clear();
+    SetCapture(child);
+    ClickAt(main, 110, 110);
+    PumpFor(80);
+    EXPECT_EQ(probe.Take(MOUSE), "child LBUTTONDOWN 100,100, child LBUTTONUP 100,100");
+    ReleaseCapture();
+    ClickAt(main, 20, 20);
+    ClickAt(main, 20, 20);
+    PumpFor(80);
+    EXPECT_EQ(probe.Take(MOUSE),
+              "child LBUTTONDOWN 10,10, child LBUTTONUP 10,10, child LBUTTONDBLCLK, child LBUTTONUP 10,10");
+}
+
+TEST(PlatformMessage, KeysBecomeCharactersOfTheWindowWithTheFocus) {
+    struct Case {
+        const char* keys;
+        std::function<void()> press;
+        const char* told;
+    };
+    ProbeWindows probe;
+    const HWND main = probe.MakeMain();
+    const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 10, 10}, main);
+    SetFocus(child);
+    const Case cases[] = {
+        {"letter", [] { PressKey('X'); }, "child KEYDOWN 88, child CHAR 120, child KEYUP 88"},
+        {"digit", [] { PressKey('7'); }, "child KEYDOWN 55, child CHAR 55, child KEYUP 55"},
+        {"accent", [] { TypeCharacter(0xE9); }, "child KEYDOWN 231, child CHAR 233, child KEYUP 231"},
+        {"arrow", [] { PressKey(VK_DOWN); }, "child KEYDOWN 40, child KEYUP 40"},
+        {"shifted letter",
+         [] {
+             HoldKey(VK_SHIFT);
+             PressKey('X');
+             ReleaseKey(VK_SHIFT);
+         },
+         "child KEYDOWN 16, child KEYDOWN 88, child CHAR 88, child KEYUP 88, child KEYUP 16"},
+        {"control letter",
+         [] {
+             HoldKey(VK_CONTROL);
+             PressKey('A');
+             ReleaseKey(VK_CONTROL);
+         },
+         "child KEYDOWN 17, child KEYDOWN 65, child CHAR 1, child KEYUP 65, child KEYUP 17"},
+        {"without a focus",
+         [] {
+             SetFocus(nullptr);
+             PressKey(VK_DOWN);
+         },
+         "main SYSKEYDOWN 40"},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.keys);
+        probe.log.clear();
+        one.press();
+        PumpFor(80);
+        EXPECT_EQ(probe.Take("KEYDOWN KEYUP CHAR SYSKEYDOWN"), one.told);
+    }
+}
+
+TEST(PlatformMessage, PaintingIsDueUntilItHasBeenDone) {
+    ProbeWindows probe;
+    const HWND main = probe.MakeMain(WS_CLIPCHILDREN);
+    const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 50, 50}, main);
+    const HWND hidden = probe.Make("hidden", WS_CHILD, {60, 0, 90, 50}, main);
+    PumpFor(100);
+    struct Case {
+        const char* call;
+        std::function<void()> damage;
+        const char* told;
+    };
+    const Case cases[] = {
+        {"parent alone", [&] { InvalidateRect(main, nullptr, TRUE); }, "main PAINT, main ERASEBKGND"},
+        {"without erasing", [&] { InvalidateRect(child, nullptr, FALSE); }, "child PAINT"},
+        {"hidden", [&] { InvalidateRect(hidden, nullptr, TRUE); }, ""},
+        {"with children",
+         [&] { RedrawWindow(main, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN); },
+         "main PAINT, main ERASEBKGND, child PAINT, child ERASEBKGND"},
+        {"taken back",
+         [&] {
+             InvalidateRect(child, nullptr, TRUE);
+             ValidateRect(child, nullptr);
+         },
+         ""},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.call);
+        probe.log.clear();
+        one.damage();
+        PumpFor(60);
+        EXPECT_EQ(probe.Take("PAINT ERASEBKGND"), one.told);
+    }
+    InvalidateRect(child, nullptr, FALSE);
+    UpdateWindow(child);
+    EXPECT_EQ(probe.Take("PAINT"), "child PAINT");
+}
