@@ -1,49 +1,29 @@
 #include "probe_windows.h"
 
-#include <array>
-
 namespace {
 
 ProbeWindows* current = nullptr;
 
 struct MessageName {
     UINT message;
-    const char* name;
+    std::string_view name;
 };
-constexpr std::array<MessageName, 34> MESSAGE_NAMES = {{{WM_GETMINMAXINFO, "GETMINMAXINFO"},
-                                                        {WM_NCCREATE, "NCCREATE"},
-                                                        {WM_NCCALCSIZE, "NCCALCSIZE"},
-                                                        {WM_CREATE, "CREATE"},
-                                                        {WM_SIZE, "SIZE"},
-                                                        {WM_MOVE, "MOVE"},
-                                                        {WM_SHOWWINDOW, "SHOWWINDOW"},
-                                                        {WM_WINDOWPOSCHANGING, "POSCHANGING"},
-                                                        {WM_WINDOWPOSCHANGED, "POSCHANGED"},
-                                                        {WM_ACTIVATEAPP, "ACTIVATEAPP"},
-                                                        {WM_NCACTIVATE, "NCACTIVATE"},
-                                                        {WM_ACTIVATE, "ACTIVATE"},
-                                                        {WM_SETFOCUS, "SETFOCUS"},
-                                                        {WM_KILLFOCUS, "KILLFOCUS"},
-                                                        {WM_ENABLE, "ENABLE"},
-                                                        {WM_CANCELMODE, "CANCELMODE"},
-                                                        {WM_PARENTNOTIFY, "PARENTNOTIFY"},
-                                                        {WM_DESTROY, "DESTROY"},
-                                                        {WM_NCDESTROY, "NCDESTROY"},
-                                                        {WM_CLOSE, "CLOSE"},
-                                                        {WM_PAINT, "PAINT"},
-                                                        {WM_ERASEBKGND, "ERASEBKGND"},
-                                                        {WM_TIMER, "TIMER"},
-                                                        {WM_COMMAND, "COMMAND"},
-                                                        {WM_NEXTDLGCTL, "NEXTDLGCTL"},
-                                                        {WM_LBUTTONDOWN, "LBUTTONDOWN"},
-                                                        {WM_LBUTTONUP, "LBUTTONUP"},
-                                                        {WM_LBUTTONDBLCLK, "LBUTTONDBLCLK"},
-                                                        {WM_KEYDOWN, "KEYDOWN"},
-                                                        {WM_KEYUP, "KEYUP"},
-                                                        {WM_SYSKEYDOWN, "SYSKEYDOWN"},
-                                                        {WM_CHAR, "CHAR"},
-                                                        {EM_SETSEL, "SETSEL"},
-                                                        {BM_SETSTYLE, "SETSTYLE"}}};
+// clang-format off
+constexpr MessageName MESSAGE_NAMES[] = {
+    {WM_GETMINMAXINFO, "GETMINMAXINFO"}, {WM_NCCREATE, "NCCREATE"}, {WM_NCCALCSIZE, "NCCALCSIZE"},
+    {WM_CREATE, "CREATE"}, {WM_SIZE, "SIZE"}, {WM_MOVE, "MOVE"},
+    {WM_SHOWWINDOW, "SHOWWINDOW"}, {WM_WINDOWPOSCHANGING, "POSCHANGING"}, {WM_WINDOWPOSCHANGED, "POSCHANGED"},
+    {WM_ACTIVATEAPP, "ACTIVATEAPP"}, {WM_NCACTIVATE, "NCACTIVATE"}, {WM_ACTIVATE, "ACTIVATE"},
+    {WM_SETFOCUS, "SETFOCUS"}, {WM_KILLFOCUS, "KILLFOCUS"}, {WM_ENABLE, "ENABLE"},
+    {WM_CANCELMODE, "CANCELMODE"}, {WM_PARENTNOTIFY, "PARENTNOTIFY"}, {WM_DESTROY, "DESTROY"},
+    {WM_NCDESTROY, "NCDESTROY"}, {WM_CLOSE, "CLOSE"}, {WM_PAINT, "PAINT"},
+    {WM_ERASEBKGND, "ERASEBKGND"}, {WM_TIMER, "TIMER"}, {WM_COMMAND, "COMMAND"},
+    {WM_NEXTDLGCTL, "NEXTDLGCTL"}, {WM_LBUTTONDOWN, "LBUTTONDOWN"}, {WM_LBUTTONUP, "LBUTTONUP"},
+    {WM_LBUTTONDBLCLK, "LBUTTONDBLCLK"}, {WM_KEYDOWN, "KEYDOWN"}, {WM_KEYUP, "KEYUP"},
+    {WM_SYSKEYDOWN, "SYSKEYDOWN"}, {WM_CHAR, "CHAR"}, {EM_SETSEL, "SETSEL"},
+    {BM_SETSTYLE, "SETSTYLE"},
+};
+// clang-format on
 
 // What of the parameters a test compares.
 std::string Details(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -73,7 +53,7 @@ std::string Details(UINT message, WPARAM wparam, LPARAM lparam) {
 LRESULT CALLBACK ProbeProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     for (const MessageName& known : MESSAGE_NAMES) {
         if (known.message == message) {
-            current->log.push_back(current->NameOf(window) + " " + known.name +
+            current->log.push_back(current->NameOf(window) + " " + std::string(known.name) +
                                    Details(message, wparam, lparam));
         }
     }
