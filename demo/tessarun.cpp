@@ -1,0 +1,66 @@
+// The stand-in engine: takes the launcher's command line, checks the files that it names and plays a short
+// machine, so that the launcher can be tried and tested without the real engine.
+//
+// Exit codes: 0 for a sound dry run, 1 for a check that failed, 2 for a command line that is not the
+// launcher's, 124 for a machine that its time limit stopped, otherwise the code that demo.code= on the kernel
+// command line names. With code above 255 a host process can only end by a signal: the code must then be an
+// exception's.
+#include <exception>
+#include <vector>
+
+#include "config/file_system.h"
+#include "config/text_convert.h"
+#include "demo/inherited_handles.h"
+#include "demo/tessarun_checks.h"
+#include "demo/tessarun_machine.h"
+#include "demo/tessarun_output.h"
+#include "demo/tessarun_request.h"
+#include "platform/win32.h"
+
+namespace {
+
+constexpr std::uint32_t CHECK_EXIT_CODE = 1;
+constexpr std::uint32_t USAGE_EXIT_CODE = 2;
+
+void TellStart(const std::vector<WideText>& arguments) {
+    PrintLine("Moteur de démonstration : remplace tessarun, n'exécute aucun noyau.");
+    PrintLine("Arguments : " + NumberText(arguments.size()));
+    for (const WideText& argument : arguments)
+        PrintLine(Utf8FromWide(argument));
+    PrintLine("Répertoire de travail : " + Utf8FromWide(CurrentDirectory()));
+    const std::vector<std::string> handles = InheritedHandles();
+    PrintLine("Handles hérités : " + NumberText(handles.size()));
+    for (const std::string& handle : handles)
+        PrintLine("Handle hérité : " + handle);
+}
+
+std::uint32_t CheckAndPlay(const EngineRequest& request, const MachineScript& script) {
+    CheckFiles(request.config);
+    if (request.dry_run) {
+        PrintLine("Vérification réussie.");
+        return 0;
+    }
+    return PlayMachine(script, request.config.timeout_ms);
+}
+
+// A failure before the request is understood is one of usage.
+std::uint32_t Run(const std::vector<WideText>& arguments) {
+    std::uint32_t failure_code = USAGE_EXIT_CODE;
+    try {
+        TellStart(arguments);
+        const EngineRequest request = ParseEngineArguments(arguments);
+        const MachineScript script = ParseMachineScript(request.config.command);
+        failure_code = CHECK_EXIT_CODE;
+        return CheckAndPlay(request, script);
+    } catch (const std::exception& error) {
+        PrintErrorLine(std::string("Erreur : ") + error.what());
+        return failure_code;
+    }
+}
+
+}  // namespace
+
+extern "C" int wmain(int argc, WCHAR** argv) {
+    // Not returned: that would cut the code off on Linux.
+    ExitProcess(Run(argc > 1 ? std::vector<WideText>(argv + 1, argv + argc) : std::vector<WideText>()));
+}

@@ -1,0 +1,104 @@
+#include "demo/tessarun_checks.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+#include "config/file_system.h"
+#include "config/text_convert.h"
+#include "demo/tessarun_output.h"
+
+namespace {
+
+constexpr std::size_t ELF_HEADER_BYTES = 52;
+constexpr std::string_view ELF_32_LITTLE_ENDIAN{
+    "\x7F"
+    "ELF\x01\x01\x01",
+    7};
+constexpr std::size_t ELF_MACHINE_OFFSET = 18;
+constexpr std::string_view ELF_MACHINE_I386{"\x03\x00", 2};
+constexpr std::uint32_t MULTIBOOT_MAGIC = 0x1BADB002;
+constexpr std::size_t MULTIBOOT_HEADER_BYTES = 12;
+constexpr std::uint64_t SECTOR_BYTES = 512;
+
+std::uint32_t LittleEndian32(std::string_view bytes, std::size_t offset) {
+    std::uint32_t number = 0;
+    for (std::size_t at = 4; at-- > 0;)
+        number = number << 8 | static_cast<unsigned char>(bytes[offset + at]);
+    return number;
+}
+
+bool HasMultibootHeader(std::string_view bytes) {
+    bytes = bytes.substr(0, MULTIBOOT_AREA_BYTES);
+    for (std::size_t at = 0; at + MULTIBOOT_HEADER_BYTES <= bytes.size(); at += 4) {
+        const std::uint32_t magic = LittleEndian32(bytes, at);
+        const std::uint32_t sum = magic + LittleEndian32(bytes, at + 4) + LittleEndian32(bytes, at + 8);
+        if (magic == MULTIBOOT_MAGIC && sum == 0)
+            return true;
+    }
+    return false;
+}
+
+struct OpenedFile {
+    OwnedHandle handle;
+    std::uint64_t size = 0;
+    std::string start;  // its first bytes, as many as a header can need
+};
+
+[[noreturn]] void Fail(const WideText& path, const char* message) {
+    throw std::runtime_error(Utf8FromWide(path) + " : " + message);
+}
+
+bool ReadStart(OpenedFile& file) {
+    std::size_t came = 0;
+    file.start.resize(static_cast<std::size_t>(std::min<std::uint64_t>(file.size, MULTIBOOT_AREA_BYTES)));
+    return ReadAt(file.handle.Get(), 0, file.start.data(), file.start.size(), came) &&
+           came == file.start.size();
+}
+
+OpenedFile OpenToCheck(const WideText& path) {
+    OpenedFile file;
+    file.handle = OpenForReading(path);
+    if (!file.handle || !FileSize(file.handle.Get(), file.size) || !ReadStart(file))
+        Fail(path, "lecture impossible.");
+    return file;
+}
+
+void CheckKernel(const VmConfig& config) {
+    const OpenedFile file = OpenToCheck(config.kernel);
+    try {
+        CheckKernelImage(file.start, config.force_no_header ? HeaderNeed::Optional : HeaderNeed::Required);
+    } catch (const std::runtime_error& error) {
+        Fail(config.kernel, error.what());
+    }
+    PrintLine("Noyau vérifié : " + NumberText(file.size) + " octets.");
+}
+
+void CheckDisk(const WideText& path) {
+    const std::uint64_t size = OpenToCheck(path).size;
+    if (size % SECTOR_BYTES != 0)
+        Fail(path, "l'image de disque n'est pas faite de secteurs entiers de 512 octets.");
+    PrintLine("Disque vérifié : " + NumberText(size / SECTOR_BYTES) + " secteurs.");
+}
+
+}  // namespace
+
+void CheckKernelImage(std::string_view first_bytes, HeaderNeed need) {
+    if (first_bytes.size() < ELF_HEADER_BYTES || !first_bytes.starts_with(ELF_32_LITTLE_ENDIAN) ||
+        !first_bytes.substr(ELF_MACHINE_OFFSET).starts_with(ELF_MACHINE_I386))
+        throw std::runtime_error("ce n'est pas un fichier ELF i386 de 32 bits, petit-boutiste.");
+    if (need == HeaderNeed::Required && !HasMultibootHeader(first_bytes))
+        throw std::runtime_error("aucun en-tête Multiboot valide dans les 8192 premiers octets.");
+}
+
+void CheckFiles(const VmConfig& config) {
+    CheckKernel(config);
+    for (const WideText& path : config.ide) {
+        if (!path.empty())
+            CheckDisk(path);
+    }
+    for (const ModuleEntry& module : config.modules)
+        PrintLine("Module vérifié : " + NumberText(OpenToCheck(module.path).size) + " octets.");
+}
