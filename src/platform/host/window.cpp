@@ -26,13 +26,9 @@ HWND Adopt(const WindowPointer& window) {
     State().last_handle += 2;
     window->handle = reinterpret_cast<HWND>(State().last_handle);
     State().by_handle.emplace(window->handle, window);
-    if (window->parent != nullptr) {
-        // The first child made lies on top of its siblings, and the newest top-level window on top of the
-        // others.
-        FindWindowState(window->parent)->children.push_back(window->handle);
-    } else {
-        State().top_levels.insert(State().top_levels.begin(), window->handle);
-    }
+    // The first child made lies on top of its siblings, and the newest top-level window on top of the others.
+    std::vector<HWND>& siblings = SiblingsOf(*window);
+    siblings.insert(window->parent != nullptr ? siblings.end() : siblings.begin(), window->handle);
     return window->handle;
 }
 
@@ -41,8 +37,7 @@ void Abandon(HWND handle) {
     if (window == nullptr) {
         return;
     }
-    const WindowPointer parent = window->parent == nullptr ? nullptr : FindWindowState(window->parent);
-    std::vector<HWND>& siblings = parent != nullptr ? parent->children : State().top_levels;
+    std::vector<HWND>& siblings = SiblingsOf(*window);
     siblings.erase(std::remove(siblings.begin(), siblings.end(), handle), siblings.end());
     ForgetMessages(handle);
     ForgetTimers(handle);
@@ -205,6 +200,11 @@ WindowPointer FindWindowState(HWND handle) {
         return nullptr;
     }
     return found->second;
+}
+
+std::vector<HWND>& SiblingsOf(const Window& window) {
+    const auto parent = State().by_handle.find(window.parent);
+    return parent == State().by_handle.end() ? State().top_levels : parent->second->children;
 }
 
 std::vector<HWND>& TopLevelWindows() {

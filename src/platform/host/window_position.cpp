@@ -62,8 +62,7 @@ void Stack(Window& window, HWND after) {
         RaiseWindow(window.handle);
         return;
     }
-    std::vector<HWND>& siblings =
-        window.parent == nullptr ? TopLevelWindows() : FindWindowState(window.parent)->children;
+    std::vector<HWND>& siblings = SiblingsOf(window);
     siblings.erase(std::remove(siblings.begin(), siblings.end(), window.handle), siblings.end());
     auto place = siblings.begin();
     if (after == HWND_BOTTOM) {

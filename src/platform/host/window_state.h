@@ -60,6 +60,8 @@ constexpr UINT SWP_STATECHANGED = 0x8000;
 WindowPointer FindWindowState(HWND handle);
 // The top-level windows, topmost first.
 std::vector<HWND>& TopLevelWindows();
+// The list in which the window stands, topmost first: the children of its parent, or the top-level windows.
+std::vector<HWND>& SiblingsOf(const Window& window);
 // The window itself, or the outermost parent of a child.
 HWND RootOf(HWND handle);
 inline bool IsChildStyle(DWORD style) {

@@ -9,11 +9,6 @@ namespace {
 
 const HWND DESKTOP = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(0x10010));
 
-// The list in which the window stands: topmost first.
-const std::vector<HWND>& SiblingsOf(const Window& window) {
-    return window.parent == nullptr ? TopLevelWindows() : FindWindowState(window.parent)->children;
-}
-
 HWND Neighbour(const std::vector<HWND>& siblings, HWND handle, int step) {
     const auto found = std::find(siblings.begin(), siblings.end(), handle);
     const auto index = found - siblings.begin() + step;
