@@ -14,11 +14,9 @@ constexpr unsigned CREATE_ATTEMPTS = 100;
 
 std::string ReadWholeFile(const WideText& path) {
     const OwnedHandle file = OpenForReading(path);
-    if (!file)
-        throw std::runtime_error("Impossible d'ouvrir la configuration.");
     std::uint64_t size = 0;
-    if (!FileSize(file.Get(), size))
-        throw std::runtime_error("Lecture de la configuration impossible.");
+    if (!file || !FileSize(file.Get(), size))
+        throw std::runtime_error("Impossible d'ouvrir la configuration.");
     if (size > MAX_CONFIG_BYTES)
         throw std::runtime_error("Configuration trop volumineuse.");
     std::string text(static_cast<std::size_t>(size), '\0');

@@ -35,7 +35,7 @@ FileType FailedQuery(const WideText& path, const char* operation) {
 
 void ThrowFileSystemError(const char* operation, DWORD code, WideView path) {
     std::string text = std::string(operation) + ": " + OneLineErrorText(code);
-    if (!path.empty())
+    if (path.data() != nullptr)
         text += ": \"" + Utf8FromWide(path) + "\"";
     throw std::runtime_error(text);
 }

@@ -9,8 +9,8 @@
 #include "config/owned_handle.h"
 #include "platform/win32.h"
 
-// Throws "OPERATION: MESSAGE" for a Windows error code, with the path in double quotes behind it where there
-// is one.
+// Throws "OPERATION: MESSAGE" for a Windows error code, with the path in double quotes behind it, be it
+// empty, where one is given.
 [[noreturn]] void ThrowFileSystemError(const char* operation, DWORD code, WideView path = {});
 
 // The full path, against the process's current directory. Does not ask whether the file is there.
