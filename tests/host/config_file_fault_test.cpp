@@ -1,0 +1,159 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <atomic>
+#include <csignal>
+#include <fstream>
+#include <iterator>
+#include <thread>
+
+#include "cases.h"
+#include "config/config_file.h"
+#include "config/config_text.h"
+#include "config/text_convert.h"
+#include "platform/host/control.h"
+#include "scratch.h"
+
+namespace {
+
+constexpr const char* CANNOT_OPEN = "Impossible d'ouvrir la configuration.";
+constexpr const char* CANNOT_READ = "Lecture de la configuration impossible.";
+constexpr const char* CANNOT_CREATE = "Impossible de créer le fichier de configuration.";
+constexpr const char* CANNOT_SAVE = "Enregistrement impossible ; l'ancienne configuration est conservée.";
+
+// The calls of an operation in the order in which it must make them, each with what the operation says when
+// it fails; nothing where its failure is of no consequence.
+using Steps = std::vector<std::pair<std::string, std::string>>;
+
+// Makes the calls fail one after the other, and looks at what is left each time.
+template <typename Operation, typename Check>
+void Sweep(const Steps& steps, const Operation& operation, const Check& check) {
+    for (unsigned nth = 1; nth <= steps.size() + 1; ++nth) {
+        const auto [call, start] = nth <= steps.size() ? steps[nth - 1] : Steps::value_type("none", "");
+        SCOPED_TRACE(call);
+        host::StartTrace();
+        host::FailNthCall(nth, ERROR_ACCESS_DENIED);
+        const std::string message = MessageOf(operation);
+        EXPECT_EQ(host::ClearFaults(), call == "none" ? 0U : 1U);
+        EXPECT_EQ(message.empty(), start.empty()) << message;
+        EXPECT_TRUE(message.starts_with(start)) << message;
+        EXPECT_EQ(host::OpenHandles(), 0U);
+        check(!message.empty());
+    }
+    std::vector<std::string> calls;
+    for (const auto& step : steps)
+        calls.push_back(step.first);
+    EXPECT_EQ(host::Trace(), calls);
+}
+
+TEST(ConfigFileFaults, LeaveTheOldFileOrTheNewOne) {
+    const ScratchFolder folder;
+    const WideText path = folder.Of(TEXT("a.config"));
+    Sweep(
+        {{"GetFullPathNameW", "absolute: "},
+         {"CreateFileW", CANNOT_CREATE},
+         {"WriteFile", CANNOT_SAVE},
+         {"FlushFileBuffers", CANNOT_SAVE},
+         {"CloseHandle", ""},
+         {"MoveFileExW", CANNOT_SAVE}},
+        [&] {
+            WriteBytes(path, "old");
+            WriteConfigFile(path, {});
+        },
+        [&](bool failed) {
+            EXPECT_EQ(ReadBytes(path), failed ? "old" : ComposeConfigText({}));
+            EXPECT_EQ(ListFolder(folder.path).size(), 1U);
+        });
+}
+
+TEST(ConfigFileFaults, MakeAReadFailWhole) {
+    const ScratchFolder folder;
+    const WideText path = folder.Of(TEXT("a.config"));
+    WriteBytes(path, "version=1\nzoom=3");
+    VmConfig config;
+    Sweep(
+        {{"CreateFileW", CANNOT_OPEN},
+         {"GetFileSizeEx", CANNOT_OPEN},
+         {"SetFilePointerEx", CANNOT_READ},
+         {"ReadFile", CANNOT_READ},
+         {"CloseHandle", ""},
+         {"MultiByteToWideChar", "Le fichier doit être encodé en UTF-8."},
+         {"MultiByteToWideChar", ""},
+         {"GetFullPathNameW", "absolute: "}},
+        [&] {
+            config = {};
+            config = ReadConfigFile(path);
+        },
+        [&](bool failed) { EXPECT_EQ(config.zoom, failed ? 2U : 3U); });
+}
+
+TEST(ConfigFileFaults, OfTheDiskLeaveNoPartOfAFile) {
+    const ScratchFolder folder;
+    const WideText path = folder.Of(TEXT("a.config"));
+    WriteBytes(path, "old");
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit = {100, RLIM_INFINITY};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    EXPECT_EQ(MessageOf([&] { WriteConfigFile(path, {}); }), CANNOT_SAVE);
+    limit.rlim_cur = RLIM_INFINITY;
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    EXPECT_EQ(ReadBytes(path), "old");
+    EXPECT_EQ(ListFolder(folder.path).size(), 1U);
+}
+
+TEST(ConfigFileFaults, PassOverTemporaryNamesThatAreTaken) {
+    const ScratchFolder folder;
+    const WideText path = folder.Of(TEXT("a.config"));
+    host::TakeClock();
+    const WideText stem = path + TEXT(".tmp-") + WideNumberText(GetCurrentProcessId()) + TEXT("-") +
+                          WideNumberText(GetTickCount64()) + TEXT("-");
+    WriteBytes(stem + TEXT("0"), "taken");
+    // A file that neither moves nor goes shows its name.
+    host::FailCall("MoveFileExW", 1, ERROR_ACCESS_DENIED);
+    host::FailCall("DeleteFileW", 1, ERROR_ACCESS_DENIED);
+    EXPECT_EQ(MessageOf([&] { WriteConfigFile(path, {}); }), CANNOT_SAVE);
+    EXPECT_EQ(ReadBytes(stem + TEXT("0")), "taken");
+    EXPECT_EQ(ReadBytes(stem + TEXT("1")), ComposeConfigText({}));
+    EXPECT_EQ(ListFolder(folder.path).size(), 2U);
+
+    for (unsigned number = 0; number < 99; ++number)
+        WriteBytes(stem + WideNumberText(number), "taken");
+    WriteConfigFile(path, {});
+    WriteBytes(stem + TEXT("99"), "taken");
+    host::StartTrace();
+    EXPECT_EQ(MessageOf([&] { WriteConfigFile(path, {}); }), CANNOT_CREATE);
+    const std::vector<std::string> calls = host::Trace();
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "CreateFileW"), 100);
+    EXPECT_EQ(ReadBytes(path), ComposeConfigText({}));
+}
+
+// Somebody who looks all the time sees one whole file or the other.
+TEST(ConfigFileFaults, NeverShowAPartOfAFile) {
+    const ScratchFolder folder;
+    const WideText path = folder.Of(TEXT("a.config"));
+    VmConfig longer;
+    longer.kernel.assign(1000000, WCHAR{'k'});
+    WriteConfigFile(path, longer);
+    const std::filesystem::path native = NativePath(path);
+    const std::string texts[] = {ComposeConfigText({}), ComposeConfigText(longer)};
+    std::atomic<bool> saves{true};
+    unsigned looks = 0;
+    unsigned parts = 0;
+    std::thread watcher([&] {
+        while (saves) {
+            std::ifstream file(native, std::ios::binary);
+            const std::string seen{std::istreambuf_iterator<char>(file), {}};
+            ++looks;
+            parts += seen != texts[0] && seen != texts[1] ? 1 : 0;
+        }
+    });
+    for (unsigned save = 0; save < 40; ++save)
+        WriteConfigFile(path, save % 2 == 0 ? VmConfig{} : longer);
+    saves = false;
+    watcher.join();
+    EXPECT_GT(looks, 0U);
+    EXPECT_EQ(parts, 0U);
+}
+
+}  // namespace
