@@ -32,6 +32,7 @@ std::vector<std::string> InheritedHandles() {
     }
     std::sort(descriptors.begin(), descriptors.end());
     std::vector<std::string> texts;
+    texts.reserve(descriptors.size());
     for (const int descriptor : descriptors)
         texts.push_back(std::to_string(descriptor) + " " + Target(descriptor));
     return texts;

@@ -40,6 +40,8 @@ std::uint32_t CheckAndPlay(const EngineRequest& request, const MachineScript& sc
         PrintLine("Vérification réussie.");
         return 0;
     }
+    if (!request.config.dump.empty())
+        PrintLine("Aucune image exportée : ce moteur n'a pas d'écran.");
     return PlayMachine(script, request.config.timeout_ms);
 }
 

@@ -13,10 +13,7 @@
 namespace {
 
 constexpr std::size_t ELF_HEADER_BYTES = 52;
-constexpr std::string_view ELF_32_LITTLE_ENDIAN{
-    "\x7F"
-    "ELF\x01\x01\x01",
-    7};
+constexpr std::string_view ELF_32_LITTLE_ENDIAN = "\177ELF\1\1\1";
 constexpr std::size_t ELF_MACHINE_OFFSET = 18;
 constexpr std::string_view ELF_MACHINE_I386{"\x03\x00", 2};
 constexpr std::uint32_t MULTIBOOT_MAGIC = 0x1BADB002;

@@ -1,0 +1,238 @@
+// The stand-in engine: what it reads from its command line and its kernel, and whole runs of it as the
+// launcher starts them.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <set>
+#include <stdexcept>
+
+#include "config/path_ops.h"
+#include "demo/tessarun_checks.h"
+#include "demo/tessarun_machine.h"
+#include "demo/tessarun_request.h"
+#include "launch/engine_command.h"
+#include "launch/engine_start.h"
+#include "scratch.h"
+
+namespace {
+
+// The message of what the work throws; empty when it throws nothing.
+template <typename Work>
+std::string Failure(Work work) {
+    try {
+        work();
+        return {};
+    } catch (const std::runtime_error& error) {
+        return error.what();
+    }
+}
+
+// The arguments that bars separate.
+std::vector<WideText> Split(std::string_view text) {
+    std::vector<WideText> parts{WideText()};
+    for (const WCHAR character : Wide(text)) {
+        if (character == TEXT('|'))
+            parts.emplace_back();
+        else
+            parts.back() += character;
+    }
+    return parts;
+}
+
+// An i386 ELF file with a Multiboot header at the place and zeros for the rest.
+std::string KernelImage(std::size_t header_at) {
+    std::string image(MULTIBOOT_AREA_BYTES + 64, '\0');
+    image.replace(0, 7, "\177ELF\1\1\1");
+    image.replace(16, 3, std::string("\x02\x00\x03", 3));
+    return image.replace(header_at, 12, std::string("\x02\xB0\xAD\x1B\x03\x00\x00\x00\xFB\x4F\x52\xE4", 12));
+}
+
+struct EngineEnd {
+    DWORD exit_code = 0;
+    std::string log;
+};
+
+// Runs the engine on the build's kernel as the launcher does.
+EngineEnd RunEngine(const ScratchFolder& folder, VmConfig config, bool dry_run) {
+    WideText module(32768, WCHAR{});
+    module.resize(GetModuleFileNameW(nullptr, module.data(), static_cast<DWORD>(module.size())));
+    const WideText engine = JoinPath(ParentPath(module), TEXT("tessarun.exe"));
+    if (config.kernel.empty())
+        config.kernel = JoinPath(ParentPath(module), TEXT("demo_kernel.elf"));
+    const WideText log = folder.Of(TEXT("veldranevm.log"));
+    const OwnedHandle process =
+        StartEngine(engine, BuildEngineCommandLine(engine, config, dry_run), folder.path, log);
+    EngineEnd end;
+    EXPECT_EQ(WaitForSingleObject(process.Get(), 30000), WAIT_OBJECT_0);
+    EXPECT_TRUE(GetExitCodeProcess(process.Get(), &end.exit_code));
+    end.log = ReadBytes(log);
+    return end;
+}
+
+bool Has(const EngineEnd& end, const std::string& part) {
+    return end.log.find(part) != std::string::npos;
+}
+
+TEST(Tessarun, ReadsEachValueOfTheCommandLineIntoItsPlace) {
+    const EngineRequest request = ParseEngineArguments(
+        Split("k.elf|--ram|256|--zoom|1|--timeout|60000|--cmdline|--dry-run|--dump-fb|d.ppm|--fb|1024|768|"
+              "--headless|--force-no-header|--ide-primary-master|0|--ide-primary-slave|1|"
+              "--ide-secondary-master|2|--ide-secondary-slave|3|--module-args|a|x y|--module-args|b|"));
+    const VmConfig& config = request.config;
+    EXPECT_FALSE(request.dry_run) << "a value is no option";
+    EXPECT_EQ(config.command, TEXT("--dry-run"));
+    EXPECT_EQ(config.kernel + config.dump, TEXT("k.elfd.ppm"));
+    EXPECT_EQ(config.ide[0] + config.ide[1] + config.ide[2] + config.ide[3], TEXT("0123"));
+    EXPECT_EQ((std::array{config.ram_mib, config.zoom, config.timeout_ms, config.width, config.height}),
+              (std::array<std::uint32_t, 5>{256, 1, 60000, 1024, 768}));
+    EXPECT_TRUE(config.explicit_video && config.headless && config.force_no_header);
+    ASSERT_EQ(config.modules.size(), 2U);
+    EXPECT_EQ(config.modules[0].path + config.modules[0].command, TEXT("ax y"));
+    EXPECT_EQ(config.modules[1].path + config.modules[1].command, TEXT("b"));
+    EXPECT_TRUE(ParseEngineArguments(BuildEngineArguments(config, true)).dry_run);
+}
+
+TEST(Tessarun, RefusesAnyOtherCommandLine) {
+    const std::string START = "k|--ram|16|--zoom|1|--timeout|0";
+    const struct {
+        std::string arguments;
+        const char* message;
+    } CASES[] = {
+        {"", "Noyau manquant."},
+        {"--ram|16", "Noyau manquant."},
+        {"k|--zoom|1", "Option absente de sa place : --ram"},
+        {"k|--ram", "Valeur manquante : --ram"},
+        {"k|--ram|15", "--ram : Nombre incorrect : 15"},
+        {"k|--ram|2049", "--ram : Nombre incorrect : 2049"},
+        {"k|--ram|016", "--ram : Nombre incorrect : 016"},
+        {"k|--ram|+16", "--ram : Nombre incorrect : +16"},
+        {"k|--ram|16|--zoom|1|--timeout|3600001", "--timeout : Nombre incorrect : 3600001"},
+        {START + "|--fb|8192|8193", "--fb : Nombre incorrect : 8193"},
+        {START + "|--fb|800", "Valeur manquante : --fb"},
+        {START + "|--cmdline|", "--cmdline : Valeur vide."},
+        {START + "|--module-args||x", "--module-args : Valeur vide."},
+        {START + "|--module-args|m", "Valeur manquante : --module-args"},
+        {START + "|--headless|--headless", "Option répétée ou hors de sa place : --headless"},
+        {START + "|--dry-run|--fb|1|1", "Option répétée ou hors de sa place : --fb"},
+        {START + "|--dry-run=1", "Option inconnue : --dry-run=1"},
+    };
+    for (const auto& [arguments, message] : CASES) {
+        EXPECT_EQ(Failure([&] { ParseEngineArguments(Split(arguments)); }), message) << arguments;
+    }
+    std::vector<WideText> modules = Split(START);
+    for (int module = 0; module < 128; ++module)
+        modules.insert(modules.end(), {TEXT("--module-args"), TEXT("m"), TEXT("")});
+    EXPECT_EQ(Failure([&] { ParseEngineArguments(modules); }), "");
+    modules.insert(modules.end(), {TEXT("--module-args"), TEXT("m"), TEXT("")});
+    EXPECT_EQ(Failure([&] { ParseEngineArguments(modules); }), "--module-args : Maximum : 128 modules.");
+}
+
+TEST(Tessarun, TakesTheWordsOfTheKernelCommandLineThatAreItsOwn) {
+    const MachineScript script = ParseMachineScript(
+        TEXT(" mode=\"x\"  demo.texte=a demo.duree=0 demo.lignes=9 demo.code=4294967295 demo.texte="));
+    EXPECT_EQ(script.duration_ms, 0U);
+    EXPECT_EQ(script.lines, 9U);
+    EXPECT_EQ(script.exit_code, 4294967295U);
+    EXPECT_EQ(script.texts, (std::vector<std::string>{"a", ""}));
+    EXPECT_FALSE(script.writes_bad_utf8);
+    for (const WideText& word : Split("demo.code=4294967296|demo.code=|demo.lignes=-1|demo.duree=1s|demo.fin|"
+                                      "demo.invalide=1|demo.octets=67108865|demo.duree"))
+        EXPECT_NE(Failure([&] { ParseMachineScript(word); }), "") << Narrow(word);
+}
+
+TEST(Tessarun, KnowsAMultibootKernelByItsBytes) {
+    const struct {
+        const char* what;
+        std::size_t header_at;
+        std::size_t changed_at;  // this byte is replaced
+        char byte;
+        bool is_kernel;
+        bool has_header;
+    } CASES[] = {
+        {"behind the ELF header", 52, 6, 1, true, true},
+        {"last place for a header", 8180, 6, 1, true, true},
+        {"header across the end of the area", 8184, 6, 1, true, false},
+        {"header off the boundary of four", 54, 6, 1, true, false},
+        {"bad checksum", 52, 60, 0, true, false},
+        {"bad magic", 52, 52, 3, true, false},
+        {"no ELF file", 52, 0, 'M', false, true},
+        {"64 bits", 52, 4, 2, false, true},
+        {"big-endian", 52, 5, 2, false, true},
+        {"another processor", 52, 18, 62, false, true},
+    };
+    for (const auto& tested : CASES) {
+        SCOPED_TRACE(tested.what);
+        std::string image = KernelImage(tested.header_at);
+        image[tested.changed_at] = tested.byte;
+        EXPECT_EQ(Failure([&] { CheckKernelImage(image, HeaderNeed::Optional); }).empty(), tested.is_kernel);
+        EXPECT_EQ(Failure([&] { CheckKernelImage(image, HeaderNeed::Required); }).empty(),
+                  tested.is_kernel && tested.has_header);
+    }
+    EXPECT_NE(Failure([] { CheckKernelImage(KernelImage(52).substr(0, 51), HeaderNeed::Optional); }), "");
+}
+
+TEST(Tessarun, TellsWhatItWasGivenAndInheritedAndPlaysItsMachine) {
+    const ScratchFolder folder;
+    SECURITY_ATTRIBUTES inherit = {sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+    const OwnedHandle other(CreateFileW(folder.Of(TEXT("autre")).c_str(), GENERIC_WRITE, 3, &inherit,
+                                        CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    VmConfig config;
+    config.command = TEXT("\"é\" demo.lignes=2 demo.octets=100 demo.invalide demo.texte=bonjour demo.code=7");
+    const EngineEnd end = RunEngine(folder, config, false);
+    EXPECT_EQ(end.exit_code, 7U);
+    EXPECT_EQ(end.log.find("Moteur de démonstration"), 0U) << end.log;
+    EXPECT_TRUE(Has(end, "\n--cmdline\n" + Narrow(config.command) + "\n"));
+    EXPECT_TRUE(Has(end, "\nRépertoire de travail : " + Narrow(folder.path) + "\n")) << end.log;
+    EXPECT_TRUE(Has(end, "Machine démarrée.\nbonjour\n" + std::string(63, '.') + "\n" + std::string(36, '.') +
+                             "\xFF\nLigne 1 sur 2.\nLigne 2 sur 2.\nMachine arrêtée, code 7.\n"))
+        << end.log;
+    std::set<std::string> inherited;
+    const std::string mark = "Handle hérité : ";
+    for (std::size_t at = end.log.find(mark); at != std::string::npos; at = end.log.find(mark, at + 1)) {
+        const std::string line = end.log.substr(at, end.log.find('\n', at) - at);
+        inherited.insert(line.substr(line.find(' ', mark.size()) + 1));
+    }
+    EXPECT_EQ(inherited.size(), 2U) << "the log and its empty input: " << end.log;
+}
+
+TEST(Tessarun, EndsWithTheCodeOfItsOutcome) {
+    const ScratchFolder folder;
+    WriteBytes(folder.Of(TEXT("secteurs")), std::string(1024, '\0'));
+    WriteBytes(folder.Of(TEXT("reste")), std::string(1023, '\0'));
+    const struct {
+        const char* kernel;
+        const char* command;
+        const char* disk;
+        const char* module;
+        std::uint32_t limit_ms;
+        DWORD dry_code;
+        DWORD run_code;
+        const char* last_line;  // of the run
+    } CASES[] = {
+        {"", "demo.code=3221225477", "secteurs", "reste", 0, 0, 3221225477, "code 3221225477.\n"},
+        {"", "demo.duree=60000", "", "", 150, 0, TIME_LIMIT_EXIT_CODE, "écoulé : machine arrêtée.\n"},
+        {"", "", "reste", "", 0, 1, 1, "secteurs entiers de 512 octets.\n"},
+        {"", "", "absent", "", 0, 1, 1, "lecture impossible.\n"},
+        {"", "", "", "absent", 0, 1, 1, "lecture impossible.\n"},
+        {"secteurs", "", "", "", 0, 1, 1, "petit-boutiste.\n"},
+        {"", "demo.code=x", "", "", 0, 2, 2, "Nombre incorrect : x\n"},
+    };
+    for (const auto& tested : CASES) {
+        VmConfig config;
+        config.timeout_ms = tested.limit_ms;
+        config.command = Wide(tested.command);
+        config.kernel = *tested.kernel == '\0' ? WideText() : folder.Of(Wide(tested.kernel));
+        config.ide[3] = *tested.disk == '\0' ? WideText() : folder.Of(Wide(tested.disk));
+        if (*tested.module != '\0')
+            config.modules = {{folder.Of(Wide(tested.module)), TEXT("")}};
+        const EngineEnd dry = RunEngine(folder, config, true);
+        EXPECT_EQ(dry.exit_code, tested.dry_code) << dry.log;
+        EXPECT_EQ(dry.log.ends_with("\nVérification réussie.\n"), tested.dry_code == 0) << dry.log;
+        EXPECT_FALSE(Has(dry, "Machine")) << dry.log;
+        const EngineEnd run = RunEngine(folder, config, false);
+        EXPECT_EQ(run.exit_code, tested.run_code) << run.log;
+        EXPECT_TRUE(run.log.ends_with(tested.last_line)) << run.log;
+    }
+}
+
+}  // namespace
