@@ -84,11 +84,14 @@ HWND FindDescendant(HWND window, int id) {
     return nullptr;
 }
 
-void SetFileName(HWND box, const WideText& path) {
+// The field for the file's name: one of two, of which a box shows one.
+HWND FileNameField(HWND box) {
     for (const int id : {FILE_NAME_COMBO, FILE_NAME_EDIT}) {
-        if (const HWND control = FindDescendant(box, id))
-            SendMessageW(control, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+        const HWND field = FindDescendant(box, id);
+        if (field != nullptr && IsWindowVisible(field) != FALSE)
+            return field;
     }
+    return nullptr;
 }
 
 template <typename Value>
@@ -223,13 +226,16 @@ void PressWith(WORD modifier, WORD key) {
 }
 
 void Fill(UINT id, WideView text) {
-    Click(id);
+    FillWindow(Control(id), text);
+}
+
+void FillWindow(HWND field, WideView text) {
+    ClickWindow(field);
     Press(VK_HOME);
     PressWith(VK_SHIFT, VK_END);
     Press(VK_DELETE);
     Type(text);
-    const HWND control = Control(id);
-    WaitUntil([&] { return ReadText(control) == text; }, 3000);
+    WaitUntil([&] { return ReadText(field) == text; }, 3000);
 }
 
 void ChooseTab(int index) {
@@ -266,8 +272,9 @@ void AnswerBox(int button_id) {
 void ChooseFile(WideView path) {
     WaitForBox();
     const HWND box = Box();
-    Do([&] { SetFileName(box, WideText(path)); });
-    ClickWindow(Ask<HWND>([&] { return FindDescendant(box, IDOK); }));
+    FillWindow(Ask<HWND>([&] { return FileNameField(box); }), path);
+    Press(VK_RETURN);
+    WaitUntil([&] { return IsWindow(box) == FALSE || IsWindowVisible(box) == FALSE; }, 5000);
 }
 
 void CancelFile() {

@@ -126,11 +126,15 @@ void Do(const std::function<void()>& action) {
 
 bool WaitUntil(const std::function<bool()>& condition, unsigned limit_ms) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::milliseconds(limit_ms);
-    for (;;) {
-        bool holds = false;
-        Do([&] { holds = condition(); });
-        if (holds || std::chrono::steady_clock::now() > limit)
-            return holds;
+    try {
+        for (;;) {
+            bool holds = false;
+            Do([&] { holds = condition(); });
+            if (holds || std::chrono::steady_clock::now() > limit)
+                return holds;
+        }
+    } catch (const ProgramOver&) {
+        return false;
     }
 }
 

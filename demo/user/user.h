@@ -70,6 +70,7 @@ void PressWith(WORD modifier, WORD key);
 
 // Clicks into an edit field and replaces all that it holds by typing.
 void Fill(UINT id, WideView text);
+void FillWindow(HWND field, WideView text);
 
 // The tab page with this index, by the mouse on the first header and then the arrow keys.
 void ChooseTab(int index);
@@ -80,7 +81,7 @@ void ChooseRow(int index);
 // Presses the box's button with this identifier.
 void AnswerBox(int button_id);
 
-// Confirms a file in a file box, or cancels it.
+// Types a file's name into a file box and confirms it, or cancels the box.
 void ChooseFile(WideView path);
 void CancelFile();
 
