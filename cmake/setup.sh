@@ -51,5 +51,6 @@ stop_display() {
 # start_wine: the Windows prefix, with a server that stays between two programs.
 start_wine() {
     cmake/wine-run cmd /c exit
+    WINEPREFIX=$PWD/build/wine wineserver -k || true
     WINEPREFIX=$PWD/build/wine wineserver -p
 }

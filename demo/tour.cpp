@@ -15,6 +15,7 @@
 namespace {
 
 bool all_right = true;
+WideText last_status;
 
 void Say(const std::string& line) {
     std::printf("%s\n", line.c_str());
@@ -49,14 +50,13 @@ void TellWindow(const std::string& moment) {
     }
 }
 
-// Waits for a status text and tells each other one that stands in the line before it.
+// Waits for a status text and tells each one that comes into the line until then.
 void AwaitStatus(const WideText& text) {
-    WideText last;
     const bool came = user::WaitUntil([&] {
         const WideText now = user::Status();
-        if (now != last)
+        if (now != last_status)
             Say("   état : " + Utf8FromWide(now));
-        last = now;
+        last_status = now;
         return now == text;
     });
     Check(came, "l'état attendu était « " + Utf8FromWide(text) + " »");
