@@ -93,6 +93,8 @@ void RunStory(const std::function<void()>& story, std::exception_ptr& failure) {
 int RunWithUser(Launcher& launcher, const std::function<void()>& story) {
     std::exception_ptr failure;
     meeting.program_thread = std::this_thread::get_id();
+    meeting.story_over = false;
+    meeting.program_over = false;
     const UINT_PTR timer = SetTimer(nullptr, 0, ACTION_PERIOD_MS, OnActionTick);
     std::thread other(RunStory, std::cref(story), std::ref(failure));
     const int exit_code = RunLauncher(launcher, GetModuleHandleW(nullptr), SW_SHOWNORMAL);

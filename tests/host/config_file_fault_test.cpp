@@ -12,6 +12,7 @@
 #include "config/config_file.h"
 #include "config/config_text.h"
 #include "config/text_convert.h"
+#include "host/fault_sweep.h"
 #include "platform/host/control.h"
 #include "scratch.h"
 
@@ -21,31 +22,6 @@ constexpr const char* CANNOT_OPEN = "Impossible d'ouvrir la configuration.";
 constexpr const char* CANNOT_READ = "Lecture de la configuration impossible.";
 constexpr const char* CANNOT_CREATE = "Impossible de créer le fichier de configuration.";
 constexpr const char* CANNOT_SAVE = "Enregistrement impossible ; l'ancienne configuration est conservée.";
-
-// The calls of an operation in the order in which it must make them, each with what the operation says when
-// it fails; nothing where its failure is of no consequence.
-using Steps = std::vector<std::pair<std::string, std::string>>;
-
-// Makes the calls fail one after the other, and looks at what is left each time.
-template <typename Operation, typename Check>
-void Sweep(const Steps& steps, const Operation& operation, const Check& check) {
-    for (unsigned nth = 1; nth <= steps.size() + 1; ++nth) {
-        const auto [call, start] = nth <= steps.size() ? steps[nth - 1] : Steps::value_type("none", "");
-        SCOPED_TRACE(call);
-        host::StartTrace();
-        host::FailNthCall(nth, ERROR_ACCESS_DENIED);
-        const std::string message = MessageOf(operation);
-        EXPECT_EQ(host::ClearFaults(), call == "none" ? 0U : 1U);
-        EXPECT_EQ(message.empty(), start.empty()) << message;
-        EXPECT_TRUE(message.starts_with(start)) << message;
-        EXPECT_EQ(host::OpenHandles(), 0U);
-        check(!message.empty());
-    }
-    std::vector<std::string> calls;
-    for (const auto& step : steps)
-        calls.push_back(step.first);
-    EXPECT_EQ(host::Trace(), calls);
-}
 
 TEST(ConfigFileFaults, LeaveTheOldFileOrTheNewOne) {
     const ScratchFolder folder;
