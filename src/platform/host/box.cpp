@@ -30,6 +30,27 @@ LRESULT FollowFocus(Box& box, WPARAM activation) {
     return 0;
 }
 
+bool HasDialogCode(HWND control, int code) {
+    return (SendMessageW(control, WM_GETDLGCODE, 0, 0) & code) != 0;
+}
+
+// A button that gets the focus by an arrow key is the one that Enter presses.
+LRESULT MoveFocus(const Box& box, HWND next) {
+    for (HWND button = GetWindow(box.window, GW_CHILD); button != nullptr;
+         button = GetWindow(button, GW_HWNDNEXT)) {
+        if (HasDialogCode(button, DLGC_DEFPUSHBUTTON)) {
+            SendMessageW(button, BM_SETSTYLE, BS_PUSHBUTTON, TRUE);
+        }
+    }
+    const HWND marked =
+        HasDialogCode(next, DLGC_UNDEFPUSHBUTTON) ? next : GetDlgItem(box.window, box.default_id);
+    if (marked != nullptr) {
+        SendMessageW(marked, BM_SETSTYLE, BS_DEFPUSHBUTTON, TRUE);
+    }
+    SetFocus(next);
+    return 0;
+}
+
 LRESULT SetControlText(const Box& box, WPARAM id, LPARAM text) {
     const HWND control = GetDlgItem(box.window, static_cast<int>(id));
     if (control != nullptr) {
@@ -127,6 +148,9 @@ LRESULT CALLBACK BoxProcedure(HWND window, UINT message, WPARAM wparam, LPARAM l
             return 0;
         case WM_ACTIVATE:
             return FollowFocus(*box, wparam);
+        case WM_NEXTDLGCTL:
+            return MoveFocus(*box, lparam != 0 ? reinterpret_cast<HWND>(wparam)
+                                               : GetNextDlgTabItem(window, GetFocus(), wparam != 0));
         case DM_GETDEFID:
             return MAKELPARAM(static_cast<unsigned>(box->default_id), DC_HASDEFID);
         case DM_SETDEFID:

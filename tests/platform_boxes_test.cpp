@@ -1,0 +1,252 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/win32.h"
+#include "probe_windows.h"
+#include "scratch.h"
+
+namespace {
+
+constexpr int NAME_FIELD = 0x47C;
+constexpr int MESSAGE_TEXT = 0xFFFF;
+
+using Step = std::function<void(HWND)>;
+
+// What a user does to the boxes, one step at a time once a box waits for him.
+struct Answers {
+    std::vector<Step> steps;
+    HWND seen = nullptr;
+};
+Answers answers;
+
+BOOL CALLBACK FindBox(HWND window, LPARAM found) {
+    WCHAR name[16] = {};
+    GetClassNameW(window, name, 16);
+    if (WideView(name) != TEXT("#32770") || !IsWindowVisible(window) || !IsWindowEnabled(window)) {
+        return TRUE;
+    }
+    *reinterpret_cast<HWND*>(found) = window;
+    return FALSE;
+}
+
+// A box is given two ticks to settle; one that nobody answers any more is cancelled.
+void CALLBACK AnswerOnTick(HWND, UINT, UINT_PTR, DWORD) {
+    HWND box = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), FindBox, reinterpret_cast<LPARAM>(&box));
+    if (box == nullptr || std::exchange(answers.seen, box) != box) {
+        return;
+    }
+    answers.seen = nullptr;
+    if (answers.steps.empty()) {
+        ADD_FAILURE() << "a box without an answer: " << GetLastError();
+        PostMessageW(box, WM_COMMAND, IDCANCEL, 0);
+        return;
+    }
+    const Step step = answers.steps.front();
+    answers.steps.erase(answers.steps.begin());
+    step(box);
+}
+
+Step Command(int id) {
+    return [id](HWND box) { PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(id), 0); };
+}
+
+Step Enter(const char* name) {
+    return [name](HWND box) {
+        SendMessageW(box, CDM_SETCONTROLTEXT, NAME_FIELD, reinterpret_cast<LPARAM>(Wide(name).c_str()));
+        PostMessageW(box, WM_COMMAND, IDOK, 0);
+    };
+}
+
+class PlatformBoxes : public testing::Test {
+protected:
+    PlatformBoxes() : owner(probe.MakeMain()), timer(SetTimer(nullptr, 0, 30, AnswerOnTick)) {}
+    ~PlatformBoxes() override {
+        KillTimer(nullptr, timer);
+        EXPECT_TRUE(answers.steps.empty()) << "answers to boxes that did not come";
+    }
+
+    ProbeWindows probe;
+    HWND owner;
+    UINT_PTR timer;
+};
+
+TEST_F(PlatformBoxes, AMessageBoxGivesTheButtonThatAnsweredIt) {
+    struct Case {
+        const char* name;
+        UINT flags;
+        Step step;
+        int answer;
+    };
+    const UINT question = MB_YESNOCANCEL | MB_ICONQUESTION;
+    // clang-format off
+    const Case cases[] = {
+        {"OK", MB_ICONERROR, Command(IDOK), IDOK},
+        {"yes", question, Command(IDYES), IDYES},
+        {"cancel", question, Command(IDCANCEL), IDCANCEL},
+        {"closed", question, [](HWND box) { PostMessageW(box, WM_CLOSE, 0, 0); }, IDCANCEL},
+        {"no button of it", question, [](HWND box) { Command(99)(box); Command(IDNO)(box); }, IDNO},
+        {"clicked", question, [](HWND box) { ClickAt(GetDlgItem(box, IDNO), 5, 5); }, IDNO},
+        {"Escape", question, [](HWND) { PressKey(VK_ESCAPE); }, IDCANCEL},
+        {"Enter", question, [](HWND) { PressKey(VK_RETURN); }, IDYES},
+        {"Tab and Enter", question, [](HWND) { PressKey(VK_TAB); PressKey(VK_RETURN); }, IDNO},
+        {"Right and Enter", question, [](HWND) { PressKey(VK_RIGHT); PressKey(VK_RETURN); }, IDNO},
+    };
+    // clang-format on
+    for (const Case& given : cases) {
+        SCOPED_TRACE(given.name);
+        answers.steps = {given.step};
+        EXPECT_EQ(MessageBoxW(owner, TEXT("text"), TEXT("title"), given.flags), given.answer);
+    }
+}
+
+TEST_F(PlatformBoxes, TheOwnerWaitsDisabledWhileTimersGoOn) {
+    const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 50, 50}, owner);
+    SetTimer(owner, 1, 20, nullptr);
+    for (const HWND given : {owner, child}) {
+        answers.steps = {[this](HWND box) {
+            WCHAR text[32] = {};
+            GetWindowTextW(box, text, 32);
+            EXPECT_EQ(Narrow(text), "title");
+            GetDlgItemTextW(box, MESSAGE_TEXT, text, 32);
+            EXPECT_EQ(Narrow(text), "two\nlines");
+            EXPECT_EQ(GetWindow(box, GW_OWNER), owner);
+            EXPECT_EQ(GetActiveWindow(), box);
+            EXPECT_FALSE(IsWindowEnabled(owner));
+            EXPECT_NE(std::find(probe.log.begin(), probe.log.end(), "main TIMER 1"), probe.log.end());
+            PostMessageW(box, WM_COMMAND, IDOK, 0);
+        }};
+        MessageBoxW(given, TEXT("two\nlines"), TEXT("title"), MB_ICONERROR);
+        EXPECT_TRUE(IsWindowEnabled(owner));
+        EXPECT_EQ(GetActiveWindow(), owner);
+        EXPECT_EQ(probe.Take("ENABLE ACTIVATE"),
+                  "main ENABLE 0, main ACTIVATE 0, main ENABLE 1, main ACTIVATE 1");
+    }
+    answers.steps = {[this](HWND box) {
+        EXPECT_TRUE(IsWindowEnabled(owner));
+        PostMessageW(box, WM_COMMAND, IDOK, 0);
+    }};
+    EXPECT_EQ(MessageBoxW(nullptr, TEXT("text"), TEXT("title"), MB_ICONERROR), IDOK);
+}
+
+TEST_F(PlatformBoxes, QuittingEndsTheBoxAndTheLoopAroundIt) {
+    answers.steps = {[](HWND) { PostQuitMessage(7); }};
+    MessageBoxW(owner, TEXT("text"), TEXT("title"), MB_YESNOCANCEL);
+    MSG message{};
+    ASSERT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+    EXPECT_EQ(message.wParam, 7U);
+}
+
+constexpr DWORD OPEN_FLAGS = OFN_EXPLORER | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR | OFN_FILEMUSTEXIST;
+constexpr DWORD SAVE_FLAGS = OFN_EXPLORER | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR | OFN_OVERWRITEPROMPT;
+
+class PlatformFileBoxes : public PlatformBoxes {
+protected:
+    PlatformFileBoxes() {
+        for (const auto* name : {TEXT("here.ppm"), TEXT("plain")}) {
+            WriteBytes(folder.Of(name), "x");
+        }
+        MakeFolder(folder.Of(TEXT("sub")));
+        request.lStructSize = sizeof request;
+        request.hwndOwner = owner;
+        request.lpstrFilter = TEXT("Image\0*.ppm\0Tout\0*.*\0");
+        request.lpstrInitialDir = folder.path.c_str();
+        request.lpstrFile = buffer.data();
+        request.nMaxFile = 32768;
+    }
+
+    // The name of the file within the folder; the path whole when it is elsewhere; empty for FALSE.
+    std::string Show(bool save, const char* first) {
+        const WideText name = Wide(first);
+        std::fill(buffer.begin(), buffer.end(), WCHAR{});
+        std::copy(name.begin(), name.end(), buffer.begin());
+        request.Flags = save ? SAVE_FLAGS : OPEN_FLAGS;
+        if (!(save ? GetSaveFileNameW(&request) : GetOpenFileNameW(&request))) {
+            return "";
+        }
+        const WideText path = buffer.data();
+        return Narrow(path.starts_with(folder.path) ? path.substr(folder.path.size() + 1) : path);
+    }
+
+    ScratchFolder folder;
+    std::vector<WCHAR> buffer = std::vector<WCHAR>(32768);
+    OPENFILENAMEW request{};
+};
+
+TEST_F(PlatformFileBoxes, AnswerWithTheFullPathOfWhatTheUserConfirms) {
+    struct Case {
+        const char* name;
+        bool save;
+        const char* first;
+        LPCWSTR extension;
+        std::vector<Step> steps;
+        const char* chosen;
+    };
+    const std::string full = Narrow(folder.Of(TEXT("plain")));
+    const LPCWSTR ppm = TEXT("ppm");
+    // clang-format off
+    const Case cases[] = {
+        {"a name", false, "", nullptr, {Enter("here.ppm")}, "here.ppm"},
+        {"no extension to add", false, "", nullptr, {Enter("plain")}, "plain"},
+        {"from a folder", false, "", nullptr, {Enter("sub\\..\\here.ppm")}, "here.ppm"},
+        {"the first file, by key", false, full.c_str(), nullptr, {[](HWND) { PressKey(VK_RETURN); }}, "plain"},
+        {"missing", false, "", nullptr, {Enter("none.ppm"), Command(IDOK), Command(IDCANCEL)}, ""},
+        {"missing folder", true, "", nullptr, {Enter("none\\a.ppm"), Command(IDOK), Command(IDCANCEL)}, ""},
+        {"no file name", true, "", nullptr, {Enter("a|b"), Command(IDOK), Command(IDCANCEL)}, ""},
+        {"a folder, then a name", true, "", ppm, {Enter("sub"), Enter("new.bmp")}, "sub\\new.bmp"},
+        {"extension added", true, "", ppm, {Enter("new")}, "new.ppm"},
+        {"replaced", true, "here.ppm", ppm, {Command(IDOK), Command(IDYES)}, "here.ppm"},
+        {"not replaced", true, "here.ppm", ppm, {Command(IDOK), Command(IDNO), Command(IDCANCEL)}, ""},
+    };
+    // clang-format on
+    WCHAR before[MAX_PATH] = {}, after[MAX_PATH] = {};
+    GetCurrentDirectoryW(MAX_PATH, before);
+    for (const Case& given : cases) {
+        SCOPED_TRACE(given.name);
+        answers.steps = given.steps;
+        request.lpstrDefExt = given.extension;
+        EXPECT_EQ(Show(given.save, given.first), given.chosen);
+        EXPECT_EQ(CommDlgExtendedError(), 0U);
+        EXPECT_TRUE(answers.steps.empty());
+    }
+    GetCurrentDirectoryW(MAX_PATH, after);
+    EXPECT_EQ(WideText(after), before);
+    EXPECT_FALSE(Exists(folder.Of(TEXT("new.ppm"))));
+}
+
+TEST_F(PlatformFileBoxes, StartWithTheNameThatTheyAreGivenAndLeaveItWhenCancelled) {
+    struct Case {
+        const char* first;
+        const char* shown;
+    };
+    const std::string in_sub = Narrow(folder.Of(TEXT("sub\\nothing.ppm")));
+    for (const Case& given : {Case{"", ""}, Case{"veldranevm.config", "veldranevm.config"},
+                              Case{in_sub.c_str(), "nothing.ppm"}}) {
+        SCOPED_TRACE(given.first);
+        answers.steps = {[&](HWND box) {
+            WCHAR text[64] = {};
+            GetDlgItemTextW(box, NAME_FIELD, text, 64);
+            EXPECT_EQ(Narrow(text), given.shown);
+            PressKey(VK_ESCAPE);
+        }};
+        EXPECT_EQ(Show(true, given.first), "");
+        EXPECT_EQ(Narrow(buffer.data()), given.first);
+        EXPECT_EQ(CommDlgExtendedError(), 0U);
+    }
+}
+
+TEST_F(PlatformFileBoxes, SayWhyTheyFailed) {
+    request.nMaxFile = 8;
+    answers.steps = {Enter("here.ppm")};
+    EXPECT_EQ(Show(false, ""), "");
+    EXPECT_EQ(CommDlgExtendedError(), 0x3003U);
+    request.lStructSize = 3;
+    EXPECT_EQ(Show(false, ""), "");
+    EXPECT_EQ(CommDlgExtendedError(), 1U);
+}
+
+}  // namespace

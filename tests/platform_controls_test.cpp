@@ -1,0 +1,470 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/win32.h"
+#include "probe_windows.h"
+#include "scratch.h"
+
+namespace {
+
+std::string told;
+
+void Tell(const std::string& what) {
+    told += (told.empty() ? "" : ", ") + what;
+}
+
+std::string Take() {
+    return std::exchange(told, {});
+}
+
+struct CodeName {
+    int code;
+    const char* name;
+};
+// Scrolling, drawing and what a list asks for in order to draw are left out.
+// clang-format off
+constexpr CodeName CODE_NAMES[] = {
+    {BN_CLICKED, "CLICKED"}, {CBN_SELCHANGE, "SELCHANGE"}, {CBN_SETFOCUS, "SETFOCUS"}, {CBN_KILLFOCUS, "KILLFOCUS"},
+    {CBN_DROPDOWN, "DROPDOWN"}, {CBN_CLOSEUP, "CLOSEUP"}, {CBN_SELENDOK, "SELENDOK"},
+    {CBN_SELENDCANCEL, "SELENDCANCEL"}, {EN_SETFOCUS, "SETFOCUS"}, {EN_KILLFOCUS, "KILLFOCUS"},
+    {EN_CHANGE, "CHANGE"}, {EN_UPDATE, "UPDATE"}, {EN_MAXTEXT, "MAXTEXT"},
+    {int(NM_CLICK), "CLICK"}, {int(NM_SETFOCUS), "SETFOCUS"}, {int(NM_RELEASEDCAPTURE), "RELEASED"},
+    {int(TCN_KEYDOWN), "KEYDOWN"}, {int(TCN_SELCHANGING), "SELCHANGING"}, {int(TCN_SELCHANGE), "SELCHANGE"},
+    {int(LVN_KEYDOWN), "KEYDOWN"}, {int(LVN_ITEMCHANGING), "changing"}, {int(LVN_ITEMCHANGED), "CHANGED"},
+    {int(LVN_INSERTITEM), "INSERT"}, {int(LVN_DELETEITEM), "DELETE"}, {int(LVN_DELETEALLITEMS), "DELETEALL"},
+};
+// clang-format on
+
+void TellCode(int code, const std::string& details) {
+    for (const CodeName& known : CODE_NAMES) {
+        if (known.code == code) {
+            Tell(known.name + details);
+        }
+    }
+}
+
+// Which row, and from which states to which.
+std::string RowDetails(const NMHDR& header) {
+    if (header.code > LVN_ITEMCHANGING || header.code < LVN_DELETEALLITEMS) {
+        return "";
+    }
+    const auto& row = reinterpret_cast<const NMLISTVIEW&>(header);
+    const std::string states = " " + std::to_string(row.uOldState) + ">" + std::to_string(row.uNewState);
+    return " " + std::to_string(row.iItem) + (row.uChanged == LVIF_STATE ? states : "");
+}
+
+LRESULT CALLBACK ParentProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_COMMAND) {
+        TellCode(HIWORD(wparam), "");
+        return 0;
+    }
+    if (message == WM_NOTIFY) {
+        const auto& header = *reinterpret_cast<const NMHDR*>(lparam);
+        TellCode(static_cast<int>(header.code), RowDetails(header));
+        return 0;
+    }
+    return DefWindowProcW(window, message, wparam, lparam);
+}
+
+class PlatformControls : public testing::Test {
+protected:
+    PlatformControls() {
+        const INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES};
+        EXPECT_TRUE(InitCommonControlsEx(&classes));
+        WNDCLASSW parent_class{};
+        parent_class.lpfnWndProc = ParentProc;
+        parent_class.lpszClassName = TEXT("ControlsParent");
+        RegisterClassW(&parent_class);
+        parent = CreateWindowExW(0, TEXT("ControlsParent"), TEXT(""), WS_OVERLAPPEDWINDOW, 100, 100, 800, 500,
+                                 nullptr, nullptr, nullptr, nullptr);
+        other = Make(TEXT("BUTTON"), WS_TABSTOP, {700, 400, 50, 20});
+        ShowWindow(parent, SW_SHOW);
+        PumpFor(50);
+        SetFocus(other);
+        Take();
+    }
+    ~PlatformControls() override {
+        DestroyWindow(parent);
+        UnregisterClassW(TEXT("ControlsParent"), nullptr);
+    }
+
+    // The rectangle is left, top, width, height.
+    HWND Make(LPCWSTR name, DWORD style, RECT place, LPCWSTR text = TEXT(""), DWORD extended = 0) {
+        const HWND control = CreateWindowExW(
+            extended, name, text, style | WS_CHILD | WS_VISIBLE, place.left, place.top, place.right,
+            place.bottom, parent, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(7)), nullptr, nullptr);
+        SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), TRUE);
+        return control;
+    }
+    HWND MakeEdit(DWORD style) {
+        return Make(TEXT("EDIT"), style, {10, 10, 100, 25}, TEXT(""), WS_EX_CLIENTEDGE);
+    }
+
+    HWND parent = nullptr;
+    HWND other = nullptr;
+};
+
+std::string TextOf(HWND window) {
+    WideText text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, 0);
+    text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
+    return Narrow(text);
+}
+
+void Key(HWND window, int key) {
+    SendMessageW(window, WM_KEYDOWN, static_cast<WPARAM>(key), 1);
+    SendMessageW(window, WM_KEYUP, static_cast<WPARAM>(key), 1);
+}
+
+void Click(HWND window, int x, int y) {
+    // A list looks in the queue for the end of the click.
+    PostMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(static_cast<unsigned>(x), static_cast<unsigned>(y)));
+    SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON,
+                 MAKELPARAM(static_cast<unsigned>(x), static_cast<unsigned>(y)));
+    PumpFor(20);
+}
+
+void Type(HWND window, const char* text) {
+    for (; *text != 0; text++) {
+        SendMessageW(window, WM_CHAR, static_cast<WPARAM>(*text), 1);
+    }
+}
+
+void Select(HWND edit, int from, int to) {
+    SendMessageW(edit, EM_SETSEL, static_cast<WPARAM>(from), to);
+}
+
+TEST_F(PlatformControls, AnswerTheMouseAndTheDialogByTheirKind) {
+    struct Case {
+        LPCWSTR name;
+        DWORD style;
+        LRESULT hit;
+        LRESULT dialog_code;
+    };
+    const Case cases[] = {
+        {TEXT("STATIC"), SS_PATHELLIPSIS, HTTRANSPARENT, DLGC_STATIC},
+        {TEXT("BUTTON"), BS_GROUPBOX, HTTRANSPARENT, DLGC_STATIC},
+        {TEXT("BUTTON"), BS_PUSHBUTTON, HTCLIENT, DLGC_BUTTON | DLGC_UNDEFPUSHBUTTON},
+        {TEXT("BUTTON"), BS_DEFPUSHBUTTON, HTCLIENT, DLGC_BUTTON | DLGC_DEFPUSHBUTTON},
+        {TEXT("BUTTON"), BS_AUTOCHECKBOX, HTCLIENT, DLGC_BUTTON},
+        {TEXT("EDIT"), 0, HTCLIENT, DLGC_HASSETSEL | DLGC_WANTCHARS | DLGC_WANTARROWS},
+        {TEXT("COMBOBOX"), CBS_DROPDOWNLIST, HTCLIENT, DLGC_WANTCHARS | DLGC_WANTARROWS},
+        {TEXT("SysTabControl32"), 0, HTTRANSPARENT, DLGC_WANTCHARS | DLGC_WANTARROWS},
+        {TEXT("SysListView32"), LVS_REPORT | LVS_SINGLESEL, HTCLIENT, DLGC_WANTCHARS | DLGC_WANTARROWS},
+    };
+    for (const Case& given : cases) {
+        SCOPED_TRACE(Narrow(given.name) + " " + std::to_string(given.style));
+        const HWND control = Make(given.name, given.style, {100, 100, 200, 80});
+        RECT place{};
+        GetWindowRect(control, &place);
+        const auto x = static_cast<unsigned>(place.left + 5);
+        EXPECT_EQ(
+            SendMessageW(control, WM_NCHITTEST, 0, MAKELPARAM(x, static_cast<unsigned>(place.bottom - 5))),
+            given.hit);
+        EXPECT_EQ(SendMessageW(control, WM_GETDLGCODE, 0, 0), given.dialog_code);
+        DestroyWindow(control);
+    }
+}
+
+// What is done to a control, what it shows then and what it has told its parent meanwhile.
+struct Step {
+    const char* name;
+    std::function<void(HWND)> act;
+    std::string shown;
+    std::string notifications;
+};
+
+void Follow(HWND control, const std::function<std::string(HWND)>& look, const std::vector<Step>& steps) {
+    Take();
+    for (const Step& step : steps) {
+        SCOPED_TRACE(step.name);
+        step.act(control);
+        EXPECT_EQ(look(control), step.shown);
+        EXPECT_EQ(Take(), step.notifications);
+    }
+}
+
+void Insert(HWND edit, LPCWSTR text) {
+    SendMessageW(edit, EM_REPLACESEL, 0, reinterpret_cast<LPARAM>(text));
+}
+
+TEST_F(PlatformControls, AnEditFieldTellsEachChangeAndKeepsToItsLimitUnlessByCode) {
+    const HWND edit = MakeEdit(ES_NUMBER);
+    SendMessageW(edit, EM_LIMITTEXT, 5, 0);
+    EXPECT_EQ(SendMessageW(edit, EM_GETLIMITTEXT, 0, 0), 5);
+    // clang-format off
+    Follow(edit, TextOf, {
+        {"set", [](HWND e) { SetWindowTextW(e, TEXT("12")); }, "12", "UPDATE, CHANGE"},
+        {"set the same", [](HWND e) { SetWindowTextW(e, TEXT("12")); }, "12", "UPDATE, CHANGE"},
+        {"typed in front", [](HWND e) { Type(e, "3"); }, "312", "UPDATE, CHANGE"},
+        {"no digits", [](HWND e) { Type(e, "x-\r\t"); }, "312", ""},
+        {"erased", [](HWND e) { Type(e, "\b"); }, "12", "UPDATE, CHANGE"},
+        {"nothing to erase", [](HWND e) { Type(e, "\b"); }, "12", ""},
+        {"nothing to delete", [](HWND e) { Key(e, VK_END); Key(e, VK_DELETE); }, "12", ""},
+        {"deleted", [](HWND e) { Key(e, VK_LEFT); Key(e, VK_DELETE); }, "1", "UPDATE, CHANGE"},
+        {"letters put in", [](HWND e) { Insert(e, TEXT("ab")); }, "1ab", "UPDATE, CHANGE"},
+        {"cut at the limit", [](HWND e) { Insert(e, TEXT("cdef")); }, "1abcd", "MAXTEXT, UPDATE, CHANGE"},
+        {"over a selection", [](HWND e) { Select(e, 0, -1); Type(e, "9"); }, "9", "UPDATE, CHANGE"},
+        {"selection erased", [](HWND e) { Select(e, 0, -1); Type(e, "\b"); }, "", "UPDATE, CHANGE"},
+        {"beyond the limit", [](HWND e) { SetWindowTextW(e, TEXT("123456")); }, "123456", "UPDATE, CHANGE"},
+        {"clicked", [](HWND e) { Click(e, 5, 8); }, "123456", "SETFOCUS"},
+    });
+    // clang-format on
+}
+
+TEST_F(PlatformControls, AFieldThatDoesNotScrollTakesByHandOnlyWhatItShows) {
+    const char* const digits = "1234567890123456789012345";
+    const HWND fixed = MakeEdit(ES_NUMBER);
+    const HWND scrolling = MakeEdit(ES_AUTOHSCROLL);
+    Type(fixed, digits);
+    Type(scrolling, digits);
+    EXPECT_EQ(TextOf(fixed), std::string(digits).substr(0, 14));
+    EXPECT_EQ(TextOf(scrolling), digits);
+    SetWindowTextW(fixed, Wide(digits).c_str());
+    EXPECT_EQ(TextOf(fixed), digits);
+}
+
+TEST_F(PlatformControls, ASelectionIsKeptWithinTheText) {
+    struct Case {
+        int from, to;
+        DWORD start, end;
+    };
+    const HWND edit = MakeEdit(ES_AUTOHSCROLL);
+    SetWindowTextW(edit, TEXT("12345"));
+    for (const Case& given : {Case{3, 1, 1, 3}, Case{-1, 0, 1, 1}, Case{1, -1, 1, 5}, Case{9, 12, 5, 5},
+                              Case{2, 99, 2, 5}, Case{0, 0, 0, 0}, Case{0, -1, 0, 5}}) {
+        SCOPED_TRACE(std::to_string(given.from) + ", " + std::to_string(given.to));
+        DWORD start = 99, end = 99;
+        Select(edit, given.from, given.to);
+        SendMessageW(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+        EXPECT_EQ(std::pair(start, end), std::pair(given.start, given.end));
+    }
+}
+
+TEST_F(PlatformControls, AReadOnlyTextOfManyLinesIsSetWholeAndSilentlyAndKeepsItsPlace) {
+    const HWND edit = Make(
+        TEXT("EDIT"), WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL | ES_READONLY,
+        {10, 50, 300, 150});
+    SendMessageW(edit, EM_SETLIMITTEXT, 0x200000, 0);
+    WideText lines;
+    for (int line = 0; line < 0x100000; line++) {
+        lines += TEXT("\r\n");
+    }
+    SetWindowTextW(edit, lines.c_str());
+    EXPECT_EQ(GetWindowTextLengthW(edit), 0x200000);
+    EXPECT_EQ(SendMessageW(edit, EM_GETLINECOUNT, 0, 0), 0x100001);
+    SendMessageW(edit, EM_LINESCROLL, 0, 20);
+    EXPECT_EQ(SendMessageW(edit, EM_GETFIRSTVISIBLELINE, 0, 0), 20);
+    Type(edit, "x\b");
+    EXPECT_EQ(GetWindowTextLengthW(edit), 0x200000);
+    EXPECT_EQ(SendMessageW(edit, EM_GETFIRSTVISIBLELINE, 0, 0), 20);
+    SetWindowTextW(edit, TEXT("a\r\nb"));
+    EXPECT_EQ(SendMessageW(edit, EM_GETFIRSTVISIBLELINE, 0, 0), 0);
+    EXPECT_EQ(Take(), "");
+}
+
+void PressAndLetGo(HWND button, int x) {
+    SendMessageW(button, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    SendMessageW(button, WM_LBUTTONUP, 0, MAKELPARAM(static_cast<unsigned>(x), 5));
+}
+
+void LoseFocusWhilePressed(HWND button) {
+    SendMessageW(button, WM_KEYDOWN, VK_SPACE, 1);
+    EXPECT_EQ(SendMessageW(button, BM_GETSTATE, 0, 0) & (BST_PUSHED | BST_FOCUS), BST_PUSHED | BST_FOCUS);
+    SetFocus(GetParent(button));
+    SendMessageW(button, WM_KEYUP, VK_SPACE, 1);
+}
+
+TEST_F(PlatformControls, AButtonIsPressedByLettingGoOverItAndACheckBoxTurnsAheadOfIt) {
+    const HWND check = Make(TEXT("BUTTON"), BS_AUTOCHECKBOX, {10, 50, 100, 25});
+    const auto look = [](HWND b) { return std::to_string(SendMessageW(b, BM_GETCHECK, 0, 0)); };
+    SetWindowLongPtrW(other, GWLP_ID, 8);
+    // clang-format off
+    Follow(check, look, {
+        {"by code", [](HWND b) { SendMessageW(b, BM_SETCHECK, BST_CHECKED, 0); }, "1", ""},
+        {"by dialog code", [](HWND b) { CheckDlgButton(GetParent(b), 7, BST_UNCHECKED); }, "0", ""},
+        {"clicked", [](HWND b) { PressAndLetGo(b, 9); }, "1", "CLICKED"},
+        {"BM_CLICK", [](HWND b) { SendMessageW(b, BM_CLICK, 0, 0); }, "0", "CLICKED"},
+        {"space", [](HWND b) { Key(b, VK_SPACE); }, "1", "CLICKED"},
+        {"let go outside", [](HWND b) { PressAndLetGo(b, 500); }, "1", ""},
+        {"focus lost in between", LoseFocusWhilePressed, "1", ""},
+    });
+    // clang-format on
+    EXPECT_EQ(GetCapture(), nullptr);
+}
+
+TEST_F(PlatformControls, AComboBoxTellsWhatTheUserChoosesAndNothingElse) {
+    const HWND combo = Make(TEXT("COMBOBOX"), WS_VSCROLL | CBS_DROPDOWNLIST, {10, 50, 100, 160});
+    for (const LPCWSTR text : {TEXT("100 %"), TEXT("200 %"), TEXT("300 %")}) {
+        SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
+    }
+    // clang-format off
+    Follow(combo, TextOf, {
+        {"nothing yet", [](HWND) {}, "", ""},
+        {"by code", [](HWND c) { EXPECT_EQ(SendMessageW(c, CB_SETCURSEL, 1, 0), 1); }, "200 %", ""},
+        {"no such one", [](HWND c) { EXPECT_EQ(SendMessageW(c, CB_SETCURSEL, 9, 0), CB_ERR); }, "200 %", ""},
+        {"focus", [](HWND c) { SetFocus(c); }, "200 %", "SETFOCUS"},
+        {"down", [](HWND c) { Key(c, VK_DOWN); }, "300 %", "SELENDOK, SELCHANGE"},
+        {"home", [](HWND c) { Key(c, VK_HOME); }, "100 %", "SELENDOK, SELCHANGE"},
+        {"Enter without a list", [](HWND c) { Key(c, VK_RETURN); }, "100 %", ""},
+        {"dropped", [](HWND c) { Key(c, VK_F4); }, "100 %", "DROPDOWN"},
+        {"down in the list", [](HWND c) { Key(c, VK_DOWN); }, "200 %", "SELCHANGE"},
+        {"Enter", [](HWND c) { Key(c, VK_RETURN); }, "200 %", "SELENDOK, CLOSEUP"},
+        {"Escape", [](HWND c) { Key(c, VK_F4); Key(c, VK_ESCAPE); }, "200 %", "DROPDOWN, SELENDCANCEL, CLOSEUP"},
+        {"typed", [](HWND c) { Type(c, "39"); }, "300 %", "SELENDOK, SELCHANGE"},
+        {"clicked", [](HWND c) { Click(c, 10, 10); }, "300 %", "DROPDOWN"},
+        {"focus lost", [this](HWND) { SetFocus(other); }, "300 %", "SELENDCANCEL, CLOSEUP, KILLFOCUS"},
+    });
+    // clang-format on
+}
+
+TEST_F(PlatformControls, AComboBoxStandsAsHighAsItsFieldWhateverHeightItIsGiven) {
+    const HWND combo = Make(TEXT("COMBOBOX"), CBS_DROPDOWNLIST, {10, 50, 100, 160});
+    for (const int height : {160, 10}) {
+        MoveWindow(combo, 20, 50, 120, height, TRUE);
+        RECT place{};
+        GetWindowRect(combo, &place);
+        EXPECT_EQ(place.right - place.left, 120);
+        EXPECT_EQ(place.bottom - place.top, 20);
+    }
+}
+
+TEST_F(PlatformControls, ATabIsChosenByItsHeaderAndTheArrowKeys) {
+    const HWND tabs = Make(TEXT("SysTabControl32"), WS_TABSTOP, {10, 50, 500, 100});
+    TCITEMW item{};
+    item.mask = TCIF_TEXT;
+    for (WideText text : {WideText(TEXT("Disques IDE")), WideText(TEXT("Modules Multiboot"))}) {
+        item.pszText = text.data();
+        SendMessageW(tabs, TCM_INSERTITEMW, static_cast<WPARAM>(SendMessageW(tabs, TCM_GETITEMCOUNT, 0, 0)),
+                     reinterpret_cast<LPARAM>(&item));
+    }
+    EXPECT_EQ(SendMessageW(tabs, TCM_GETCURSEL, 0, 0), 0);
+    EXPECT_EQ(SendMessageW(tabs, TCM_SETCURSEL, 1, 0), 0);
+    EXPECT_EQ(SendMessageW(tabs, TCM_SETCURSEL, 2, 0), -1);
+    EXPECT_EQ(SendMessageW(tabs, TCM_SETCURSEL, 0, 0), 1);
+    EXPECT_EQ(Take(), "");
+    RECT second{};
+    EXPECT_TRUE(SendMessageW(tabs, TCM_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&second)));
+    POINT middle = {(second.left + second.right) / 2, (second.top + second.bottom) / 2};
+    Click(tabs, middle.x, middle.y);
+    EXPECT_EQ(SendMessageW(tabs, TCM_GETCURSEL, 0, 0), 1);
+    EXPECT_EQ(Take(), "SELCHANGING, SELCHANGE, CLICK");
+    Key(tabs, VK_RIGHT);
+    EXPECT_EQ(Take(), "KEYDOWN");
+    Key(tabs, VK_LEFT);
+    EXPECT_EQ(SendMessageW(tabs, TCM_GETCURSEL, 0, 0), 0);
+    EXPECT_EQ(Take(), "KEYDOWN, SELCHANGING, SELCHANGE");
+    ClientToScreen(tabs, &middle);
+    EXPECT_EQ(WindowFromPoint(middle), tabs);
+    middle.y += 50;
+    EXPECT_EQ(WindowFromPoint(middle), parent);
+}
+
+// A list of rows "0", "1" and so on, with two columns.
+struct Rows {
+    HWND list;
+
+    Rows(HWND window, int count) : list(window) {
+        LVCOLUMNW column{};
+        column.mask = LVCF_WIDTH;
+        column.cx = 150;
+        SendMessageW(list, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+        SendMessageW(list, LVM_INSERTCOLUMNW, 1, reinterpret_cast<LPARAM>(&column));
+        SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_FULLROWSELECT);
+        for (int row = 0; row < count; row++) {
+            SetText(LVM_INSERTITEMW, row, 0, Wide(std::to_string(row)));
+        }
+    }
+    LRESULT SetText(UINT message, int row, int column, WideText text) const {
+        LVITEMW item{};
+        item.mask = LVIF_TEXT;
+        item.iItem = row;
+        item.iSubItem = column;
+        item.pszText = text.data();
+        return SendMessageW(list, message, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    }
+    std::string Text(int row, int column) const {
+        WCHAR text[32] = {};
+        LVITEMW item{};
+        item.iSubItem = column;
+        item.pszText = text;
+        item.cchTextMax = 32;
+        SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+        return Narrow(text);
+    }
+    void SetState(int row, UINT state, UINT mask) const {
+        LVITEMW item{};
+        item.state = state;
+        item.stateMask = mask;
+        SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    }
+    void ClickRow(int row) const {
+        RECT first{};
+        SendMessageW(list, LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&first));
+        Click(list, 20, first.top + row * (first.bottom - first.top) + 3);
+    }
+    LRESULT Selected() const {
+        return SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED);
+    }
+    LRESULT Focused() const {
+        return SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED);
+    }
+};
+
+constexpr DWORD LIST_STYLE = WS_TABSTOP | LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS;
+
+TEST_F(PlatformControls, AListTellsEachRowWhoseStateChanges) {
+    const Rows rows(Make(TEXT("SysListView32"), LIST_STYLE, {10, 50, 400, 150}), 4);
+    const auto look = [&rows](HWND) {
+        return std::to_string(rows.Selected()) + " " + std::to_string(rows.Focused());
+    };
+    EXPECT_EQ(Take(), "INSERT 0, INSERT 1, INSERT 2, INSERT 3");
+    // clang-format off
+    Follow(rows.list, look, {
+        {"first", [&](HWND) { rows.SetState(1, 3, 3); }, "1 1", "changing 1 0>3, CHANGED 1 0>3"},
+        {"again", [&](HWND) { rows.SetState(1, 3, 3); }, "1 1", "changing 1 3>3"},
+        {"another", [&](HWND) { rows.SetState(2, 3, 3); }, "2 2",
+         "changing 2 0>3, changing 1 3>1, CHANGED 1 3>1, changing 1 1>0, CHANGED 1 1>0, CHANGED 2 0>3"},
+        {"only selected", [&](HWND) { rows.SetState(0, 2, 2); }, "0 2",
+         "changing 0 0>2, changing 2 3>1, CHANGED 2 3>1, CHANGED 0 0>2"},
+        {"no such row", [&](HWND) { rows.SetState(9, 3, 3); }, "0 2", ""},
+        {"none", [&](HWND) { rows.SetState(-1, 0, 3); }, "-1 -1",
+         "changing 0 2>0, CHANGED 0 2>0, changing 1 0>0, changing 2 1>0, CHANGED 2 1>0, changing 3 0>0"},
+        {"clicked", [&](HWND) { rows.ClickRow(1); }, "1 1",
+         "RELEASED, changing 1 0>3, CHANGED 1 0>3, SETFOCUS, CLICK"},
+        {"clicked again", [&](HWND) { rows.ClickRow(1); }, "1 1", "RELEASED, CLICK"},
+        {"another clicked", [&](HWND) { rows.ClickRow(3); }, "3 3", "RELEASED, changing 1 3>1, CHANGED 1 3>1, "
+         "changing 3 0>3, changing 1 1>0, CHANGED 1 1>0, CHANGED 3 0>3, CLICK"},
+        {"down at the end", [](HWND l) { Key(l, VK_DOWN); }, "3 3", "KEYDOWN"},
+        {"up", [](HWND l) { Key(l, VK_UP); }, "2 2", "KEYDOWN, changing 3 3>1, CHANGED 3 3>1, "
+         "changing 2 0>3, changing 3 1>0, CHANGED 3 1>0, CHANGED 2 0>3"},
+        {"clicked below", [&](HWND) { rows.ClickRow(5); }, "-1 2",
+         "RELEASED, changing 2 3>1, CHANGED 2 3>1, CLICK"},
+    });
+    // clang-format on
+}
+
+TEST_F(PlatformControls, AListKeepsItsTextsAndLetsRowsGo) {
+    const Rows rows(Make(TEXT("SysListView32"), LIST_STYLE, {10, 50, 400, 150}), 3);
+    rows.SetText(LVM_SETITEMTEXTW, 1, 1, TEXT("arguments"));
+    EXPECT_FALSE(rows.SetText(LVM_SETITEMTEXTW, 9, 1, TEXT("x")));
+    EXPECT_EQ(rows.Text(1, 0) + "|" + rows.Text(1, 1) + "|" + rows.Text(2, 1), "1|arguments|");
+    SendMessageW(rows.list, LVM_SETCOLUMNWIDTH, 1, MAKELPARAM(267, 0));
+    EXPECT_EQ(SendMessageW(rows.list, LVM_GETCOLUMNWIDTH, 1, 0), 267);
+    rows.SetState(1, 3, 3);
+    Take();
+    EXPECT_TRUE(SendMessageW(rows.list, LVM_DELETEITEM, 1, 0));
+    EXPECT_EQ(Take(), "changing 1 3>0, CHANGED 1 3>0, DELETE 1");
+    EXPECT_EQ(rows.Text(1, 0), "2");
+    EXPECT_EQ(rows.Selected(), -1);
+    rows.SetState(0, 3, 3);
+    Take();
+    EXPECT_TRUE(SendMessageW(rows.list, LVM_DELETEALLITEMS, 0, 0));
+    EXPECT_EQ(Take(), "DELETEALL -1, DELETE 1, DELETE 0");
+    EXPECT_EQ(SendMessageW(rows.list, LVM_GETITEMCOUNT, 0, 0), 0);
+    EXPECT_EQ(rows.Selected(), -1);
+}
+
+}  // namespace
