@@ -59,7 +59,7 @@ struct Normalizer {
     void TakeLastName() {
         text.pop_back();
         const std::size_t separator = text.find_last_of(BACKSLASH);
-        text.resize(separator == WideText::npos || separator < root_end ? root_end : separator + 1);
+        text.resize(separator == WideText::npos ? root_end : separator + 1);
         --names;
     }
 
