@@ -79,7 +79,8 @@ TEST(ConfigText, IsRefusedForTheFirstThingThatIsWrong) {
         {"Clé répétée : kernel", {"kernel=a\nkernel =a\nkernel"}},
         {"Clé répétée : b", {"b=\na=\nb=\na=\na=", "a=\nb=\nb=\na="}},
         {"Version de configuration non prise en charge (attendu : 1).",
-         {"", "\xEF\xBB\xBF", "# version=1\n", "version=\nram_mib=x", "version= 1", "version=01"}},
+         {"", "\xEF\xBB\xBF", "\xEF\xBB\xBF\xEF\xBB\xBFversion=1", "# version=1\n", "version=\nram_mib=x",
+          "version= 1", "version=01"}},
         {no_number + "ram_mib", {V + "ram_mib=", V + "ram_mib=256 ", V + "zoom=9\nram_mib=x\nzz="}},
         {no_number + "headless", {V + "headless=true\nmodule_count=129"}},
         {outside + "ram_mib", {V + "zoom=9\nram_mib=4096\nzz="}},
@@ -100,6 +101,14 @@ TEST(ConfigText, IsRefusedForTheFirstThingThatIsWrong) {
         for (const std::string& text : c.texts)
             EXPECT_EQ(MessageOf([&] { ParseConfigText(text); }), c.message) << text;
     }
+}
+
+TEST(ConfigText, GivesAValueOnce) {
+    ConfigTable table{{{"a", "1"}, {"b", ""}}};
+    EXPECT_EQ(TakeConfigValue(table, "a", "none"), "1");
+    EXPECT_EQ(TakeConfigValue(table, "a", "none"), "none");
+    EXPECT_EQ(TakeConfigValue(table, "b", "none"), "");
+    EXPECT_EQ(TakeConfigValue(table, "c", "none"), "none");
 }
 
 TEST(ConfigText, HasALimitInBytes) {
