@@ -56,6 +56,10 @@ struct Failure {
     const char* code;
 };
 
+void PrintTo(const Failure& failure, std::ostream* out) {
+    *out << failure.what;
+}
+
 class FailedRun : public testing::TestWithParam<Failure> {};
 
 TEST_P(FailedRun, IsToldByItsCodeAndOpensTheLog) {
@@ -84,6 +88,10 @@ struct Refusal {
     const char* lines;
     const char* message;  // a path in the folder stands for %
 };
+
+void PrintTo(const Refusal& refusal, std::ostream* out) {
+    *out << refusal.what;
+}
 
 class RefusedRun : public testing::TestWithParam<Refusal> {};
 

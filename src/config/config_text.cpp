@@ -63,14 +63,15 @@ bool ReadAssignment(std::string_view line, ConfigTable::Entry& entry) {
     return true;
 }
 
-// Reads lines until the end or the first invalid one, whose failure it gives back for later.
-std::exception_ptr ReadLines(std::string_view text, std::vector<ConfigTable::Entry>& entries) {
+// Visits the assignments until the end or the first invalid line, whose failure it gives back for later.
+template <typename Visit>
+std::exception_ptr ForEachAssignment(std::string_view text, const Visit& visit) {
     try {
         while (!text.empty()) {
             const std::size_t line_end = std::min(text.find('\n'), text.size());
             ConfigTable::Entry entry;
             if (ReadAssignment(text.substr(0, line_end), entry))
-                entries.push_back(entry);
+                visit(entry);
             text.remove_prefix(std::min(line_end + 1, text.size()));
         }
         return nullptr;
@@ -100,7 +101,11 @@ bool ComesBefore(const ConfigTable::Entry& left, const ConfigTable::Entry& right
 // stands behind it, and a repeat in front of it is told first.
 ConfigTable ReadTable(std::string_view text) {
     ConfigTable table;
-    const std::exception_ptr invalid_line = ReadLines(text, table.entries);
+    std::size_t count = 0;  // the table is made in its final size: growing would hold it twice
+    ForEachAssignment(text, [&](const ConfigTable::Entry&) { ++count; });
+    table.entries.reserve(count);
+    const std::exception_ptr invalid_line =
+        ForEachAssignment(text, [&](const ConfigTable::Entry& entry) { table.entries.push_back(entry); });
     std::sort(table.entries.begin(), table.entries.end(), ComesBefore);
     if (const ConfigTable::Entry* repeat = FirstRepeat(table.entries))
         throw std::runtime_error("Clé répétée : " + std::string(repeat->key));

@@ -12,7 +12,8 @@
 namespace {
 
 constexpr int TEXT_CONTROL_ID = 1;
-constexpr WPARAM TEXT_LIMIT_CHARACTERS = 2 * LOG_TAIL_LIMIT;  // every byte a line feed that gains a return
+constexpr WPARAM TEXT_LIMIT_CHARACTERS =
+    WPARAM{2} * LOG_TAIL_LIMIT;  // every byte a line feed that gains a return
 constexpr DWORD TEXT_STYLE = WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_AUTOVSCROLL |
                              ES_AUTOHSCROLL | ES_READONLY;
 

@@ -14,6 +14,10 @@ struct StartFault {
     std::vector<std::string> boxes;  // how their texts begin
 };
 
+void PrintTo(const StartFault& fault, std::ostream* out) {
+    *out << fault.name;
+}
+
 class StartFaults : public testing::TestWithParam<StartFault> {};
 
 TEST_P(StartFaults, ReachTheUserAndEndWithOne) {

@@ -43,18 +43,18 @@ using HANDLE = void*;
 using HLOCAL = void*;
 using HGLOBAL = void*;
 using HGDIOBJ = void*;
-using HWND = struct HWND__*;
-using HMENU = struct HMENU__*;
-using HINSTANCE = struct HINSTANCE__*;
+using HWND = struct WindowTag*;
+using HMENU = struct MenuTag*;
+using HINSTANCE = struct InstanceTag*;
 using HMODULE = HINSTANCE;
-using HICON = struct HICON__*;
+using HICON = struct IconTag*;
 using HCURSOR = HICON;
-using HBRUSH = struct HBRUSH__*;
-using HFONT = struct HFONT__*;
-using HDC = struct HDC__*;
-using HRGN = struct HRGN__*;
+using HBRUSH = struct BrushTag*;
+using HFONT = struct FontTag*;
+using HDC = struct DeviceContextTag*;
+using HRGN = struct RegionTag*;
 using HDWP = void*;
-using HIMAGELIST = struct IMAGELIST__*;
+using HIMAGELIST = struct ImageListTag*;
 
 #define WINAPI
 #define CALLBACK

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/host/base.h"
-#include "platform/host/kernel32.h"
-#include "platform/host/user32.h"
 #include "platform/host/comctl32.h"
 #include "platform/host/comdlg32.h"
+#include "platform/host/kernel32.h"
+#include "platform/host/user32.h"
