@@ -1,10 +1,10 @@
 // The stand-in engine: takes the launcher's command line, checks the files that it names and plays a short
 // machine, so that the launcher can be tried and tested without the real engine.
 //
-// Exit codes: 0 for a sound dry run, 1 for a check that failed, 2 for a command line that is not the
-// launcher's, 124 for a machine that its time limit stopped, otherwise the code that demo.code= on the kernel
-// command line names. With code above 255 a host process can only end by a signal: the code must then be an
-// exception's.
+// Exit codes: 0 for a sound dry run, 1 for a check that failed or output that cannot be written, 2 for a
+// command line that is not the launcher's, 124 for a machine that its time limit stopped, otherwise the code
+// that demo.code= on the kernel command line names. With code above 255 a host process can only end by a
+// signal: the code must then be an exception's.
 #include <exception>
 #include <vector>
 
@@ -45,11 +45,11 @@ std::uint32_t CheckAndPlay(const EngineRequest& request, const MachineScript& sc
     return PlayMachine(script, request.config.timeout_ms);
 }
 
-// A failure before the request is understood is one of usage.
 std::uint32_t Run(const std::vector<WideText>& arguments) {
-    std::uint32_t failure_code = USAGE_EXIT_CODE;
+    std::uint32_t failure_code = CHECK_EXIT_CODE;
     try {
         TellStart(arguments);
+        failure_code = USAGE_EXIT_CODE;
         const EngineRequest request = ParseEngineArguments(arguments);
         const MachineScript script = ParseMachineScript(request.config.command);
         failure_code = CHECK_EXIT_CODE;
