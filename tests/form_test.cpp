@@ -39,12 +39,6 @@ int ColumnWidth(int column) {
     return width;
 }
 
-UINT FocusedId() {
-    UINT id = 0;
-    user::Do([&] { id = static_cast<UINT>(GetDlgCtrlID(GetFocus())); });
-    return id;
-}
-
 TEST(Form, HasItsControlsInTheOrderOfTheTable) {
     LauncherRun run;
     run.Run([&] {
@@ -112,28 +106,6 @@ TEST(Form, ShowsOnePageAtATime) {
         EXPECT_TRUE(user::WaitUntil([] { return user::IsVisible(IDC_MODULE_LIST); }));
         EXPECT_FALSE(user::IsVisible(IDC_IDE_PRIMARY_MASTER));
         EXPECT_FALSE(run.launcher.dirty);
-    });
-}
-
-TEST(Form, IsWalkedByTheTabKeyInTheOrderOfTheTable) {
-    LauncherRun run;
-    run.Run([&] {
-        const std::vector<UINT> expected{101, 102, 103, 104, 201, 202, 203, 204, 205, 206,
-                                         207, 210, 211, 212, 213, 301, 401, 411, 402, 412,
-                                         403, 413, 404, 414, 105, 106, 107, 101};
-        user::Do(
-            [] { SetFocus(GetDlgItem(FindWindowW(TEXT("VeldraneVmLauncher"), nullptr), IDC_SHOW_LOG)); });
-        std::vector<UINT> walked;
-        for (std::size_t step = 0; step < expected.size(); ++step) {
-            user::Press(VK_TAB);
-            walked.push_back(FocusedId());
-        }
-        EXPECT_EQ(walked, expected) << "the size fields are disabled and the module page is hidden";
-        user::Click(IDC_EXPLICIT_VIDEO);
-        user::Press(VK_TAB);
-        EXPECT_EQ(FocusedId(), UINT{IDC_WIDTH});
-        user::PressWith(VK_SHIFT, VK_TAB);
-        EXPECT_EQ(FocusedId(), UINT{IDC_EXPLICIT_VIDEO});
     });
 }
 

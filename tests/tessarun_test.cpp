@@ -116,8 +116,9 @@ TEST(Tessarun, RefusesAnyOtherCommandLine) {
         {START + "|--dry-run|--fb|1|1", "Option répétée ou hors de sa place : --fb"},
         {START + "|--dry-run=1", "Option inconnue : --dry-run=1"},
     };
-    for (const auto& [arguments, message] : CASES) {
-        EXPECT_EQ(Failure([&] { ParseEngineArguments(Split(arguments)); }), message) << arguments;
+    for (const auto& refused : CASES) {
+        EXPECT_EQ(Failure([&] { ParseEngineArguments(Split(refused.arguments)); }), refused.message)
+            << refused.arguments;
     }
     std::vector<WideText> modules = Split(START);
     for (int module = 0; module < 128; ++module)

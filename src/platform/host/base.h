@@ -78,16 +78,21 @@ constexpr WORD LOWORD(std::intptr_t value) {
 constexpr WORD HIWORD(std::intptr_t value) {
     return HIWORD(static_cast<std::uintptr_t>(value));
 }
-constexpr LONG MAKELONG(unsigned low, unsigned high) {
-    return static_cast<LONG>((low & 0xFFFFU) | ((high & 0xFFFFU) << 16));
+// Like the platform's macros, these take the low words of integers of any kind.
+template <typename Low, typename High>
+constexpr LONG MAKELONG(Low low, High high) {
+    return static_cast<LONG>((static_cast<DWORD>(low) & 0xFFFFU) | (static_cast<DWORD>(high) << 16));
 }
-constexpr LPARAM MAKELPARAM(unsigned low, unsigned high) {
+template <typename Low, typename High>
+constexpr LPARAM MAKELPARAM(Low low, High high) {
     return static_cast<LPARAM>(static_cast<DWORD>(MAKELONG(low, high)));
 }
-constexpr WPARAM MAKEWPARAM(unsigned low, unsigned high) {
+template <typename Low, typename High>
+constexpr WPARAM MAKEWPARAM(Low low, High high) {
     return static_cast<WPARAM>(static_cast<DWORD>(MAKELONG(low, high)));
 }
-constexpr LRESULT MAKELRESULT(unsigned low, unsigned high) {
+template <typename Low, typename High>
+constexpr LRESULT MAKELRESULT(Low low, High high) {
     return static_cast<LRESULT>(static_cast<DWORD>(MAKELONG(low, high)));
 }
 

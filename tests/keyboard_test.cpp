@@ -1,0 +1,148 @@
+// The form under real mouse and keyboard input.
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "form/control_table.h"
+#include "form/form_exchange.h"
+#include "form/title.h"
+#include "launcher_run.h"
+
+namespace {
+
+UINT FocusedId() {
+    UINT id = 0;
+    user::Do([&] { id = static_cast<UINT>(GetDlgCtrlID(GetFocus())); });
+    return id;
+}
+
+std::vector<UINT> WalkTab(std::size_t steps) {
+    std::vector<UINT> walked;
+    for (std::size_t step = 0; step < steps; ++step) {
+        user::Press(VK_TAB);
+        walked.push_back(FocusedId());
+    }
+    return walked;
+}
+
+void Focus(UINT id) {
+    const HWND control = user::Control(id);
+    user::Do([&] { SetFocus(control); });
+}
+
+TEST(Keyboard, WalksTheFormInTheOrderOfTheTable) {
+    LauncherRun run;
+    run.Run([&] {
+        const std::vector<UINT> disks{101, 102, 103, 104, 201, 202, 203, 204, 205, 206, 207, 210, 211, 212,
+                                      213, 301, 401, 411, 402, 412, 403, 413, 404, 414, 105, 106, 107, 101};
+        Focus(IDC_SHOW_LOG);
+        EXPECT_EQ(WalkTab(disks.size()), disks)
+            << "the size fields are disabled and the module page is hidden";
+        user::Click(IDC_EXPLICIT_VIDEO);
+        EXPECT_EQ(WalkTab(3), (std::vector<UINT>{208, 209, 210}));
+        user::PressWith(VK_SHIFT, VK_TAB);
+        EXPECT_EQ(FocusedId(), UINT{IDC_HEIGHT});
+        user::ChooseTab(1);
+        Focus(IDC_PAGE_TABS);
+        EXPECT_EQ(WalkTab(3), (std::vector<UINT>{302, 303, 105})) << "no row is selected";
+        user::Do([&] {
+            run.launcher.config.modules.assign(3, {TEXT("C:\\m.bin"), TEXT("m")});
+            FillForm(run.launcher);
+            SelectModuleRow(run.launcher, 1);
+        });
+        Focus(IDC_PAGE_TABS);
+        EXPECT_EQ(WalkTab(7), (std::vector<UINT>{302, 303, 304, 305, 306, 307, 105}));
+    });
+}
+
+TEST(Keyboard, GivesAClickToTheControlThatIsSeenThere) {
+    LauncherRun run;
+    run.Run([&] {
+        for (const Place page : {Place::DiskPage, Place::ModulePage}) {
+            user::Do([&] {
+                run.launcher.config.explicit_video = true;
+                run.launcher.config.modules.assign(9,
+                                                   {TEXT("C:\\m.bin"), TEXT("m")});  // a list without a gap
+                FillForm(run.launcher);
+            });
+            user::ChooseTab(page == Place::DiskPage ? 0 : 1);
+            for (const ControlRow& row : CONTROL_TABLE) {
+                const bool is_button = WideView(row.class_name) == TEXT("BUTTON");
+                const bool is_there = user::IsVisible(row.id) && (row.style & WS_TABSTOP) != 0;
+                // The buttons' own tests press them; the tab control is clicked on its tabs.
+                if (is_button || !is_there || row.id == IDC_PAGE_TABS)
+                    continue;
+                user::Click(row.id);
+                EXPECT_TRUE(user::WaitUntil(
+                    [&] { return GetDlgCtrlID(GetFocus()) == static_cast<int>(row.id); }, 2000))
+                    << row.id << " has not got the focus, " << FocusedId() << " has";
+                if (row.id == IDC_ZOOM)
+                    user::Press(VK_ESCAPE);  // closes the list that the click has opened
+            }
+        }
+    });
+}
+
+TEST(Keyboard, ChangesTheZoomAndTheCheckBoxes) {
+    LauncherRun run;
+    run.Run([&] {
+        Focus(IDC_ZOOM);
+        EXPECT_FALSE(run.launcher.dirty);
+        user::Press(VK_DOWN);
+        EXPECT_TRUE(user::WaitUntil([&] { return run.launcher.dirty; }));
+        EXPECT_EQ(Narrow(user::ControlText(IDC_ZOOM)), "300 %");
+        for (const UINT id : {IDC_FORCE_NO_HEADER, IDC_EXPLICIT_VIDEO, IDC_HEADLESS}) {
+            user::Do([&] { run.launcher.dirty = false; });
+            Focus(id);
+            user::Press(VK_SPACE);
+            EXPECT_TRUE(user::WaitUntil([&] { return run.launcher.dirty && user::IsChecked(id); })) << id;
+        }
+        VmConfig config;
+        user::Do([&] { config = ReadForm(run.launcher); });
+        EXPECT_EQ(config.zoom, 3U);
+        EXPECT_TRUE(config.force_no_header && config.explicit_video && config.headless);
+    });
+}
+
+TEST(Keyboard, LaunchesWithEnterInAFieldAndDoesNothingWithEscape) {
+    LauncherRun run;
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=700\n");
+    run.Run([&] {
+        user::Click(IDC_IDE_PRIMARY_SLAVE);
+        user::Press(VK_ESCAPE);
+        user::Press(VK_RETURN);
+        EXPECT_TRUE(
+            user::WaitForStatus(TEXT("VM démarrée. Les réglages s'appliquent au prochain lancement.")));
+        const HANDLE first_run = run.launcher.engine_process;
+        user::Press(VK_RETURN);
+        user::Pause(100);
+        EXPECT_EQ(run.launcher.engine_process, first_run) << "while a run is on, Enter does nothing";
+        EXPECT_TRUE(user::WaitForStatus(TEXT("VM terminée.")));
+        EXPECT_FALSE(run.launcher.dirty);
+        // With no kernel the refusal leads to its field.
+        user::Fill(IDC_KERNEL_PATH, TEXT(""));
+        user::Click(IDC_RAM_MIB);
+        user::Press(VK_RETURN);
+        EXPECT_EQ(TakeErrorBox(), "Veldrane VM\nChoisissez un noyau ELF.");
+        user::Press(VK_ESCAPE);
+        user::Pause(100);
+        EXPECT_NE(user::MainWindow(), nullptr);
+    });
+}
+
+TEST(Keyboard, ALongConfigurationPathKeepsItsTextWhole) {
+    LauncherRun run;
+    run.Run([&] {
+        WideText path = TEXT("C:");
+        while (path.size() < 400)
+            path += TEXT("\\un dossier profond");
+        user::Do([&] {
+            run.launcher.config_path = path;
+            RefreshTitle(run.launcher);
+        });
+        EXPECT_EQ(user::ControlText(IDC_CONFIG_LINE), path);
+    });
+}
+
+}  // namespace
