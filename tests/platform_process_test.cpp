@@ -123,7 +123,10 @@ TEST(PlatformProcess, ARunningChildIsSeenRunningAndKeepsItsFile) {
     EXPECT_EQ(GetLastError(), ERROR_SHARING_VIOLATION);
     EXPECT_TRUE(TerminateProcess(child.process.hProcess, 1234));
     EXPECT_EQ(ExitCode(child), 1234U);
-    EXPECT_TRUE(DeleteFileW(out.c_str()));
+    // A process can be seen to have ended a moment before its files are closed.
+    for (int wait = 0; wait < 100 && DeleteFileW(out.c_str()) == FALSE; ++wait)
+        Sleep(20);
+    EXPECT_FALSE(Exists(out));
 }
 
 TEST(PlatformProcess, TheSystemWordsAnErrorWithALineEnd) {

@@ -30,6 +30,13 @@ void ShowControls(const std::vector<HWND>& controls, bool visible) {
         ShowWindow(control, visible ? SW_SHOW : SW_HIDE);
 }
 
+// The group boxes and the tab control lie over their controls as siblings and paint across them. Invalidating
+// the window leaves its children out, and what is shown or moved repaints itself without its frame: controls
+// would stay painted over.
+void RepaintWithChildren(HWND window) {
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+}
+
 }  // namespace
 
 SIZE BaseWindowSize() {
@@ -50,14 +57,12 @@ void LayoutForm(Launcher& launcher) {
         SetColumnWidth(launcher.module_list, 1, widths.arguments);
     }
     InvalidateRect(launcher.main_window, nullptr, TRUE);
-    // The call above leaves the children out, and the frames and the tab control paint across the controls
-    // that lie under them: without this, controls that did not move themselves stay painted over.
-    RedrawWindow(launcher.main_window, nullptr, nullptr,
-                 RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+    RepaintWithChildren(launcher.main_window);
 }
 
 void ShowTabPage(Launcher& launcher) {
     const TabPage page = PageOfTab(SendMessageW(launcher.tab_control, TCM_GETCURSEL, 0, 0));
     ShowControls(launcher.disk_page_controls, page == TabPage::Disks);
     ShowControls(launcher.module_page_controls, page == TabPage::Modules);
+    RepaintWithChildren(launcher.main_window);
 }
