@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 
 #include "form/form_ids.h"
@@ -30,6 +31,10 @@ TEST(EngineRun, VerifiesAndThenRunsAConfigurationToItsEnd) {
         user::Click(IDC_LAUNCH);
         EXPECT_TRUE(
             user::WaitForStatus(TEXT("VM démarrée. Les réglages s'appliquent au prochain lancement.")));
+        const HANDLE process = run.launcher.engine_process;
+        user::Do([&] { LaunchEngine(run.launcher, true); });
+        EXPECT_EQ(run.launcher.engine_process, process) << "one engine at a time";
+        EXPECT_FALSE(run.launcher.run_is_dry);
         EXPECT_FALSE(user::IsEnabled(IDC_LAUNCH));
         EXPECT_FALSE(user::IsEnabled(IDC_VERIFY));
         EXPECT_TRUE(user::IsEnabled(IDC_KERNEL_PATH));
@@ -126,7 +131,6 @@ INSTANTIATE_TEST_SUITE_P(
                             "Fichier introuvable : %m"},
                     Refusal{"KernelBeforeDisk", "kernel=absent.elf\nide_primary_master=d.img\n",
                             "Fichier introuvable : %absent.elf"},
-                    Refusal{"KernelBeforeEngine", "kernel=absent.elf\n", "Fichier introuvable : %absent.elf"},
                     // The export file is the engine's to write: it is not looked for.
                     Refusal{"MissingEngine", "kernel=noyau.elf\ndump=absent.ppm\n",
                             "tessarun.exe doit être placé à côté du lanceur."}),
@@ -154,19 +158,72 @@ TEST(EngineRun, NamesTheLogThatCannotBeMadeAndTheEngineThatCannotBeStarted) {
 
 TEST(EngineRun, GoesOnWhenTheLauncherIsClosed) {
     LauncherRun run;
-    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=1500 demo.lignes=3\n");
-    EXPECT_EQ(run.Run([&] {
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=3000 demo.lignes=3\n");
+    const int exit_code = run.Run([&] {
         user::Click(IDC_LAUNCH);
         EXPECT_TRUE(
             user::WaitForStatus(TEXT("VM démarrée. Les réglages s'appliquent au prochain lancement.")));
         user::CloseMainWindow();
-        EXPECT_TRUE(user::WaitForEnd(1200)) << "closing asks nothing and waits for nothing";
-    }),
-              0);
+        EXPECT_TRUE(user::WaitForEnd());
+    });
+    EXPECT_EQ(exit_code, 0);
     EXPECT_EQ(run.launcher.engine_process, nullptr);
-    const std::string at_the_close = run.Log();
-    Sleep(2500);
-    EXPECT_GT(run.Log().size(), at_the_close.size());
+    EXPECT_FALSE(Contains(run.Log(), "Machine arrêtée")) << "closing waits for nothing";
+    for (int wait = 0; wait < 150 && !Contains(run.Log(), "Machine arrêtée"); ++wait)
+        Sleep(100);
+    EXPECT_TRUE(Contains(run.Log(), "Machine arrêtée"));
+}
+
+TEST(EngineRun, TakesWhatTheFormHoldsSavedOrNotAndFollowsItsLog) {
+    LauncherRun run;
+    run.WriteConfig(TEXT("veldranevm.config"), "");
+    const std::string file = ReadBytes(run.folder.Of(TEXT("veldranevm.config")));
+    WriteBytes(run.folder.Of(TEXT("veldranevm.log")), "d'avant");
+    run.Run([&] {
+        user::Click(IDC_SHOW_LOG);
+        EXPECT_TRUE(user::WaitForStatus(TEXT("Aucun journal. Lancez une vérification ou la VM.")))
+            << "the log of an earlier program is not looked for";
+        user::Fill(IDC_KERNEL_COMMAND, TEXT("demo.duree=900 demo.texte=vivant"));
+        user::Click(IDC_LAUNCH);
+        user::Click(IDC_SHOW_LOG);
+        const auto log_shows = [&](const WCHAR* text) {
+            return user::WaitUntil([&] {
+                return user::TextOf(GetDlgItem(run.launcher.log_window, 1)).find(text) != WideText::npos;
+            });
+        };
+        EXPECT_TRUE(log_shows(TEXT("Machine démarrée")));
+        EXPECT_NE(run.launcher.engine_process, nullptr) << "the log follows while the engine runs";
+        EXPECT_TRUE(user::WaitForStatus(TEXT("VM terminée.")));
+        EXPECT_TRUE(log_shows(TEXT("Machine arrêtée")));
+        EXPECT_TRUE(run.launcher.dirty);
+        EXPECT_TRUE(run.launcher.config.command.empty());
+
+        // A refusal leaves the last run's log and its name alone.
+        user::Do([&] { SendMessageW(run.launcher.log_window, WM_CLOSE, 0, 0); });
+        user::Fill(IDC_KERNEL_PATH, TEXT("absent.elf"));
+        user::Click(IDC_VERIFY);
+        EXPECT_TRUE(Contains(TakeErrorBox(), "Fichier introuvable : "));
+        EXPECT_TRUE(Contains(run.Log(), "vivant"));
+        EXPECT_FALSE(run.launcher.run_is_dry);
+        user::Do([&] {
+            SetDlgItemTextW(run.launcher.main_window, IDC_KERNEL_PATH, TEXT(""));
+            EXPECT_THROW(LaunchEngine(run.launcher, false), std::runtime_error);
+            EXPECT_EQ(GetDlgCtrlID(GetFocus()), IDC_KERNEL_PATH);
+        });
+    });
+    EXPECT_EQ(ReadBytes(run.folder.Of(TEXT("veldranevm.config"))), file);
+}
+
+TEST(EngineRun, SaysThatThereIsNoLogWhenAFailedRunHasLostIt) {
+    LauncherRun run;
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.code=1\n");
+    run.Run([&] {
+        user::Click(IDC_LAUNCH);
+        user::Do([&] { run.launcher.log_path = run.folder.Of(TEXT("perdu.log")); });
+        EXPECT_TRUE(user::WaitForStatus(TEXT("Aucun journal. Lancez une vérification ou la VM.")));
+        EXPECT_EQ(run.launcher.engine_process, nullptr);
+        EXPECT_EQ(run.launcher.log_window, nullptr);
+    });
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include "config/file_system.h"
+#include "config/windows_error.h"
 
 #include <gtest/gtest.h>
 
@@ -32,6 +33,10 @@ TEST(FileSystem, MakesPathsFullHoweverLong) {
     const std::string message = MessageOf([] { AbsolutePath({}); });
     EXPECT_TRUE(message.starts_with("absolute: ")) << message;
     EXPECT_TRUE(message.ends_with(": \"\"")) << message;
+}
+
+TEST(WindowsError, HasWordsOfItsOwnWhereTheSystemHasNone) {
+    EXPECT_EQ(Narrow(WindowsErrorText(0x2000ABCD)), "Erreur Windows 536914893");
 }
 
 }  // namespace

@@ -2,10 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
-#include <vector>
-
 #include "form/control_table.h"
 #include "form/form_exchange.h"
 #include "launcher_run.h"
@@ -51,8 +47,15 @@ TEST(Form, HasItsControlsInTheOrderOfTheTable) {
         user::Do([&] { child = GetWindow(run.launcher.main_window, GW_CHILD); });
         for (std::size_t index = 0; index < items.size(); ++index) {
             const ControlRow& row = CONTROL_TABLE[index];
-            SCOPED_TRACE(index + 1);
             user::Do([&] {
+                SCOPED_TRACE(index + 1);
+                const bool is_edit = WideView(row.class_name) == TEXT("EDIT");
+                EXPECT_EQ((GetWindowLongPtrW(child, GWL_EXSTYLE) & WS_EX_CLIENTEDGE) != 0, is_edit);
+                if (is_edit) {
+                    EXPECT_EQ(SendMessageW(child, EM_GETLIMITTEXT, 0, 0), 32760);
+                }
+                EXPECT_EQ(SendMessageW(child, WM_GETFONT, 0, 0),
+                          reinterpret_cast<LRESULT>(GetStockObject(DEFAULT_GUI_FONT)));
                 EXPECT_EQ(items[index].window, child);
                 EXPECT_EQ(static_cast<UINT>(GetDlgCtrlID(child)), row.id);
                 const auto style = static_cast<DWORD>(GetWindowLongPtrW(child, GWL_STYLE));
@@ -94,6 +97,30 @@ TEST(Form, FollowsTheWindowAndStopsAtItsFirstSize) {
         user::Do([&] { ShowWindow(run.launcher.main_window, SW_MINIMIZE); });
         user::Do([&] { ShowWindow(run.launcher.main_window, SW_RESTORE); });
         ExpectPlace(IDC_PAGE_TABS, 12, 374, 896, 240);
+    });
+}
+
+TEST(Form, NamesItsTabsAndZooms) {
+    LauncherRun run;
+    run.Run([&] {
+        user::Do([&] {
+            WCHAR text[32]{};
+            const char* const zooms[] = {"100 %", "200 %", "300 %", "400 %"};
+            for (WPARAM index = 0; index < 4; ++index) {
+                SendMessageW(GetDlgItem(run.launcher.main_window, IDC_ZOOM), CB_GETLBTEXT, index,
+                             reinterpret_cast<LPARAM>(text));
+                EXPECT_EQ(Narrow(text), zooms[index]);
+            }
+            const char* const tabs[] = {"Disques IDE", "Modules Multiboot"};
+            for (WPARAM index = 0; index < 2; ++index) {
+                TCITEMW item{};
+                item.mask = TCIF_TEXT;
+                item.pszText = text;
+                item.cchTextMax = 32;
+                SendMessageW(run.launcher.tab_control, TCM_GETITEMW, index, reinterpret_cast<LPARAM>(&item));
+                EXPECT_EQ(Narrow(text), tabs[index]);
+            }
+        });
     });
 }
 
@@ -190,6 +217,7 @@ TEST(Form, RefusesABadNumberWithItsMessageAndTheFocusWhereItHelps) {
         user::Click(IDC_VERIFY);
         EXPECT_EQ(TakeErrorBox(), "Veldrane VM\nValeur hors limites : RAM (16..2048 Mio)");
         EXPECT_EQ(Narrow(user::Status()), "Valeur hors limites : RAM (16..2048 Mio)");
+        user::Do([] { EXPECT_EQ(GetDlgCtrlID(GetFocus()), IDC_RAM_MIB) << "also when the box is closed"; });
     });
 }
 
@@ -249,11 +277,25 @@ TEST(Form, TakesTypedPathsFromTheFolderOfTheRun) {
                 {TEXT("C:/vm/../a.elf"), TEXT("C:\\a.elf")},
             };
             for (const auto& c : cases) {
-                SetField(run.launcher, IDC_KERNEL_PATH, c.typed);
-                EXPECT_EQ(Narrow(ReadForm(run.launcher).kernel), Narrow(c.read));
+                run.launcher.config.modules.assign(c.typed.empty() ? 0 : 1, {c.typed, TEXT("../x")});
+                for (const UINT id :
+                     {IDC_KERNEL_PATH, IDC_DUMP_PATH, IDC_IDE_PRIMARY_MASTER, IDC_IDE_PRIMARY_SLAVE,
+                      IDC_IDE_SECONDARY_MASTER, IDC_IDE_SECONDARY_SLAVE})
+                    SetField(run.launcher, id, c.typed);
+                const VmConfig read = ReadForm(run.launcher);
+                EXPECT_EQ(Narrow(read.kernel), Narrow(c.read));
+                EXPECT_EQ(Narrow(read.dump), Narrow(c.read));
+                for (const WideText& image : read.ide)
+                    EXPECT_EQ(Narrow(image), Narrow(c.read));
+                for (const ModuleEntry& module : read.modules) {
+                    EXPECT_EQ(Narrow(module.path), Narrow(c.read));
+                    EXPECT_EQ(Narrow(module.command), "../x") << "arguments are no path";
+                }
             }
             SetField(run.launcher, IDC_RAM_MIB, TEXT("00128"));
             EXPECT_EQ(ReadForm(run.launcher).ram_mib, 128U);
+            run.launcher.config.modules.assign(1, {TEXT(""), TEXT("x")});
+            EXPECT_EQ(ReadFailure(run.launcher), "Le fichier d'un module est vide.");
         });
     });
 }

@@ -105,9 +105,33 @@ TEST(Keyboard, ChangesTheZoomAndTheCheckBoxes) {
     });
 }
 
+TEST(Keyboard, GoesOnFromAButtonThatItsOwnPressDisables) {
+    LauncherRun run;
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=400\n");
+    run.Run([&] {
+        user::WaitForStatus(TEXT("Configuration chargée."));
+        Focus(IDC_LAUNCH);
+        user::Press(VK_SPACE);
+        EXPECT_TRUE(user::WaitForStatus(TEXT("VM terminée.")));
+        user::Press(VK_TAB);
+        EXPECT_EQ(FocusedId(), UINT{IDC_LOAD}) << "the keys still do something";
+        user::Do([&] {
+            run.launcher.config.modules.assign(3, {TEXT("C:\\m.bin"), TEXT("m")});
+            FillForm(run.launcher);
+            SelectModuleRow(run.launcher, 0);
+        });
+        user::ChooseTab(1);
+        Focus(IDC_MODULE_DOWN);
+        user::Press(VK_SPACE);
+        EXPECT_TRUE(user::WaitUntil([&] { return run.launcher.selected_module == 1; }));
+        user::Press(VK_SPACE);
+        EXPECT_TRUE(user::WaitUntil([&] { return run.launcher.selected_module == 2; }));
+    });
+}
+
 TEST(Keyboard, LaunchesWithEnterInAFieldAndDoesNothingWithEscape) {
     LauncherRun run;
-    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=700\n");
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=2500\n");
     run.Run([&] {
         user::Click(IDC_IDE_PRIMARY_SLAVE);
         user::Press(VK_ESCAPE);
@@ -125,6 +149,7 @@ TEST(Keyboard, LaunchesWithEnterInAFieldAndDoesNothingWithEscape) {
         user::Click(IDC_RAM_MIB);
         user::Press(VK_RETURN);
         EXPECT_EQ(TakeErrorBox(), "Veldrane VM\nChoisissez un noyau ELF.");
+        EXPECT_EQ(FocusedId(), UINT{IDC_KERNEL_PATH});
         user::Press(VK_ESCAPE);
         user::Pause(100);
         EXPECT_NE(user::MainWindow(), nullptr);

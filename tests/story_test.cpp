@@ -5,6 +5,7 @@
 #include <string>
 
 #include "config/config_file.h"
+#include "config/path_ops.h"
 #include "form/form_exchange.h"
 #include "form/form_ids.h"
 #include "launch/engine_command.h"
@@ -35,6 +36,10 @@ void AnswerPrompt(int button) {
     user::AnswerBox(button);
 }
 
+std::string BoxFileName() {
+    return Narrow(user::TextOf(user::FileNameField()));
+}
+
 int SelectedRow(const Launcher& launcher) {
     int row = -2;
     user::Do([&] {
@@ -42,6 +47,23 @@ int SelectedRow(const Launcher& launcher) {
                                             MAKELPARAM(LVNI_SELECTED, 0)));
     });
     return row;
+}
+
+std::string ArgumentsOfRow(const Launcher& launcher, WPARAM row) {
+    WCHAR text[64]{};
+    LVITEMW item{};
+    item.iSubItem = 1;
+    item.pszText = text;
+    item.cchTextMax = 64;
+    user::Do(
+        [&] { SendMessageW(launcher.module_list, LVM_GETITEMTEXTW, row, reinterpret_cast<LPARAM>(&item)); });
+    return Narrow(text);
+}
+
+// What has just been done counts as an edit; the mark is taken off for the next one.
+void ExpectEdit(Launcher& launcher) {
+    EXPECT_TRUE(user::WaitUntil([&] { return launcher.dirty; }));
+    user::Do([&] { launcher.dirty = false; });
 }
 
 TEST(Story, OpensWithoutADefaultFileAndSavesOneBesideTheStart) {
@@ -75,7 +97,7 @@ TEST(Story, OpensOnADefaultFileWithEverythingSet) {
     run.WriteConfig(
         TEXT("veldranevm.config"),
         "command= a=\"é\" \ndump=sortie.ppm\nram_mib=0512\nwidth=1024\nheight=768\nzoom=4\n"
-        "timeout_ms=60000\nexplicit_video=1\nheadless=1\nforce_no_header=1\n"
+        "timeout_ms=60000\nexplicit_video=0\nheadless=1\nforce_no_header=1\n"
         "ide_primary_master=0.img\nide_primary_slave=1.img\nide_secondary_master=2.img\n"
         "ide_secondary_slave=..\\3.img\nmodule_count=1\nmodule.0.path=m.bin\nmodule.0.command=-v\n");
     run.Run([&] {
@@ -94,13 +116,16 @@ TEST(Story, OpensOnADefaultFileWithEverythingSet) {
             {IDC_ZOOM, TEXT("400 %")},
             {IDC_TIMEOUT_MS, TEXT("60000")},
             {IDC_IDE_PRIMARY_MASTER, run.folder.Of(TEXT("0.img"))},
+            {IDC_IDE_PRIMARY_SLAVE, run.folder.Of(TEXT("1.img"))},
             {IDC_IDE_SECONDARY_MASTER, run.folder.Of(TEXT("2.img"))},
+            {IDC_IDE_SECONDARY_SLAVE, JoinPath(ParentPath(run.folder.path), TEXT("3.img"))},
             {IDC_MODULE_ARGS, TEXT("")},
         };
         for (const auto& field : fields)
             EXPECT_EQ(Narrow(user::ControlText(field.id)), Narrow(field.text)) << field.id;
-        for (const UINT check : {IDC_EXPLICIT_VIDEO, IDC_HEADLESS, IDC_FORCE_NO_HEADER})
-            EXPECT_TRUE(user::IsChecked(check)) << check;
+        EXPECT_FALSE(user::IsChecked(IDC_EXPLICIT_VIDEO));
+        EXPECT_TRUE(user::IsChecked(IDC_HEADLESS));
+        EXPECT_TRUE(user::IsChecked(IDC_FORCE_NO_HEADER));
         EXPECT_FALSE(user::IsEnabled(IDC_ZOOM));
         EXPECT_FALSE(run.launcher.dirty);
     });
@@ -135,6 +160,7 @@ TEST(Story, SavesAsLoadsAndResetsWithEachAnswerToThePrompt) {
         EXPECT_EQ(Narrow(user::Status()), "Choisissez un noyau ELF, puis lancez la VM.")
             << "a cancel changes nothing";
         user::Click(IDC_SAVE_AS);
+        EXPECT_TRUE(BoxFileName().ends_with("veldranevm.config")) << BoxFileName();
         user::ChooseFile(TEXT("copie é"));  // the extension comes from the box
         EXPECT_TRUE(user::WaitForStatus(TEXT("Configuration enregistrée.")));
         EXPECT_EQ(ConfigLine(), Narrow(copy));
@@ -168,9 +194,47 @@ TEST(Story, SavesAsLoadsAndResetsWithEachAnswerToThePrompt) {
         TypeIntoCommand(TEXT("y"));
         user::Click(IDC_RESET);
         AnswerPrompt(IDYES);
-        EXPECT_TRUE(user::WaitForStatus(TEXT("Réglages par défaut. Choisissez un noyau ELF.")));
+        EXPECT_TRUE(user::WaitUntil([] { return Command().empty(); }));
+        EXPECT_EQ(ConfigLine(), "Nouvelle configuration — non enregistrée");
         EXPECT_TRUE(ReadConfigFile(run.folder.Of(TEXT("veldranevm.config"))).command == TEXT("y"))
             << "with no current file a save goes to the default one";
+    });
+}
+
+TEST(Story, ASaveElsewhereMovesTheFolderOfTheRunAndAResetGoesBack) {
+    LauncherRun run;
+    MakeFolder(run.folder.Of(TEXT("deux")));
+    const WideText elsewhere = run.folder.Of(TEXT("deux\\b.config"));
+    run.Run([&] {
+        user::Click(IDC_SAVE_AS);
+        user::ChooseFile(elsewhere);
+        EXPECT_TRUE(user::WaitForStatus(TEXT("Configuration enregistrée.")));
+        EXPECT_EQ(run.launcher.run_directory, run.folder.Of(TEXT("deux")));
+        user::Click(IDC_SAVE_AS);
+        EXPECT_TRUE(user::WaitForBox());
+        EXPECT_TRUE(BoxFileName().ends_with("b.config")) << BoxFileName();
+        user::CancelFile();
+        Remove(elsewhere);
+        user::Click(IDC_SAVE);
+        EXPECT_TRUE(user::WaitUntil([&] { return Exists(elsewhere); })) << "a clean form is written again";
+
+        const std::string written = ReadBytes(elsewhere);
+        user::Fill(IDC_RAM_MIB, TEXT("9"));
+        for (const UINT button : {IDC_SAVE, IDC_SAVE_AS}) {
+            user::Click(button);
+            EXPECT_EQ(TakeErrorBox(), "Veldrane VM\nValeur hors limites : RAM (16..2048 Mio)")
+                << "before any file box";
+        }
+        EXPECT_EQ(ReadBytes(elsewhere), written);
+
+        user::Click(IDC_RESET);
+        AnswerPrompt(IDNO);
+        EXPECT_TRUE(user::WaitForStatus(TEXT("Réglages par défaut. Choisissez un noyau ELF.")));
+        EXPECT_EQ(run.launcher.run_directory, run.folder.path);
+        user::Click(IDC_SAVE);
+        EXPECT_TRUE(user::WaitForStatus(TEXT("Configuration enregistrée.")));
+        EXPECT_EQ(run.launcher.config_path, run.folder.Of(TEXT("veldranevm.config")));
+        EXPECT_EQ(ReadBytes(elsewhere), written);
     });
 }
 
@@ -235,19 +299,26 @@ TEST(Story, BringsThreeModulesToTheFileAndTheEngineInTheirOrder) {
                 user::WaitUntil([&] { return Narrow(user::ControlText(IDC_MODULE_ARGS)) == Narrow(name); }));
         }
         EXPECT_EQ(SelectedRow(launcher), 2);
+        ExpectEdit(run.launcher);
         EXPECT_EQ(user::ControlText(IDC_KERNEL_PATH), run.folder.Of(TEXT("noyau.elf")))
             << "a change of the list takes over what stands in the fields";
         user::Click(IDC_MODULE_UP);  // a c b
         EXPECT_TRUE(user::WaitUntil([&] { return launcher.selected_module == 1; }));
+        ExpectEdit(run.launcher);
         user::Fill(IDC_MODULE_ARGS, TEXT("trois \"é\""));
+        EXPECT_EQ(ArgumentsOfRow(launcher, 1), "trois \"é\"") << "the list follows each keystroke";
+        ExpectEdit(run.launcher);
         user::ChooseRow(0);
         EXPECT_EQ(Narrow(user::ControlText(IDC_MODULE_ARGS)), "a.bin");
         EXPECT_FALSE(user::IsEnabled(IDC_MODULE_UP));
         user::Click(IDC_MODULE_DOWN);  // c a b
         EXPECT_TRUE(user::WaitUntil([&] { return launcher.selected_module == 1; }));
         EXPECT_TRUE(user::IsEnabled(IDC_MODULE_UP) && user::IsEnabled(IDC_MODULE_DOWN));
+        ExpectEdit(run.launcher);
         user::Click(IDC_MODULE_REMOVE);  // c b
         EXPECT_TRUE(user::WaitUntil([&] { return launcher.config.modules.size() == 2; }));
+        ExpectEdit(run.launcher);
+        EXPECT_EQ(ArgumentsOfRow(launcher, 0), "trois \"é\"");
         EXPECT_EQ(SelectedRow(launcher), 1) << "the one behind it is selected";
         EXPECT_FALSE(user::IsEnabled(IDC_MODULE_DOWN));
 
@@ -318,9 +389,43 @@ TEST(Story, EachBrowseButtonFillsItsOwnField) {
     });
 }
 
+TEST(Story, TheFileBoxesAskAndStartInTheFolderOfTheConfiguration) {
+    LauncherRun run;
+    MakeFolder(run.folder.Of(TEXT("deux")));
+    run.WriteConfig(TEXT("deux\\b.config"), "");
+    WriteBytes(run.folder.Of(TEXT("deux\\c.elf")), "c");
+    const auto confirm = [](WideView name) {
+        EXPECT_TRUE(user::WaitForBox());
+        user::FillWindow(user::FileNameField(), name);
+        const HWND file_box = user::Box();
+        user::Press(VK_RETURN);
+        EXPECT_TRUE(user::WaitUntil([&] { return user::Box() != nullptr && user::Box() != file_box; }))
+            << "a question or a refusal";
+    };
+    run.Run([&] {
+        user::Click(IDC_LOAD);
+        confirm(TEXT("absent.config"));
+        user::AnswerBox(IDOK);
+        user::ChooseFile(run.folder.Of(TEXT("deux\\b.config")));
+        EXPECT_TRUE(user::WaitForStatus(TEXT("Configuration chargée.")));
+        user::Click(IDC_KERNEL_BROWSE);
+        EXPECT_TRUE(user::WaitForBox());
+        EXPECT_TRUE(BoxFileName().ends_with("noyau.elf")) << BoxFileName();
+        user::ChooseFile(TEXT("c.elf"));
+        EXPECT_TRUE(user::WaitUntil(
+            [&] { return user::ControlText(IDC_KERNEL_PATH) == run.folder.Of(TEXT("deux\\c.elf")); }));
+        const std::string before = ReadBytes(run.folder.Of(TEXT("deux\\b.config")));
+        user::Click(IDC_SAVE_AS);
+        confirm(TEXT("b.config"));
+        user::AnswerBox(IDNO);
+        user::CancelFile();
+        EXPECT_EQ(ReadBytes(run.folder.Of(TEXT("deux\\b.config"))), before) << "nothing is replaced unasked";
+    });
+}
+
 TEST(Story, EndsARunWhileThePromptIsOpen) {
     LauncherRun run;
-    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=700 demo.code=1\n");
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=2500 demo.code=1\n");
     run.Run([&] {
         user::Click(IDC_LAUNCH);
         EXPECT_TRUE(
@@ -361,6 +466,12 @@ TEST(Story, TheLogFollowsTheRunAndNotTheFolder) {
     EXPECT_NE(run.Log().find("second"), std::string::npos);
 }
 
+LRESULT SelectionOf(HWND edit) {
+    LRESULT selection = -1;
+    user::Do([&] { selection = SendMessageW(edit, EM_GETSEL, 0, 0); });
+    return selection;
+}
+
 // The text of the log window once it has this many characters.
 bool LogTextHas(const Launcher& launcher, std::size_t characters) {
     return user::WaitUntil([&] {
@@ -393,6 +504,21 @@ TEST(Story, TheLogWindowIsHiddenRefreshedAndReused) {
         user::Click(IDC_SHOW_LOG);
         EXPECT_TRUE(user::WaitUntil([&] { return IsWindowVisible(window) != FALSE; }));
         EXPECT_EQ(launcher.log_window, window);
+        user::Do([&] {
+            const HWND control = GetDlgItem(window, 1);
+            EXPECT_EQ(SendMessageW(control, EM_GETLIMITTEXT, 0, 0), 0x200000);
+            EXPECT_NE(GetWindowLongPtrW(control, GWL_STYLE) & ES_READONLY, 0);
+            MoveWindow(window, 0, 0, 500, 300, TRUE);
+            RECT inside{}, text{};
+            GetClientRect(window, &inside);
+            GetWindowRect(control, &text);
+            EXPECT_EQ(text.right - text.left, inside.right) << "the text fills the window";
+            EXPECT_EQ(text.bottom - text.top, inside.bottom);
+            SendMessageW(control, EM_SETSEL, 3, 5);
+        });
+        user::Pause(600);
+        EXPECT_EQ(SelectionOf(GetDlgItem(window, 1)), MAKELONG(3, 5))
+            << "an unchanged log leaves the selection";
         EXPECT_TRUE(user::TextOf(GetDlgItem(window, 1))[0] == TEXT('y'))
             << "the first byte is the one that is left out";
         Remove(log);

@@ -16,7 +16,9 @@ void SendKey(WORD key, DWORD flags) {
     INPUT input{};
     input.type = INPUT_KEYBOARD;
     input.ki.wVk = key;
-    input.ki.dwFlags = flags;
+    // The keys between the letters and the keypad; without the mark they would be the keypad's.
+    const bool extended = key >= VK_PRIOR && key <= VK_DELETE;
+    input.ki.dwFlags = flags | (extended ? KEYEVENTF_EXTENDEDKEY : 0);
     SendInput(1, &input, sizeof input);
 }
 
@@ -51,8 +53,15 @@ WideText ReadText(HWND window) {
 
 struct ClassSearch {
     WideView class_name;
+    DWORD process;  // 0: any
     HWND found;
 };
+
+DWORD ProcessOf(HWND window) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    return process;
+}
 
 WideText ClassOf(HWND window) {
     WCHAR name[64]{};
@@ -61,14 +70,17 @@ WideText ClassOf(HWND window) {
 
 BOOL CALLBACK VisibleOfClass(HWND window, LPARAM lparam) {
     auto& search = *reinterpret_cast<ClassSearch*>(lparam);
-    if (IsWindowVisible(window) == FALSE || ClassOf(window) != search.class_name)
+    const bool is_ours = search.process == 0 || ProcessOf(window) == search.process;
+    if (!is_ours || IsWindowVisible(window) == FALSE || ClassOf(window) != search.class_name)
         return TRUE;
     search.found = window;
     return FALSE;
 }
 
 HWND FindVisible(WideView class_name) {
-    ClassSearch search{class_name, nullptr};
+    // Another program's boxes are not ours to answer.
+    const HWND program = FindWindowW(TEXT("VeldraneVmLauncher"), nullptr);
+    ClassSearch search{class_name, program == nullptr ? 0 : ProcessOf(program), nullptr};
     EnumWindows(VisibleOfClass, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
@@ -85,7 +97,7 @@ HWND FindDescendant(HWND window, int id) {
 }
 
 // The field for the file's name: one of two, of which a box shows one.
-HWND FileNameField(HWND box) {
+HWND NameFieldOf(HWND box) {
     for (const int id : {FILE_NAME_COMBO, FILE_NAME_EDIT}) {
         const HWND field = FindDescendant(box, id);
         if (field != nullptr && IsWindowVisible(field) != FALSE)
@@ -269,10 +281,15 @@ void AnswerBox(int button_id) {
     WaitUntil([&] { return IsWindow(box) == FALSE || IsWindowVisible(box) == FALSE; }, 5000);
 }
 
+HWND FileNameField() {
+    const HWND box = Box();
+    return Ask<HWND>([&] { return NameFieldOf(box); });
+}
+
 void ChooseFile(WideView path) {
     WaitForBox();
     const HWND box = Box();
-    FillWindow(Ask<HWND>([&] { return FileNameField(box); }), path);
+    FillWindow(FileNameField(), path);
     Press(VK_RETURN);
     WaitUntil([&] { return IsWindow(box) == FALSE || IsWindowVisible(box) == FALSE; }, 5000);
 }

@@ -81,6 +81,9 @@ void ChooseRow(int index);
 // Presses the box's button with this identifier.
 void AnswerBox(int button_id);
 
+// The field for the file's name in the file box that is up.
+HWND FileNameField();
+
 // Types a file's name into a file box and confirms it, or cancels the box.
 void ChooseFile(WideView path);
 void CancelFile();

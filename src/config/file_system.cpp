@@ -73,7 +73,11 @@ FileType QueryFileType(const WideText& path, const char* operation) {
                                        FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     if (!file)
         return FailedQuery(path, operation);
-    if (GetFileType(file.Get()) != FILE_TYPE_DISK)
+    SetLastError(NO_ERROR);  // an unknown type is told from a failure by it
+    const DWORD type = GetFileType(file.Get());
+    if (type == FILE_TYPE_UNKNOWN && GetLastError() != NO_ERROR)
+        return FailedQuery(path, operation);
+    if (type != FILE_TYPE_DISK)
         return FileType::Other;
     BY_HANDLE_FILE_INFORMATION information{};
     if (GetFileInformationByHandle(file.Get(), &information) == FALSE)

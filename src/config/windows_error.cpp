@@ -1,6 +1,18 @@
 #include "config/windows_error.h"
 
+#include <memory>
+
 #include "config/text_convert.h"
+
+namespace {
+
+struct LocalDeleter {
+    void operator()(WCHAR* buffer) const {
+        LocalFree(buffer);
+    }
+};
+
+}  // namespace
 
 WideText WindowsErrorText(DWORD code) {
     LPWSTR buffer = nullptr;
@@ -9,7 +21,6 @@ WideText WindowsErrorText(DWORD code) {
         code, 0, reinterpret_cast<LPWSTR>(&buffer), 0, nullptr);
     if (buffer == nullptr)
         return TEXT("Erreur Windows ") + WideNumberText(code);
-    WideText text = buffer;
-    LocalFree(buffer);
-    return text;
+    const std::unique_ptr<WCHAR, LocalDeleter> owned(buffer);
+    return owned.get();
 }

@@ -1,6 +1,5 @@
 #include "form/form_layout.h"
 
-#include "form/form_ids.h"
 #include "form/placement.h"
 
 namespace {

@@ -18,8 +18,13 @@ void AdoptEditedList(Launcher& launcher, VmConfig config) {
     FillForm(launcher);
 }
 
-ModuleEntry& SelectedModule(Launcher& launcher) {
-    return launcher.config.modules[static_cast<std::size_t>(launcher.selected_module)];
+// The entry of the selected row; null for none. The list can be longer than the record's for a moment: behind
+// a load that has failed in the middle.
+ModuleEntry* SelectedModule(Launcher& launcher) {
+    const auto index = static_cast<std::size_t>(launcher.selected_module);
+    if (launcher.selected_module < 0 || index >= launcher.config.modules.size())
+        return nullptr;
+    return &launcher.config.modules[index];
 }
 
 }  // namespace
@@ -37,7 +42,7 @@ void AddModule(Launcher& launcher) {
 }
 
 void RemoveModule(Launcher& launcher) {
-    if (launcher.selected_module < 0)
+    if (SelectedModule(launcher) == nullptr)
         return;
     VmConfig config = ReadForm(launcher);
     EraseModule(config, launcher.selected_module);
@@ -50,17 +55,21 @@ void MoveModule(Launcher& launcher, std::int32_t delta) {
         return;
     VmConfig config = ReadForm(launcher);
     SwapModules(config, launcher.selected_module, *target);
+    const HWND focus = GetFocus();
     AdoptEditedList(launcher, std::move(config));
     SelectModuleRow(launcher, *target);
+    // Between the two selections the buttons of the list are disabled for a moment and lose the focus.
+    if (IsWindowEnabled(focus) != FALSE)
+        SetFocus(focus);
 }
 
 void OnModuleArgsChanged(Launcher& launcher) {
-    if (launcher.filling || launcher.selected_module < 0)
+    ModuleEntry* module = SelectedModule(launcher);
+    if (launcher.filling || module == nullptr)
         return;
-    ModuleEntry& module = SelectedModule(launcher);
-    module.command = GetControlText(GetDlgItem(launcher.main_window, IDC_MODULE_ARGS));
+    module->command = GetControlText(GetDlgItem(launcher.main_window, IDC_MODULE_ARGS));
     SetModuleRowArguments(launcher.module_list, static_cast<std::size_t>(launcher.selected_module),
-                          module.command);
+                          module->command);
     launcher.dirty = true;
     RefreshTitle(launcher);
 }
@@ -68,10 +77,11 @@ void OnModuleArgsChanged(Launcher& launcher) {
 void OnModuleSelectionChanged(Launcher& launcher) {
     launcher.selected_module = static_cast<std::int32_t>(SendMessageW(
         launcher.module_list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), MAKELPARAM(LVNI_SELECTED, 0)));
+    const ModuleEntry* module = SelectedModule(launcher);
     {
         const FillingScope filling(launcher);
         SetDlgItemTextW(launcher.main_window, IDC_MODULE_ARGS,
-                        launcher.selected_module < 0 ? TEXT("") : SelectedModule(launcher).command.c_str());
+                        module == nullptr ? TEXT("") : module->command.c_str());
     }
     RefreshEnabling(launcher);
 }

@@ -8,5 +8,6 @@
 void RefreshTitle(Launcher& launcher);
 
 // Enables and disables the nine controls that depend on the check boxes, the selected module and the run.
-// Where both are called, this one comes first.
+// Where both are called, this one comes first. The focus goes to the window when the control that had it is
+// disabled.
 void RefreshEnabling(Launcher& launcher);

@@ -1,6 +1,7 @@
 #include "launch/engine_run.h"
 
 #include <stdexcept>
+#include <utility>
 
 #include "config/file_system.h"
 #include "config/path_ops.h"
@@ -52,10 +53,10 @@ void LaunchEngine(Launcher& launcher, bool dry_run) {
     RequireInputFiles(config);
     if (QueryFileType(launcher.engine_path, "status") != FileType::Regular)
         throw std::runtime_error("tessarun.exe doit être placé à côté du lanceur.");
-    const WideText command_line = BuildEngineCommandLine(launcher.engine_path, config, dry_run);
+    WideText command_line = BuildEngineCommandLine(launcher.engine_path, config, dry_run);
     launcher.log_path = JoinPath(launcher.run_directory, TEXT("veldranevm.log"));
     OwnedHandle process =
-        StartEngine(launcher.engine_path, command_line, launcher.run_directory, launcher.log_path);
+        StartEngine(launcher.engine_path, std::move(command_line), launcher.run_directory, launcher.log_path);
     launcher.engine_process = process.Release();
     launcher.run_is_dry = dry_run;
     SetWindowTextW(launcher.status_label,

@@ -87,6 +87,13 @@ int PumpMessages(const Launcher& launcher) {
     return static_cast<int>(message.wParam);
 }
 
+// A window that was destroyed while it was being made has asked the message loop to end, and a box would end
+// with it, unseen.
+void ForgetQuit() {
+    MSG quit{};
+    PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+}
+
 int StartAndPump(Launcher& launcher, HINSTANCE instance, int show_command) {
     launcher.instance = instance;
     launcher.run_directory = CurrentDirectory();
@@ -110,6 +117,7 @@ int RunLauncher(Launcher& launcher, HINSTANCE instance, int show_command) {
     try {
         return StartAndPump(launcher, instance, show_command);
     } catch (const std::exception& error) {
+        ForgetQuit();
         ShowErrorBox(launcher.main_window, WideFromMessage(error.what()));
         return 1;
     }

@@ -9,5 +9,10 @@ void ShowError(Launcher& launcher, const std::exception& error) {
 }
 
 void ShowErrorBox(HWND owner, const WideText& text) {
+    const HWND focus = GetFocus();
     MessageBoxW(owner, text.c_str(), TEXT("Veldrane VM"), MB_ICONERROR);
+    // The platform gives the focus back to the window and not to the field that the message speaks of.
+    if (owner != nullptr && GetFocus() == owner && IsWindow(focus) != FALSE &&
+        IsWindowEnabled(focus) != FALSE)
+        SetFocus(focus);
 }

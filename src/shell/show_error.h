@@ -9,5 +9,6 @@
 // returns.
 void ShowError(Launcher& launcher, const std::exception& error);
 
-// Shows the box alone, owned by the main window where there is one.
+// Shows the box alone, owned by the main window where there is one. A control that had the focus has it again
+// when the box has been closed.
 void ShowErrorBox(HWND owner, const WideText& text);

@@ -24,11 +24,11 @@ TEST(EngineRunFaults, LeaveNoHandleAndNoRun) {
     run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=0\n");
     const Steps steps{{"GetFullPathNameW", "absolute: "},
                       {"CreateFileW", "status: "},  // the kernel
-                      {"GetFileType", "Fichier introuvable : "},
+                      {"GetFileType", "status: "},
                       {"GetFileInformationByHandle", "status: "},
                       {"CloseHandle", ""},
                       {"CreateFileW", "status: "},  // the engine
-                      {"GetFileType", "tessarun.exe doit être placé à côté du lanceur."},
+                      {"GetFileType", "status: "},
                       {"GetFileInformationByHandle", "status: "},
                       {"CloseHandle", ""},
                       {"CreateFileW", "Impossible de créer veldranevm.log."},
@@ -79,6 +79,22 @@ TEST(EngineRunFaults, OfALookAtTheEngineAreTriedAgainAndOfItsCodeAreTakenForSucc
             EXPECT_EQ(host::ClearFaults(), 2U);
         });
     });
+}
+
+TEST(EngineRun, ClosesTheProcessHandleAtTheEndOfTheRunOrOfTheWindow) {
+    LauncherRun run;
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=400\n");
+    run.Run([&] {
+        user::Click(IDC_LAUNCH);
+        EXPECT_TRUE(user::WaitUntil([] { return host::OpenHandles() == 1; }));
+        EXPECT_TRUE(user::WaitForStatus(TEXT("VM terminée.")));
+        EXPECT_EQ(host::OpenHandles(), 0U);
+        user::Click(IDC_LAUNCH);
+        EXPECT_TRUE(user::WaitUntil([] { return host::OpenHandles() == 1; }));
+        user::CloseMainWindow();
+        EXPECT_TRUE(user::WaitForEnd());
+    });
+    EXPECT_EQ(host::OpenHandles(), 0U);
 }
 
 TEST(EngineRunFaults, OfALogWindowThatCannotBeMadeAreToldAfterTheRunHasEnded) {
