@@ -218,27 +218,6 @@ TEST_F(PlatformFileBoxes, AnswerWithTheFullPathOfWhatTheUserConfirms) {
     EXPECT_FALSE(Exists(folder.Of(TEXT("new.ppm"))));
 }
 
-TEST_F(PlatformFileBoxes, StartWithTheNameThatTheyAreGivenAndLeaveItWhenCancelled) {
-    struct Case {
-        const char* first;
-        const char* shown;
-    };
-    const std::string in_sub = Narrow(folder.Of(TEXT("sub\\nothing.ppm")));
-    for (const Case& given : {Case{"", ""}, Case{"veldranevm.config", "veldranevm.config"},
-                              Case{in_sub.c_str(), "nothing.ppm"}}) {
-        SCOPED_TRACE(given.first);
-        answers.steps = {[&](HWND box) {
-            WCHAR text[64] = {};
-            GetDlgItemTextW(box, NAME_FIELD, text, 64);
-            EXPECT_EQ(Narrow(text), given.shown);
-            PressKey(VK_ESCAPE);
-        }};
-        EXPECT_EQ(Show(true, given.first), "");
-        EXPECT_EQ(Narrow(buffer.data()), given.first);
-        EXPECT_EQ(CommDlgExtendedError(), 0U);
-    }
-}
-
 TEST_F(PlatformFileBoxes, SayWhyTheyFailed) {
     request.nMaxFile = 8;
     answers.steps = {Enter("here.ppm")};

@@ -136,38 +136,6 @@ void Select(HWND edit, int from, int to) {
     SendMessageW(edit, EM_SETSEL, static_cast<WPARAM>(from), to);
 }
 
-TEST_F(PlatformControls, AnswerTheMouseAndTheDialogByTheirKind) {
-    struct Case {
-        LPCWSTR name;
-        DWORD style;
-        LRESULT hit;
-        LRESULT dialog_code;
-    };
-    const Case cases[] = {
-        {TEXT("STATIC"), SS_PATHELLIPSIS, HTTRANSPARENT, DLGC_STATIC},
-        {TEXT("BUTTON"), BS_GROUPBOX, HTTRANSPARENT, DLGC_STATIC},
-        {TEXT("BUTTON"), BS_PUSHBUTTON, HTCLIENT, DLGC_BUTTON | DLGC_UNDEFPUSHBUTTON},
-        {TEXT("BUTTON"), BS_DEFPUSHBUTTON, HTCLIENT, DLGC_BUTTON | DLGC_DEFPUSHBUTTON},
-        {TEXT("BUTTON"), BS_AUTOCHECKBOX, HTCLIENT, DLGC_BUTTON},
-        {TEXT("EDIT"), 0, HTCLIENT, DLGC_HASSETSEL | DLGC_WANTCHARS | DLGC_WANTARROWS},
-        {TEXT("COMBOBOX"), CBS_DROPDOWNLIST, HTCLIENT, DLGC_WANTCHARS | DLGC_WANTARROWS},
-        {TEXT("SysTabControl32"), 0, HTTRANSPARENT, DLGC_WANTCHARS | DLGC_WANTARROWS},
-        {TEXT("SysListView32"), LVS_REPORT | LVS_SINGLESEL, HTCLIENT, DLGC_WANTCHARS | DLGC_WANTARROWS},
-    };
-    for (const Case& given : cases) {
-        SCOPED_TRACE(Narrow(given.name) + " " + std::to_string(given.style));
-        const HWND control = Make(given.name, given.style, {100, 100, 200, 80});
-        RECT place{};
-        GetWindowRect(control, &place);
-        const auto x = static_cast<unsigned>(place.left + 5);
-        EXPECT_EQ(
-            SendMessageW(control, WM_NCHITTEST, 0, MAKELPARAM(x, static_cast<unsigned>(place.bottom - 5))),
-            given.hit);
-        EXPECT_EQ(SendMessageW(control, WM_GETDLGCODE, 0, 0), given.dialog_code);
-        DestroyWindow(control);
-    }
-}
-
 // What is done to a control, what it shows then and what it has told its parent meanwhile.
 struct Step {
     const char* name;
@@ -212,35 +180,6 @@ TEST_F(PlatformControls, AnEditFieldTellsEachChangeAndKeepsToItsLimitUnlessByCod
         {"clicked", [](HWND e) { Click(e, 5, 8); }, "123456", "SETFOCUS"},
     });
     // clang-format on
-}
-
-TEST_F(PlatformControls, AFieldThatDoesNotScrollTakesByHandOnlyWhatItShows) {
-    const char* const digits = "1234567890123456789012345";
-    const HWND fixed = MakeEdit(ES_NUMBER);
-    const HWND scrolling = MakeEdit(ES_AUTOHSCROLL);
-    Type(fixed, digits);
-    Type(scrolling, digits);
-    EXPECT_EQ(TextOf(fixed), std::string(digits).substr(0, 14));
-    EXPECT_EQ(TextOf(scrolling), digits);
-    SetWindowTextW(fixed, Wide(digits).c_str());
-    EXPECT_EQ(TextOf(fixed), digits);
-}
-
-TEST_F(PlatformControls, ASelectionIsKeptWithinTheText) {
-    struct Case {
-        int from, to;
-        DWORD start, end;
-    };
-    const HWND edit = MakeEdit(ES_AUTOHSCROLL);
-    SetWindowTextW(edit, TEXT("12345"));
-    for (const Case& given : {Case{3, 1, 1, 3}, Case{-1, 0, 1, 1}, Case{1, -1, 1, 5}, Case{9, 12, 5, 5},
-                              Case{2, 99, 2, 5}, Case{0, 0, 0, 0}, Case{0, -1, 0, 5}}) {
-        SCOPED_TRACE(std::to_string(given.from) + ", " + std::to_string(given.to));
-        DWORD start = 99, end = 99;
-        Select(edit, given.from, given.to);
-        SendMessageW(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-        EXPECT_EQ(std::pair(start, end), std::pair(given.start, given.end));
-    }
 }
 
 TEST_F(PlatformControls, AReadOnlyTextOfManyLinesIsSetWholeAndSilentlyAndKeepsItsPlace) {
@@ -318,17 +257,6 @@ TEST_F(PlatformControls, AComboBoxTellsWhatTheUserChoosesAndNothingElse) {
         {"focus lost", [this](HWND) { SetFocus(other); }, "300 %", "SELENDCANCEL, CLOSEUP, KILLFOCUS"},
     });
     // clang-format on
-}
-
-TEST_F(PlatformControls, AComboBoxStandsAsHighAsItsFieldWhateverHeightItIsGiven) {
-    const HWND combo = Make(TEXT("COMBOBOX"), CBS_DROPDOWNLIST, {10, 50, 100, 160});
-    for (const int height : {160, 10}) {
-        MoveWindow(combo, 20, 50, 120, height, TRUE);
-        RECT place{};
-        GetWindowRect(combo, &place);
-        EXPECT_EQ(place.right - place.left, 120);
-        EXPECT_EQ(place.bottom - place.top, 20);
-    }
 }
 
 TEST_F(PlatformControls, ATabIsChosenByItsHeaderAndTheArrowKeys) {

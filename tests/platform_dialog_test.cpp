@@ -52,54 +52,6 @@ constexpr LRESULT EDIT = DLGC_WANTCHARS | DLGC_WANTARROWS | DLGC_HASSETSEL;
 
 }  // namespace
 
-TEST(PlatformDialog, TabWalksTheVisibleEnabledStopsInTheOrderOfTheirMaking) {
-    ProbeDialog dialog;
-    const HWND first = dialog.Add("first", 1, WS_TABSTOP, EDIT);
-    dialog.Add("label", 0, 0, DLGC_STATIC);
-    ShowWindow(dialog.Add("hidden", 2, WS_TABSTOP, EDIT), SW_HIDE);
-    dialog.Add("disabled", 3, WS_TABSTOP | WS_DISABLED, EDIT);
-    dialog.Add("second", 4, WS_TABSTOP, BUTTON);
-    dialog.Add("third", 5, WS_TABSTOP, EDIT);
-    struct Case {
-        bool back;
-        const char* reached;
-    };
-    SetFocus(first);
-    const Case cases[] = {{false, "second"}, {false, "third"}, {false, "first"},
-                          {true, "third"},   {true, "second"}, {true, "first"}};
-    for (const Case& one : cases) {
-        SCOPED_TRACE(one.reached);
-        if (one.back) {
-            HoldKey(VK_SHIFT);
-        }
-        dialog.Press(VK_TAB, "");
-        ReleaseKey(VK_SHIFT);
-        PumpFor(30, dialog.window);
-        EXPECT_EQ(dialog.probe.NameOf(GetFocus()), one.reached);
-    }
-    SetFocus(dialog.window);
-    dialog.Press(VK_TAB, "");
-    EXPECT_EQ(GetFocus(), first);
-    dialog.codes[first] = DLGC_WANTTAB;
-    EXPECT_EQ(dialog.Press(VK_TAB, "KEYDOWN CHAR"), "first KEYDOWN 9, first CHAR 9");
-    EXPECT_EQ(GetFocus(), first);
-}
-
-TEST(PlatformDialog, TabSelectsTheTextOfAFieldAndMarksTheButtonThatItReaches) {
-    ProbeDialog dialog;
-    SetFocus(dialog.Add("button", 1, WS_TABSTOP, BUTTON));
-    dialog.Add("field", 2, WS_TABSTOP, EDIT);
-    dialog.Add("other", 3, WS_TABSTOP, BUTTON);
-    dialog.Add("default", 4, WS_TABSTOP, DEFAULT_BUTTON);
-    const char* const messages = "SETSEL KILLFOCUS SETFOCUS SETSTYLE";
-    EXPECT_EQ(
-        dialog.Press(VK_TAB, messages),
-        "field SETSEL, button KILLFOCUS, field SETFOCUS, default SETSTYLE " + std::to_string(BS_PUSHBUTTON));
-    EXPECT_EQ(dialog.Press(VK_TAB, messages),
-              "field KILLFOCUS, other SETFOCUS, default SETSTYLE 0, other SETSTYLE " +
-                  std::to_string(BS_DEFPUSHBUTTON));
-}
-
 TEST(PlatformDialog, EnterPressesTheButtonWithTheMarkOrTheDefaultOne) {
     ProbeDialog dialog;
     const HWND field = dialog.Add("field", 10, WS_TABSTOP, EDIT);

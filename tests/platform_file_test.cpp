@@ -174,25 +174,6 @@ TEST(PlatformFile, AMoveReplacesAFileAndNothingElse) {
     EXPECT_EQ(ErrorOf(DeleteFileW(scratch.Of(TEXT("old")).c_str())), 0U);
 }
 
-TEST(PlatformFile, AttributesTellFilesFromFoldersAndFollowNoLink) {
-    const ScratchFolder scratch;
-    const WideText link = scratch.Of(TEXT("link"));
-    ASSERT_TRUE(CreateDirectoryW(scratch.Of(TEXT("folder")).c_str(), nullptr));
-    EXPECT_EQ(ErrorOf(CreateDirectoryW(scratch.Of(TEXT("folder")).c_str(), nullptr)), ERROR_ALREADY_EXISTS);
-    EXPECT_EQ(ErrorOf(CreateDirectoryW(scratch.Of(TEXT("a\\b")).c_str(), nullptr)), ERROR_PATH_NOT_FOUND);
-    EXPECT_EQ(GetFileAttributesW(scratch.Of(TEXT("folder")).c_str()), FILE_ATTRIBUTE_DIRECTORY);
-    EXPECT_EQ(GetFileAttributesW(link.c_str()), INVALID_FILE_ATTRIBUTES);
-    EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
-    WriteBytes(scratch.Of(TEXT("file")), "x");
-    EXPECT_EQ(GetFileAttributesW(scratch.Of(TEXT("file")).c_str()) & FILE_ATTRIBUTE_DIRECTORY, 0U);
-    // Not every machine lets a test make a link.
-    if (MakeLink(link, scratch.Of(TEXT("gone")))) {
-        EXPECT_NE(GetFileAttributesW(link.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT, 0U);
-        EXPECT_EQ(File(link, READ, ALL, OPEN_EXISTING).error, ERROR_FILE_NOT_FOUND);
-        EXPECT_EQ(File(link, WRITE, ALL, CREATE_NEW).error, ERROR_FILE_EXISTS);
-    }
-}
-
 TEST(PlatformFile, AClosedHandleIsNoHandle) {
     const ScratchFolder scratch;
     HANDLE closed = nullptr;

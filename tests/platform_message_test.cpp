@@ -4,14 +4,6 @@
 
 namespace {
 
-constexpr const char* MOUSE = "LBUTTONDOWN LBUTTONUP LBUTTONDBLCLK";
-
-int ticks = 0;
-
-void CALLBACK CountTick(HWND, UINT message, UINT_PTR, DWORD) {
-    ticks += message == WM_TIMER ? 1 : 0;
-}
-
 int WaitingTimerMessages(HWND window) {
     MSG message{};
     int count = 0;
@@ -66,68 +58,6 @@ TEST(PlatformMessage, ATimerCountsOnceHoweverLongNobodyLooked) {
     EXPECT_EQ(WaitingTimerMessages(main), 1);
 }
 
-TEST(PlatformMessage, ATimerWithoutAWindowCallsItsProcedure) {
-    ticks = 0;
-    const UINT_PTR first = SetTimer(nullptr, 0, 10, CountTick);
-    const UINT_PTR second = SetTimer(nullptr, 0, 60000, CountTick);
-    EXPECT_NE(first, second);
-    EXPECT_TRUE(PumpUntil([] { return ticks >= 3; }));
-    EXPECT_TRUE(KillTimer(nullptr, first));
-    EXPECT_TRUE(KillTimer(nullptr, second));
-    ticks = 0;
-    PumpFor(60);
-    EXPECT_EQ(ticks, 0);
-}
-
-TEST(PlatformMessage, ADestroyedWindowTakesItsMessagesAndTimersAlong) {
-    ProbeWindows probe;
-    const HWND main = probe.Make("main", WS_OVERLAPPEDWINDOW, {0, 0, 300, 300});
-    const HWND child = probe.Make("child", WS_CHILD, {0, 0, 10, 10}, main);
-    PostMessageW(child, WM_APP, 1, 0);
-    PostMessageW(main, WM_APP, 2, 0);
-    SetTimer(child, 1, 10, nullptr);
-    DestroyWindow(child);
-    Sleep(50);
-    MSG message{};
-    ASSERT_TRUE(PeekMessageW(&message, main, WM_APP, WM_APP, PM_NOREMOVE));
-    EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_APP, WM_APP, PM_REMOVE));
-    EXPECT_EQ(message.hwnd, main);
-    EXPECT_FALSE(PeekMessageW(&message, nullptr, WM_APP, WM_APP, PM_REMOVE));
-    EXPECT_FALSE(PeekMessageW(&message, nullptr, WM_TIMER, WM_TIMER, PM_REMOVE));
-}
-
-TEST(PlatformMessage, AClickReachesTheTopmostWindowThatTakesIt) {
-    struct Case {
-        const char* where;
-        LONG x;
-        const char* told;
-    };
-    ProbeWindows probe;
-    const HWND main = probe.MakeMain();
-    probe.Make("first", WS_CHILD | WS_VISIBLE, {0, 0, 50, 50}, main);
-    const HWND frame = probe.Make("frame", WS_CHILD | WS_VISIBLE, {60, 0, 300, 50}, main);
-    probe.Make("second", WS_CHILD | WS_VISIBLE, {20, 0, 120, 50}, main);
-    probe.Make("disabled", WS_CHILD | WS_VISIBLE | WS_DISABLED, {130, 0, 180, 50}, main);
-    probe.Make("hidden", WS_CHILD, {190, 0, 240, 50}, main);
-    probe.answers = [&](HWND window, UINT message, WPARAM, LRESULT& answer) {
-        answer = HTTRANSPARENT;
-        return message == WM_NCHITTEST && window == frame;
-    };
-    const Case cases[] = {
-        {"where two overlap", 30, "first LBUTTONDOWN 30,10, first LBUTTONUP 30,10"},
-        {"beneath a frame", 70, "second LBUTTONDOWN 50,10, second LBUTTONUP 50,10"},
-        {"on a disabled child", 140, "main LBUTTONDOWN 140,10, main LBUTTONUP 140,10"},
-        {"on a hidden child", 200, "main LBUTTONDOWN 200,10, main LBUTTONUP 200,10"},
-    };
-    for (const Case& one : cases) {
-        SCOPED_TRACE(one.where);
-        probe.log.clear();
-        ClickAt(main, one.x, 10);
-        PumpFor(80);
-        EXPECT_EQ(probe.Take(MOUSE), one.told);
-    }
-}
-
 TEST(PlatformMessage, AClickActivatesAWindowUnlessItIsDisabled) {
     ProbeWindows probe;
     const HWND main = probe.MakeMain();
@@ -148,23 +78,6 @@ TEST(PlatformMessage, AClickActivatesAWindowUnlessItIsDisabled) {
     SetActiveWindow(box);
     DestroyWindow(box);
     EXPECT_EQ(GetActiveWindow(), main);
-}
-
-TEST(PlatformMessage, ACapturedMouseAndASecondClickAreToldToTheirWindow) {
-    ProbeWindows probe(CS_DBLCLKS);
-    const HWND main = probe.MakeMain();
-    const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {10, 10, 100, 100}, main);
-    probe.log.clear();
-    SetCapture(child);
-    ClickAt(main, 110, 110);
-    PumpFor(80);
-    EXPECT_EQ(probe.Take(MOUSE), "child LBUTTONDOWN 100,100, child LBUTTONUP 100,100");
-    ReleaseCapture();
-    ClickAt(main, 20, 20);
-    ClickAt(main, 20, 20);
-    PumpFor(80);
-    EXPECT_EQ(probe.Take(MOUSE),
-              "child LBUTTONDOWN 10,10, child LBUTTONUP 10,10, child LBUTTONDBLCLK, child LBUTTONUP 10,10");
 }
 
 TEST(PlatformMessage, KeysBecomeCharactersOfTheWindowWithTheFocus) {
@@ -210,41 +123,4 @@ TEST(PlatformMessage, KeysBecomeCharactersOfTheWindowWithTheFocus) {
         PumpFor(80);
         EXPECT_EQ(probe.Take("KEYDOWN KEYUP CHAR SYSKEYDOWN"), one.told);
     }
-}
-
-TEST(PlatformMessage, PaintingIsDueUntilItHasBeenDone) {
-    ProbeWindows probe;
-    const HWND main = probe.MakeMain(WS_CLIPCHILDREN);
-    const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 50, 50}, main);
-    const HWND hidden = probe.Make("hidden", WS_CHILD, {60, 0, 90, 50}, main);
-    PumpFor(100);
-    struct Case {
-        const char* call;
-        std::function<void()> damage;
-        const char* told;
-    };
-    const Case cases[] = {
-        {"parent alone", [&] { InvalidateRect(main, nullptr, TRUE); }, "main PAINT, main ERASEBKGND"},
-        {"without erasing", [&] { InvalidateRect(child, nullptr, FALSE); }, "child PAINT"},
-        {"hidden", [&] { InvalidateRect(hidden, nullptr, TRUE); }, ""},
-        {"with children",
-         [&] { RedrawWindow(main, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN); },
-         "main PAINT, main ERASEBKGND, child PAINT, child ERASEBKGND"},
-        {"taken back",
-         [&] {
-             InvalidateRect(child, nullptr, TRUE);
-             ValidateRect(child, nullptr);
-         },
-         ""},
-    };
-    for (const Case& one : cases) {
-        SCOPED_TRACE(one.call);
-        probe.log.clear();
-        one.damage();
-        PumpFor(60);
-        EXPECT_EQ(probe.Take("PAINT ERASEBKGND"), one.told);
-    }
-    InvalidateRect(child, nullptr, FALSE);
-    UpdateWindow(child);
-    EXPECT_EQ(probe.Take("PAINT"), "child PAINT");
 }

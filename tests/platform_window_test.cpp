@@ -168,23 +168,3 @@ TEST(PlatformWindow, FocusLeavesWhatIsDisabledOrHidden) {
               "child POSCHANGED, child KILLFOCUS, main SETFOCUS");
     EXPECT_EQ(GetFocus(), main);
 }
-
-TEST(PlatformWindow, ActivationPassesBetweenAnOwnerAndItsWindow) {
-    ProbeWindows probe;
-    const HWND main = probe.MakeMain();
-    const HWND owned = probe.Make("owned", WS_OVERLAPPEDWINDOW, {700, 100, 900, 300}, main);
-    EXPECT_EQ(GetWindow(owned, GW_OWNER), main);
-    EXPECT_EQ(GetParent(owned), nullptr);
-    probe.log.clear();
-    ShowWindow(owned, SW_SHOW);
-    EXPECT_EQ(probe.Take("ACTIVATE KILLFOCUS SETFOCUS"),
-              "main ACTIVATE 0, owned ACTIVATE 1, main KILLFOCUS, owned SETFOCUS");
-    SetForegroundWindow(main);
-    EXPECT_EQ(GetTopWindow(nullptr), owned);
-    SetForegroundWindow(owned);
-    probe.log.clear();
-    ShowWindow(owned, SW_HIDE);
-    EXPECT_EQ(probe.Take("ACTIVATE KILLFOCUS SETFOCUS"),
-              "owned ACTIVATE 0, main ACTIVATE 1, owned KILLFOCUS, main SETFOCUS");
-    EXPECT_EQ(GetActiveWindow(), main);
-}

@@ -2,11 +2,7 @@
 #include <sys/resource.h>
 
 #include <algorithm>
-#include <atomic>
 #include <csignal>
-#include <fstream>
-#include <iterator>
-#include <thread>
 
 #include "cases.h"
 #include "config/config_file.h"
@@ -102,34 +98,6 @@ TEST(ConfigFileFaults, PassOverTemporaryNamesThatAreTaken) {
     const std::vector<std::string> calls = host::Trace();
     EXPECT_EQ(std::count(calls.begin(), calls.end(), "CreateFileW"), 100);
     EXPECT_EQ(ReadBytes(path), ComposeConfigText({}));
-}
-
-// Somebody who looks all the time sees one whole file or the other.
-TEST(ConfigFileFaults, NeverShowAPartOfAFile) {
-    const ScratchFolder folder;
-    const WideText path = folder.Of(TEXT("a.config"));
-    VmConfig longer;
-    longer.kernel.assign(1000000, WCHAR{'k'});
-    WriteConfigFile(path, longer);
-    const std::filesystem::path native = NativePath(path);
-    const std::string texts[] = {ComposeConfigText({}), ComposeConfigText(longer)};
-    std::atomic<bool> saves{true};
-    unsigned looks = 0;
-    unsigned parts = 0;
-    std::thread watcher([&] {
-        while (saves) {
-            std::ifstream file(native, std::ios::binary);
-            const std::string seen{std::istreambuf_iterator<char>(file), {}};
-            ++looks;
-            parts += seen != texts[0] && seen != texts[1] ? 1 : 0;
-        }
-    });
-    for (unsigned save = 0; save < 40; ++save)
-        WriteConfigFile(path, save % 2 == 0 ? VmConfig{} : longer);
-    saves = false;
-    watcher.join();
-    EXPECT_GT(looks, 0U);
-    EXPECT_EQ(parts, 0U);
 }
 
 }  // namespace
