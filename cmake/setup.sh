@@ -50,6 +50,7 @@ stop_display() {
 
 # start_wine: the Windows prefix, with a server that stays between two programs.
 start_wine() {
+    export LC_ALL=C.UTF-8
     cmake/wine-run cmd /c exit
     WINEPREFIX=$PWD/build/wine wineserver -k || true
     WINEPREFIX=$PWD/build/wine wineserver -p
