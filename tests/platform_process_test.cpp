@@ -121,10 +121,13 @@ TEST(PlatformProcess, ARunningChildIsSeenRunningAndKeepsItsFile) {
     EXPECT_EQ(code, STILL_ACTIVE);
     EXPECT_FALSE(DeleteFileW(out.c_str()));
     EXPECT_EQ(GetLastError(), ERROR_SHARING_VIOLATION);
+    // One that is ended while it is still starting can leave others behind that hold its file.
+    for (int wait = 0; wait < 500 && ReadBytes(out).empty(); ++wait)
+        Sleep(20);
     EXPECT_TRUE(TerminateProcess(child.process.hProcess, 1234));
     EXPECT_EQ(ExitCode(child), 1234U);
     // A process can be seen to have ended a moment before its files are closed.
-    for (int wait = 0; wait < 100 && DeleteFileW(out.c_str()) == FALSE; ++wait)
+    for (int wait = 0; wait < 500 && DeleteFileW(out.c_str()) == FALSE; ++wait)
         Sleep(20);
     EXPECT_FALSE(Exists(out));
 }

@@ -1,5 +1,5 @@
 // A child for the tests of processes: child.exe report [ARG ...] tells what it was started with, child.exe
-// exit CODE ends with the code, child.exe sleep goes on for a minute.
+// exit CODE ends with the code, child.exe sleep says so and goes on for a minute.
 #include <string>
 #include <string_view>
 
@@ -44,6 +44,7 @@ extern "C" int wmain(int argc, WCHAR** argv) {
         ExitProcess(static_cast<UINT>(std::stoul(std::string(argv[2], argv[2] + WideView(argv[2]).size()))));
     }
     if (task == TEXT("sleep")) {
+        Print(GetStdHandle(STD_OUTPUT_HANDLE), "asleep\n");
         Sleep(60000);
     }
     if (task == TEXT("report")) {
