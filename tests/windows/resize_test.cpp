@@ -1,0 +1,49 @@
+// Dragging a window's corner is the platform's own work; the layer knows only the sizes that come of it.
+#include <gtest/gtest.h>
+
+#include "form/form_ids.h"
+#include "launcher_run.h"
+
+namespace {
+
+void SendMouse(DWORD flags) {
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flags;
+    SendInput(1, &input, sizeof input);
+}
+
+// Drags the lower right corner by so many pixels; gives the window's size behind it.
+SIZE DragCorner(int dx, int dy) {
+    const HWND window = user::MainWindow();
+    RECT place{};
+    user::Do([&] {
+        GetWindowRect(window, &place);
+        SetCursorPos(place.right - 2, place.bottom - 2);
+        SendMouse(MOUSEEVENTF_LEFTDOWN);
+    });
+    for (int step = 1; step <= 4; ++step) {
+        user::Pause(30);
+        user::Do([&] { SetCursorPos(place.right - 2 + dx * step / 4, place.bottom - 2 + dy * step / 4); });
+    }
+    user::Do([] { SendMouse(MOUSEEVENTF_LEFTUP); });
+    user::Pause(100);
+    user::Do([&] { GetWindowRect(window, &place); });
+    return {place.right - place.left, place.bottom - place.top};
+}
+
+TEST(Resize, StopsAtTheFirstSizeUnderTheMouse) {
+    LauncherRun run;
+    run.Run([&] {
+        RECT first{};
+        user::Do([&] { GetWindowRect(run.launcher.main_window, &first); });
+        const SIZE larger = DragCorner(120, 60);
+        EXPECT_EQ(larger.cx, first.right - first.left + 120);
+        EXPECT_EQ(larger.cy, first.bottom - first.top + 60);
+        const SIZE smallest = DragCorner(-400, -300);
+        EXPECT_EQ(smallest.cx, first.right - first.left);
+        EXPECT_EQ(smallest.cy, first.bottom - first.top);
+    });
+}
+
+}  // namespace
