@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "cases.h"
 
 namespace {
@@ -51,6 +53,18 @@ TEST(ValidateConfig, HoldsEveryTextToOneLine) {
             EXPECT_EQ(Refusal(config), unit == '\r' || unit == '\n' || unit == 0 ? ONE_LINE : "")
                 << "unit " << int{unit} << " in record " << &config - configs;
     }
+}
+
+TEST(VmConfig, LeavesNoTextBehindWhenItIsMoved) {
+    VmConfig source;
+    // As short as a text can be, which a move could as well copy.
+    source.kernel = source.command = source.dump = source.ide[0] = source.ide[3] = TEXT("a");
+    source.modules = {{TEXT("m"), {}}};
+    VmConfig target;
+    target = VmConfig(std::move(source));
+    EXPECT_TRUE(target.ide[3] == TEXT("a") && target.modules.size() == 1 && source.modules.empty());
+    for (const WideText& text : {source.kernel, source.command, source.dump, source.ide[0], source.ide[3]})
+        EXPECT_TRUE(text.empty());
 }
 
 TEST(ValidateConfig, TellsTheFirstRuleThatIsBroken) {
