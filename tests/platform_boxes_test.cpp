@@ -75,35 +75,6 @@ protected:
     UINT_PTR timer;
 };
 
-TEST_F(PlatformBoxes, AMessageBoxGivesTheButtonThatAnsweredIt) {
-    struct Case {
-        const char* name;
-        UINT flags;
-        Step step;
-        int answer;
-    };
-    const UINT question = MB_YESNOCANCEL | MB_ICONQUESTION;
-    // clang-format off
-    const Case cases[] = {
-        {"OK", MB_ICONERROR, Command(IDOK), IDOK},
-        {"yes", question, Command(IDYES), IDYES},
-        {"cancel", question, Command(IDCANCEL), IDCANCEL},
-        {"closed", question, [](HWND box) { PostMessageW(box, WM_CLOSE, 0, 0); }, IDCANCEL},
-        {"no button of it", question, [](HWND box) { Command(99)(box); Command(IDNO)(box); }, IDNO},
-        {"clicked", question, [](HWND box) { ClickAt(GetDlgItem(box, IDNO), 5, 5); }, IDNO},
-        {"Escape", question, [](HWND) { PressKey(VK_ESCAPE); }, IDCANCEL},
-        {"Enter", question, [](HWND) { PressKey(VK_RETURN); }, IDYES},
-        {"Tab and Enter", question, [](HWND) { PressKey(VK_TAB); PressKey(VK_RETURN); }, IDNO},
-        {"Right and Enter", question, [](HWND) { PressKey(VK_RIGHT); PressKey(VK_RETURN); }, IDNO},
-    };
-    // clang-format on
-    for (const Case& given : cases) {
-        SCOPED_TRACE(given.name);
-        answers.steps = {given.step};
-        EXPECT_EQ(MessageBoxW(owner, TEXT("text"), TEXT("title"), given.flags), given.answer);
-    }
-}
-
 TEST_F(PlatformBoxes, TheOwnerWaitsDisabledWhileTimersGoOn) {
     const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 50, 50}, owner);
     SetTimer(owner, 1, 20, nullptr);

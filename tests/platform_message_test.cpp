@@ -58,28 +58,6 @@ TEST(PlatformMessage, ATimerCountsOnceHoweverLongNobodyLooked) {
     EXPECT_EQ(WaitingTimerMessages(main), 1);
 }
 
-TEST(PlatformMessage, AClickActivatesAWindowUnlessItIsDisabled) {
-    ProbeWindows probe;
-    const HWND main = probe.MakeMain();
-    const HWND box = probe.Make("box", WS_POPUP | WS_CAPTION, {750, 100, 950, 200}, main);
-    EnableWindow(main, FALSE);
-    ShowWindow(box, SW_SHOW);
-    PumpFor(150);
-    probe.log.clear();
-    ClickAt(main, 20, 20);
-    PumpFor(100);
-    EXPECT_EQ(probe.Take("ACTIVATE LBUTTONDOWN LBUTTONUP"), "");
-    EXPECT_EQ(GetActiveWindow(), box);
-    EnableWindow(main, TRUE);
-    ClickAt(main, 20, 20);
-    PumpFor(100);
-    EXPECT_EQ(probe.Take("ACTIVATE LBUTTONDOWN LBUTTONUP"),
-              "box ACTIVATE 0, main ACTIVATE 2, main LBUTTONDOWN 20,20, main LBUTTONUP 20,20");
-    SetActiveWindow(box);
-    DestroyWindow(box);
-    EXPECT_EQ(GetActiveWindow(), main);
-}
-
 TEST(PlatformMessage, KeysBecomeCharactersOfTheWindowWithTheFocus) {
     struct Case {
         const char* keys;

@@ -9,12 +9,6 @@ constexpr const char* LIFE =
     "DESTROY "
     "NCDESTROY";
 
-SIZE ClientSize(HWND window) {
-    RECT client{};
-    GetClientRect(window, &client);
-    return {client.right, client.bottom};
-}
-
 RECT PlaceIn(HWND parent, HWND child) {
     RECT place{};
     GetWindowRect(child, &place);
@@ -91,43 +85,6 @@ TEST(PlatformWindow, DestructionTellsOwnedWindowsFirstAndParentsAheadOfTheirChil
               "main CLOSE, owned DESTROY, owned NCDESTROY, main DESTROY, child DESTROY, inner DESTROY, inner "
               "NCDESTROY, child NCDESTROY, main NCDESTROY");
     EXPECT_FALSE(IsWindow(owned));
-}
-
-TEST(PlatformWindow, AnAdjustedRectangleGivesTheWantedClientArea) {
-    struct Case {
-        DWORD style;
-        DWORD extended_style;
-    };
-    ProbeWindows probe;
-    for (const Case& one :
-         {Case{WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0}, Case{WS_OVERLAPPEDWINDOW, WS_EX_TOOLWINDOW},
-          Case{WS_POPUP | WS_CAPTION | WS_SYSMENU, WS_EX_DLGMODALFRAME},
-          Case{WS_POPUP | WS_BORDER, WS_EX_CLIENTEDGE}, Case{WS_POPUP, 0}}) {
-        SCOPED_TRACE(one.style);
-        RECT outer{0, 0, 920, 676};
-        ASSERT_TRUE(AdjustWindowRectEx(&outer, one.style, FALSE, one.extended_style));
-        const SIZE client =
-            ClientSize(probe.Make("window", one.style, outer, nullptr, 0, one.extended_style));
-        EXPECT_EQ(client.cx, 920);
-        EXPECT_EQ(client.cy, 676);
-    }
-}
-
-TEST(PlatformWindow, SizesStayWithinWhatTheWindowAnswersAndComeBackAfterMinimising) {
-    ProbeWindows probe;
-    const HWND main = probe.MakeMain();
-    SetWindowPos(main, nullptr, 0, 0, 5, 5, SWP_NOMOVE | SWP_NOZORDER);
-    EXPECT_EQ(probe.Take("GETMINMAXINFO SIZE MOVE"), "main GETMINMAXINFO, main SIZE 104x0");
-    MoveWindow(main, 100, 100, 600, 400, TRUE);
-    EXPECT_EQ(probe.Take("SIZE MOVE"), "main SIZE 592x373");
-    MoveWindow(main, 100, 100, 600, 400, TRUE);
-    EXPECT_EQ(probe.Take("SIZE MOVE"), "");
-    ShowWindow(main, SW_MINIMIZE);
-    EXPECT_TRUE(IsIconic(main));
-    EXPECT_EQ(ClientSize(main).cx, 0);
-    EXPECT_EQ(probe.Take("SIZE"), "main SIZE 0x0");
-    ShowWindow(main, SW_RESTORE);
-    EXPECT_EQ(probe.Take("SIZE"), "main SIZE 592x373");
 }
 
 TEST(PlatformWindow, DeferredMovesHappenAtTheEnd) {
