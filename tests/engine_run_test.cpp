@@ -47,7 +47,7 @@ TEST(EngineRun, VerifiesAndThenRunsAConfigurationToItsEnd) {
     });
     EXPECT_EQ(exit_code, 0);
     const std::string log = run.Log();
-    EXPECT_TRUE(Contains(log, "--ram\n256\n") || Contains(log, "--ram\r\n256\r\n")) << log;
+    EXPECT_TRUE(Contains(log, "--ram\n256\n")) << log;
     EXPECT_TRUE(Contains(log, "demo.duree=600 mode=\"é\"")) << log;
     EXPECT_FALSE(Contains(log, "--dry-run")) << "each launch starts a new log";
     EXPECT_TRUE(Contains(log, Narrow(run.folder.path)))

@@ -1,5 +1,6 @@
 #include "form/file_picker.h"
 
+#include <algorithm>
 #include <array>
 #include <stdexcept>
 #include <vector>
@@ -54,14 +55,14 @@ WideText PickFile(Launcher& launcher, bool save, const WCHAR* filter, const WCHA
 }
 
 void BrowseForField(Launcher& launcher, UINT button_id) {
-    for (const Browse& browse : BROWSES) {
-        if (browse.button_id != button_id)
-            continue;
-        const int field_id = static_cast<int>(browse.field_id);
-        const WideText first_file = GetControlText(GetDlgItem(launcher.main_window, field_id));
-        const WideText chosen =
-            PickFile(launcher, browse.save, browse.filter, browse.default_extension, first_file);
-        if (!chosen.empty())
-            SetDlgItemTextW(launcher.main_window, field_id, chosen.c_str());
-    }
+    const auto browse = std::find_if(BROWSES.begin(), BROWSES.end(),
+                                     [&](const Browse& row) { return row.button_id == button_id; });
+    if (browse == BROWSES.end())
+        return;
+    const int field_id = static_cast<int>(browse->field_id);
+    const WideText first_file = GetControlText(GetDlgItem(launcher.main_window, field_id));
+    const WideText chosen =
+        PickFile(launcher, browse->save, browse->filter, browse->default_extension, first_file);
+    if (!chosen.empty())
+        SetDlgItemTextW(launcher.main_window, field_id, chosen.c_str());
 }

@@ -202,10 +202,6 @@ BOOL WINAPI SetForegroundWindow(HWND handle) {
     return TRUE;
 }
 
-HWND WINAPI GetForegroundWindow() {
-    return host::State().active;
-}
-
 BOOL WINAPI EnableWindow(HWND handle, BOOL enable) {
     const WindowPointer window = FindWindowState(handle);
     if (window == nullptr) {

@@ -19,7 +19,6 @@ namespace {
 using Status = struct stat;
 
 constexpr mode_t NEW_FILE_MODE = 0666;
-constexpr mode_t NEW_FOLDER_MODE = 0777;
 constexpr mode_t ANY_WRITE_BIT = 0222;
 
 // What a call of CreateFileW comes down to.
@@ -471,35 +470,4 @@ BOOL WINAPI DeleteFileW(LPCWSTR path) {
         return host::Fail(ERROR_SHARING_VIOLATION);
     }
     return unlink(native.c_str()) == 0 ? TRUE : host::Fail(host::ErrorOf(errno, native));
-}
-
-BOOL WINAPI CreateDirectoryW(LPCWSTR path, LPSECURITY_ATTRIBUTES security) {
-    if (host::CallFails("CreateDirectoryW")) {
-        return FALSE;
-    }
-    if (security != nullptr && security->lpSecurityDescriptor != nullptr) {
-        host::NotImplemented("CreateDirectoryW", "a security descriptor");
-    }
-    std::string native;
-    if (!host::FindNative(path, native)) {
-        return FALSE;
-    }
-    if (mkdir(native.c_str(), NEW_FOLDER_MODE) == 0) {
-        return TRUE;
-    }
-    const DWORD error = errno == ENOENT ? ERROR_PATH_NOT_FOUND : host::ErrorOf(errno, native);
-    return host::Fail(error == ERROR_FILE_EXISTS ? ERROR_ALREADY_EXISTS : error);
-}
-
-DWORD WINAPI GetFileAttributesW(LPCWSTR path) {
-    std::string native;
-    Status status = {};
-    if (host::CallFails("GetFileAttributesW") || !host::FindNative(path, native)) {
-        return INVALID_FILE_ATTRIBUTES;
-    }
-    if (lstat(native.c_str(), &status) != 0) {
-        host::Fail(host::ErrorOf(errno, native));
-        return INVALID_FILE_ATTRIBUTES;
-    }
-    return Attributes(status);
 }

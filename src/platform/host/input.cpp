@@ -332,10 +332,6 @@ SHORT WINAPI GetKeyState(int key) {
     return host::KeyState(host::State().down_in_messages, key);
 }
 
-SHORT WINAPI GetAsyncKeyState(int key) {
-    return host::KeyState(host::State().down_now, key);
-}
-
 BOOL WINAPI SetCursorPos(int x, int y) {
     host::Input& state = host::State();
     state.cursor = {std::clamp(x, 0, host::SCREEN_WIDTH - 1), std::clamp(y, 0, host::SCREEN_HEIGHT - 1)};
@@ -345,10 +341,5 @@ BOOL WINAPI SetCursorPos(int x, int y) {
         waiting.pop_back();
     }
     waiting.push_back({false, WM_MOUSEMOVE, state.cursor, 0, 0, false, false});
-    return TRUE;
-}
-
-BOOL WINAPI GetCursorPos(LPPOINT point) {
-    *point = host::CursorPosition();
     return TRUE;
 }

@@ -192,8 +192,6 @@ BOOL WINAPI CloseHandle(HANDLE handle);
 // Within one file system only.
 BOOL WINAPI MoveFileExW(LPCWSTR from, LPCWSTR to, DWORD flags);
 BOOL WINAPI DeleteFileW(LPCWSTR path);
-BOOL WINAPI CreateDirectoryW(LPCWSTR path, LPSECURITY_ATTRIBUTES security);
-DWORD WINAPI GetFileAttributesW(LPCWSTR path);
 // The process's own three streams. Their handles are not counted as open and do not close.
 HANDLE WINAPI GetStdHandle(DWORD which);
 

@@ -140,28 +140,8 @@ BOOL WINAPI InvalidateRect(HWND window, const RECT* rectangle, BOOL erase) {
     return RedrawWindow(window, rectangle, nullptr, RDW_INVALIDATE | (erase != FALSE ? RDW_ERASE : 0));
 }
 
-BOOL WINAPI ValidateRect(HWND window, const RECT* rectangle) {
-    if (window == nullptr || rectangle != nullptr) {
-        host::NotImplemented("ValidateRect", "anything but one whole window");
-    }
-    return RedrawWindow(window, nullptr, nullptr, RDW_VALIDATE | RDW_NOCHILDREN);
-}
-
 BOOL WINAPI UpdateWindow(HWND window) {
     return RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW);
-}
-
-BOOL WINAPI GetUpdateRect(HWND handle, LPRECT rectangle, BOOL) {
-    const WindowPointer window = FindWindowState(handle);
-    RECT found{};
-    const bool due = window != nullptr && window->damaged && IsWindowVisible(handle) != FALSE;
-    if (due) {
-        GetClientRect(handle, &found);
-    }
-    if (rectangle != nullptr) {
-        *rectangle = found;
-    }
-    return due ? TRUE : FALSE;
 }
 
 HDC WINAPI BeginPaint(HWND handle, PAINTSTRUCT* paint) {
@@ -239,12 +219,4 @@ HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name) {
         host::NotImplemented("LoadCursorW", "cursors of the program's own");
     }
     return reinterpret_cast<HCURSOR>(host::CURSORS + reinterpret_cast<std::uintptr_t>(name));
-}
-
-HCURSOR WINAPI SetCursor(HCURSOR) {
-    return nullptr;
-}
-
-BOOL WINAPI MessageBeep(UINT) {
-    return TRUE;
 }

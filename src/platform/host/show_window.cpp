@@ -163,13 +163,3 @@ BOOL WINAPI IsWindowVisible(HWND handle) {
     }
     return FALSE;
 }
-
-BOOL WINAPI IsIconic(HWND handle) {
-    const WindowPointer window = FindWindowState(handle);
-    return window != nullptr && (window->style & WS_MINIMIZE) != 0 ? TRUE : FALSE;
-}
-
-BOOL WINAPI IsZoomed(HWND handle) {
-    const WindowPointer window = FindWindowState(handle);
-    return window != nullptr && (window->style & WS_MAXIMIZE) != 0 ? TRUE : FALSE;
-}

@@ -260,11 +260,6 @@ constexpr UINT RDW_ERASENOW = 0x0200;
 constexpr UINT RDW_FRAME = 0x0400;
 constexpr UINT RDW_NOFRAME = 0x0800;
 
-constexpr UINT CWP_ALL = 0x0000;
-constexpr UINT CWP_SKIPINVISIBLE = 0x0001;
-constexpr UINT CWP_SKIPDISABLED = 0x0002;
-constexpr UINT CWP_SKIPTRANSPARENT = 0x0004;
-
 // --- messages ---
 
 constexpr UINT WM_NULL = 0x0000;
@@ -685,7 +680,6 @@ LRESULT WINAPI CallWindowProcW(WNDPROC procedure, HWND window, UINT message, WPA
 BOOL WINAPI IsWindow(HWND window);
 LONG_PTR WINAPI GetWindowLongPtrW(HWND window, int index);
 LONG_PTR WINAPI SetWindowLongPtrW(HWND window, int index, LONG_PTR value);
-ULONG_PTR WINAPI GetClassLongPtrW(HWND window, int index);
 int WINAPI GetClassNameW(HWND window, LPWSTR name, int capacity);
 DWORD WINAPI GetWindowThreadProcessId(HWND window, LPDWORD process);
 DWORD WINAPI GetCurrentThreadId();
@@ -695,17 +689,14 @@ DWORD WINAPI GetCurrentThreadId();
 HWND WINAPI GetParent(HWND window);
 HWND WINAPI GetAncestor(HWND window, UINT kind);
 HWND WINAPI GetWindow(HWND window, UINT relation);
-HWND WINAPI GetTopWindow(HWND window);
 HWND WINAPI GetDesktopWindow();
 HWND WINAPI GetLastActivePopup(HWND window);
 BOOL WINAPI IsChild(HWND parent, HWND window);
 BOOL WINAPI EnumWindows(WNDENUMPROC procedure, LPARAM parameter);
 BOOL WINAPI EnumThreadWindows(DWORD thread, WNDENUMPROC procedure, LPARAM parameter);
-BOOL WINAPI EnumChildWindows(HWND parent, WNDENUMPROC procedure, LPARAM parameter);
 HWND WINAPI FindWindowW(LPCWSTR class_name, LPCWSTR title);
 HWND WINAPI FindWindowExW(HWND parent, HWND after, LPCWSTR class_name, LPCWSTR title);
 HWND WINAPI WindowFromPoint(POINT point);
-HWND WINAPI ChildWindowFromPointEx(HWND parent, POINT point, UINT flags);
 
 // --- text and dialog items ---
 
@@ -723,14 +714,11 @@ HWND WINAPI GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous);
 HWND WINAPI GetNextDlgGroupItem(HWND dialog, HWND control, BOOL previous);
 BOOL WINAPI IsDialogMessageW(HWND dialog, LPMSG message);
 int WINAPI MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR title, UINT flags);
-BOOL WINAPI MessageBeep(UINT kind);
 
 // --- showing, enabling, focus ---
 
 BOOL WINAPI ShowWindow(HWND window, int command);
 BOOL WINAPI IsWindowVisible(HWND window);
-BOOL WINAPI IsIconic(HWND window);
-BOOL WINAPI IsZoomed(HWND window);
 BOOL WINAPI EnableWindow(HWND window, BOOL enable);
 BOOL WINAPI IsWindowEnabled(HWND window);
 HWND WINAPI SetFocus(HWND window);
@@ -738,8 +726,6 @@ HWND WINAPI GetFocus();
 HWND WINAPI SetActiveWindow(HWND window);
 HWND WINAPI GetActiveWindow();
 BOOL WINAPI SetForegroundWindow(HWND window);
-HWND WINAPI GetForegroundWindow();
-BOOL WINAPI BringWindowToTop(HWND window);
 
 // --- geometry ---
 
@@ -755,18 +741,14 @@ BOOL WINAPI ClientToScreen(HWND window, LPPOINT point);
 BOOL WINAPI ScreenToClient(HWND window, LPPOINT point);
 int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count);
 BOOL WINAPI AdjustWindowRectEx(LPRECT rectangle, DWORD style, BOOL menu, DWORD extended_style);
-BOOL WINAPI SetRect(LPRECT rectangle, int left, int top, int right, int bottom);
 BOOL WINAPI PtInRect(const RECT* rectangle, POINT point);
-BOOL WINAPI IsRectEmpty(const RECT* rectangle);
 int WINAPI GetSystemMetrics(int index);
 
 // --- painting ---
 
 BOOL WINAPI InvalidateRect(HWND window, const RECT* rectangle, BOOL erase);
-BOOL WINAPI ValidateRect(HWND window, const RECT* rectangle);
 BOOL WINAPI RedrawWindow(HWND window, const RECT* rectangle, HRGN region, UINT flags);
 BOOL WINAPI UpdateWindow(HWND window);
-BOOL WINAPI GetUpdateRect(HWND window, LPRECT rectangle, BOOL erase);
 HDC WINAPI BeginPaint(HWND window, PAINTSTRUCT* paint);
 BOOL WINAPI EndPaint(HWND window, const PAINTSTRUCT* paint);
 HDC WINAPI GetDC(HWND window);
@@ -776,7 +758,6 @@ HGDIOBJ WINAPI GetStockObject(int object);
 HBRUSH WINAPI GetSysColorBrush(int index);
 COLORREF WINAPI GetSysColor(int index);
 HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name);
-HCURSOR WINAPI SetCursor(HCURSOR cursor);
 
 // --- messages and timers ---
 
@@ -794,11 +775,9 @@ BOOL WINAPI KillTimer(HWND window, UINT_PTR id);
 
 UINT WINAPI SendInput(UINT count, INPUT* inputs, int input_bytes);
 SHORT WINAPI GetKeyState(int key);
-SHORT WINAPI GetAsyncKeyState(int key);
 HWND WINAPI SetCapture(HWND window);
 BOOL WINAPI ReleaseCapture();
 HWND WINAPI GetCapture();
 BOOL WINAPI SetCursorPos(int x, int y);
-BOOL WINAPI GetCursorPos(LPPOINT point);
 
 // NOLINTEND(bugprone-reserved-identifier)

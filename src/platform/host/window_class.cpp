@@ -117,17 +117,3 @@ int WINAPI GetClassNameW(HWND window, LPWSTR name, int capacity) {
     name[length] = 0;
     return static_cast<int>(length);
 }
-
-ULONG_PTR WINAPI GetClassLongPtrW(HWND window, int index) {
-    const host::WindowPointer found = FindWindowState(window);
-    if (found == nullptr) {
-        return 0;
-    }
-    if (index == GCLP_HBRBACKGROUND) {
-        return reinterpret_cast<ULONG_PTR>(found->window_class->background);
-    }
-    if (index == GCLP_WNDPROC) {
-        return reinterpret_cast<ULONG_PTR>(found->window_class->procedure);
-    }
-    host::NotImplemented("GetClassLongPtrW", "this index");
-}

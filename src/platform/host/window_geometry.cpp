@@ -156,17 +156,8 @@ BOOL WINAPI AdjustWindowRectEx(LPRECT rectangle, DWORD style, BOOL menu, DWORD e
     return TRUE;
 }
 
-BOOL WINAPI SetRect(LPRECT rectangle, int left, int top, int right, int bottom) {
-    *rectangle = {left, top, right, bottom};
-    return TRUE;
-}
-
 BOOL WINAPI PtInRect(const RECT* rectangle, POINT point) {
     return host::Contains(*rectangle, point) ? TRUE : FALSE;
-}
-
-BOOL WINAPI IsRectEmpty(const RECT* rectangle) {
-    return rectangle->left >= rectangle->right || rectangle->top >= rectangle->bottom ? TRUE : FALSE;
 }
 
 int WINAPI GetSystemMetrics(int index) {

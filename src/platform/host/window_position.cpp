@@ -192,10 +192,6 @@ BOOL WINAPI MoveWindow(HWND window, int x, int y, int width, int height, BOOL re
     return SetWindowPos(window, nullptr, x, y, width, height, flags);
 }
 
-BOOL WINAPI BringWindowToTop(HWND window) {
-    return SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
-}
-
 HDWP WINAPI BeginDeferWindowPos(int count) {
     if (host::WindowCallFails("BeginDeferWindowPos")) {
         return nullptr;

@@ -59,25 +59,6 @@ bool Matches(const Window& window, LPCWSTR class_name, LPCWSTR title) {
            (title == nullptr || window.text == title);
 }
 
-bool Skipped(const Window& window, UINT flags) {
-    return ((flags & CWP_SKIPINVISIBLE) != 0 && (window.style & WS_VISIBLE) == 0) ||
-           ((flags & CWP_SKIPDISABLED) != 0 && (window.style & WS_DISABLED) != 0) ||
-           ((flags & CWP_SKIPTRANSPARENT) != 0 && (window.extended_style & WS_EX_TRANSPARENT) != 0);
-}
-
-// False as soon as the procedure has had enough.
-bool VisitDescendants(HWND parent, WNDENUMPROC procedure, LPARAM parameter) {
-    const WindowPointer window = FindWindowState(parent);
-    const std::vector<HWND> children = window == nullptr ? std::vector<HWND>{} : window->children;
-    for (const HWND child : children) {
-        if (IsWindow(child) &&
-            (procedure(child, parameter) == FALSE || !VisitDescendants(child, procedure, parameter))) {
-            return false;
-        }
-    }
-    return true;
-}
-
 }  // namespace
 
 HWND HitWindow(POINT point, LRESULT& part) {
@@ -150,13 +131,6 @@ HWND WINAPI GetWindow(HWND handle, UINT relation) {
     }
 }
 
-HWND WINAPI GetTopWindow(HWND handle) {
-    if (handle != nullptr) {
-        return GetWindow(handle, GW_CHILD);
-    }
-    return host::TopLevelWindows().empty() ? nullptr : host::TopLevelWindows().front();
-}
-
 HWND WINAPI GetDesktopWindow() {
     return host::DESKTOP;
 }
@@ -203,11 +177,6 @@ BOOL WINAPI EnumThreadWindows(DWORD thread, WNDENUMPROC procedure, LPARAM parame
     return TRUE;
 }
 
-BOOL WINAPI EnumChildWindows(HWND parent, WNDENUMPROC procedure, LPARAM parameter) {
-    return parent == nullptr ? EnumWindows(procedure, parameter)
-                             : host::VisitDescendants(parent, procedure, parameter);
-}
-
 HWND WINAPI FindWindowW(LPCWSTR class_name, LPCWSTR title) {
     return FindWindowExW(nullptr, nullptr, class_name, title);
 }
@@ -232,19 +201,4 @@ HWND WINAPI FindWindowExW(HWND parent, HWND after, LPCWSTR class_name, LPCWSTR t
 HWND WINAPI WindowFromPoint(POINT point) {
     LRESULT part = HTNOWHERE;
     return host::HitWindow(point, part);
-}
-
-HWND WINAPI ChildWindowFromPointEx(HWND parent, POINT point, UINT flags) {
-    const WindowPointer window = FindWindowState(parent);
-    RECT client{};
-    if (window == nullptr || GetClientRect(parent, &client) == FALSE || !host::Contains(client, point)) {
-        return nullptr;
-    }
-    for (const HWND child : window->children) {
-        const WindowPointer state = FindWindowState(child);
-        if (!host::Skipped(*state, flags) && host::Contains(state->outer, point)) {
-            return child;
-        }
-    }
-    return parent;
 }
