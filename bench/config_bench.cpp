@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string>
 
+#include "base/text_convert.h"
 #include "config/config_file.h"
 #include "config/config_text.h"
-#include "config/text_convert.h"
 
 namespace {
 

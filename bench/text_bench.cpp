@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "config/path_ops.h"
+#include "base/path_ops.h"
 #include "launch/engine_command.h"
 #include "launch/log_text.h"
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "config/text_convert.h"
+#include "base/text_convert.h"
 #include "platform/win32.h"
 
 namespace {

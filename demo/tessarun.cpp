@@ -8,8 +8,8 @@
 #include <exception>
 #include <vector>
 
-#include "config/file_system.h"
-#include "config/text_convert.h"
+#include "base/file_system.h"
+#include "base/text_convert.h"
 #include "demo/inherited_handles.h"
 #include "demo/tessarun_checks.h"
 #include "demo/tessarun_machine.h"

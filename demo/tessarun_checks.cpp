@@ -6,8 +6,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "config/file_system.h"
-#include "config/text_convert.h"
+#include "base/file_system.h"
+#include "base/text_convert.h"
 #include "demo/tessarun_output.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "config/text_convert.h"
+#include "base/text_convert.h"
 #include "demo/tessarun_output.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <span>
 #include <stdexcept>
 
-#include "config/text_convert.h"
+#include "base/text_convert.h"
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "base/file_system.h"
+#include "base/path_ops.h"
+#include "base/text_convert.h"
 #include "config/config_file.h"
-#include "config/file_system.h"
-#include "config/path_ops.h"
-#include "config/text_convert.h"
 #include "demo/user/user.h"
 #include "form/control_table.h"
 #include "launch/engine_command.h"

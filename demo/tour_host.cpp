@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <exception>
 
-#include "config/file_system.h"
+#include "base/file_system.h"
 #include "demo/tour.h"
 #include "demo/user/user.h"
 

@@ -5,9 +5,9 @@
 #include <exception>
 #include <stdexcept>
 
-#include "config/file_system.h"
-#include "config/owned_handle.h"
-#include "config/path_ops.h"
+#include "base/file_system.h"
+#include "base/owned_handle.h"
+#include "base/path_ops.h"
 #include "demo/tour.h"
 #include "demo/user/user.h"
 

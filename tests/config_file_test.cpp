@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "base/owned_handle.h"
 #include "cases.h"
 #include "config/config_text.h"
-#include "config/owned_handle.h"
 #include "scratch.h"
 
 namespace {

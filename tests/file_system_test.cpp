@@ -1,5 +1,5 @@
-#include "config/file_system.h"
-#include "config/windows_error.h"
+#include "base/file_system.h"
+#include "base/windows_error.h"
 
 #include <gtest/gtest.h>
 

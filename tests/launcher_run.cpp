@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "config/path_ops.h"
+#include "base/path_ops.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "demo/user/user.h"
 #include "scratch.h"
-#include "shell/launcher.h"
+#include "state/launcher.h"
 
 // A fresh folder that is the current directory, with a bootable kernel `noyau.elf` in it; the engine is the
 // stand-in beside the test program.

@@ -1,4 +1,4 @@
-#include "config/path_ops.h"
+#include "base/path_ops.h"
 
 #include <gtest/gtest.h>
 

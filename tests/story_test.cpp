@@ -4,8 +4,8 @@
 
 #include <string>
 
+#include "base/path_ops.h"
 #include "config/config_file.h"
-#include "config/path_ops.h"
 #include "form/form_exchange.h"
 #include "form/form_ids.h"
 #include "launch/engine_command.h"

@@ -6,7 +6,7 @@
 #include <set>
 #include <stdexcept>
 
-#include "config/path_ops.h"
+#include "base/path_ops.h"
 #include "demo/tessarun_checks.h"
 #include "demo/tessarun_machine.h"
 #include "demo/tessarun_request.h"

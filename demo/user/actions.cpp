@@ -1,7 +1,7 @@
 #include <string>
 #include <vector>
 
-#include "config/text_convert.h"
+#include "base/text_convert.h"
 #include "demo/user/user.h"
 #include "form/form_ids.h"
 

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "platform/win32.h"
-#include "shell/launcher.h"
+#include "state/launcher.h"
 
 namespace user {
 

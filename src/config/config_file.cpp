@@ -3,10 +3,10 @@
 #include <stdexcept>
 #include <string>
 
+#include "base/file_system.h"
+#include "base/path_ops.h"
+#include "base/text_convert.h"
 #include "config/config_text.h"
-#include "config/file_system.h"
-#include "config/path_ops.h"
-#include "config/text_convert.h"
 
 namespace {
 

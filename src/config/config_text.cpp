@@ -4,7 +4,7 @@
 #include <array>
 #include <stdexcept>
 
-#include "config/text_convert.h"
+#include "base/text_convert.h"
 
 namespace {
 

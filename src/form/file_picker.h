@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/win32.h"
-#include "shell/launcher.h"
+#include "state/launcher.h"
 
 // Pairs of a description and its patterns, each ended by a zero, all closed by an empty text.
 inline constexpr WCHAR FILTER_CONFIG[] =

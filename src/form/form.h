@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/win32.h"
-#include "shell/launcher.h"
+#include "state/launcher.h"
 
 // Makes one visible child of the main window with the form's font and keeps its rectangle for the layout. The
 // control goes with the main window. Throws when the platform refuses it.

@@ -7,7 +7,7 @@
 
 #include "config/vm_config.h"
 #include "platform/win32.h"
-#include "shell/launcher.h"
+#include "state/launcher.h"
 
 // The whole text of a control, nothing trimmed.
 WideText GetControlText(HWND control);

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/win32.h"
-#include "shell/launcher.h"
+#include "state/launcher.h"
 
 // The style of the main window; its frame is worked out from it.
 inline constexpr DWORD MAIN_WINDOW_STYLE = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "shell/launcher.h"
+#include "state/launcher.h"
 
 // Asks for a file and appends it as a new module, which is then selected. Throws what the file box and
 // ReadForm throw, and at the limit of modules, with nothing changed.

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "platform/win32.h"
-#include "shell/launcher.h"
+#include "state/launcher.h"
 
 // The client area, in pixels, for which the rectangles of the control table hold; the smallest there is.
 inline constexpr std::int32_t BASE_CLIENT_WIDTH = 920;

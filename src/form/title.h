@@ -2,7 +2,7 @@
 // boxes.
 #pragma once
 
-#include "shell/launcher.h"
+#include "state/launcher.h"
 
 // Writes the title bar and the configuration line. Whoever changes `dirty` or `config_path` calls it.
 void RefreshTitle(Launcher& launcher);

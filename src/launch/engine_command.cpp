@@ -3,7 +3,7 @@
 #include <array>
 #include <stdexcept>
 
-#include "config/text_convert.h"
+#include "base/text_convert.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "config/file_system.h"
-#include "config/path_ops.h"
-#include "config/text_convert.h"
+#include "base/file_system.h"
+#include "base/path_ops.h"
+#include "base/text_convert.h"
 #include "form/form_exchange.h"
 #include "form/form_ids.h"
 #include "form/title.h"

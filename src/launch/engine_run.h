@@ -2,7 +2,7 @@
 // timer. Nothing here ever waits for the engine or stops it.
 #pragma once
 
-#include "shell/launcher.h"
+#include "state/launcher.h"
 
 // Starts the engine with what the form holds, as a dry run or a run, its output in a new veldranevm.log in
 // `run_directory`. On success `engine_process` owns the process handle, and the status line and the enabling

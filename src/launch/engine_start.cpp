@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "config/text_convert.h"
-#include "config/windows_error.h"
+#include "base/text_convert.h"
+#include "base/windows_error.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Starting the engine's process with its output in the log file: the platform's side of a launch.
 #pragma once
 
-#include "config/owned_handle.h"
+#include "base/owned_handle.h"
 #include "platform/win32.h"
 
 // Recreates the log file empty, runs the engine in `directory` with its output and errors in the log and no

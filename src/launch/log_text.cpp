@@ -2,7 +2,7 @@
 
 #include <exception>
 
-#include "config/text_convert.h"
+#include "base/text_convert.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "config/file_system.h"
+#include "base/file_system.h"
 #include "form/form_exchange.h"
 #include "launch/log_text.h"
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/win32.h"
-#include "shell/launcher.h"
+#include "state/launcher.h"
 
 // The most that is ever read of a log, in bytes, from its end.
 inline constexpr DWORD LOG_TAIL_LIMIT = 0x100000;

@@ -1,6 +1,6 @@
 #include "launch/run_result.h"
 
-#include "config/text_convert.h"
+#include "base/text_convert.h"
 
 bool RunSucceeded(DWORD exit_code) {
     return exit_code == 0;

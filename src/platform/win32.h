@@ -11,7 +11,10 @@
 #include <commctrl.h>
 #include <commdlg.h>
 #else
-#include "platform/host/win32_layer.h"
+#include "platform/host/api/comctl32.h"
+#include "platform/host/api/comdlg32.h"
+#include "platform/host/api/kernel32.h"
+#include "platform/host/api/user32.h"
 #endif
 
 #include <string>

@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "base/file_system.h"
+#include "base/path_ops.h"
 #include "config/config_file.h"
-#include "config/file_system.h"
-#include "config/path_ops.h"
 #include "form/file_picker.h"
 #include "form/form_exchange.h"
 

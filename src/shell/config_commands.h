@@ -4,7 +4,7 @@
 #pragma once
 
 #include "platform/win32.h"
-#include "shell/launcher.h"
+#include "state/launcher.h"
 
 inline constexpr WideView DEFAULT_CONFIG_NAME = TEXT("veldranevm.config");
 

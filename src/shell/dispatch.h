@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/win32.h"
-#include "shell/launcher.h"
+#include "state/launcher.h"
 
 // The window procedure of the main window's class; the creation parameter is the address of the Launcher. No
 // exception leaves it: the user is shown its text and the message counts as handled.

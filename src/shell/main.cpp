@@ -1,6 +1,6 @@
 // The entry point. The program has no command-line arguments.
-#include "shell/launcher.h"
 #include "shell/run_launcher.h"
+#include "state/launcher.h"
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int show_command) {
     Launcher launcher;

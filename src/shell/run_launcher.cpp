@@ -4,9 +4,9 @@
 #include <stdexcept>
 #include <vector>
 
-#include "config/file_system.h"
-#include "config/path_ops.h"
-#include "config/text_convert.h"
+#include "base/file_system.h"
+#include "base/path_ops.h"
+#include "base/text_convert.h"
 #include "form/form_exchange.h"
 #include "form/form_layout.h"
 #include "launch/log_window.h"

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/win32.h"
-#include "shell/launcher.h"
+#include "state/launcher.h"
 
 // Runs the program on a new record until the main window is gone; gives the exit code of the process: 0, or 1
 // after a failure at start-up or of the message loop, which the user has then been shown. Nothing is thrown.

@@ -1,6 +1,6 @@
 #include "shell/show_error.h"
 
-#include "config/text_convert.h"
+#include "base/text_convert.h"
 
 void ShowError(Launcher& launcher, const std::exception& error) {
     const WideText text = WideFromMessage(error.what());

@@ -3,7 +3,7 @@
 
 #include <exception>
 
-#include "shell/launcher.h"
+#include "state/launcher.h"
 
 // Writes the exception's text into the status line and shows it in a box, which the user has closed when it
 // returns.

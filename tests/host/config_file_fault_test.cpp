@@ -4,12 +4,12 @@
 #include <algorithm>
 #include <csignal>
 
+#include "base/text_convert.h"
 #include "cases.h"
 #include "config/config_file.h"
 #include "config/config_text.h"
-#include "config/text_convert.h"
 #include "host/fault_sweep.h"
-#include "platform/host/control.h"
+#include "platform/host/hooks.h"
 #include "scratch.h"
 
 namespace {

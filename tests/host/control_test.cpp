@@ -1,6 +1,6 @@
 // The layer's own promises: faults come when they were asked for, nothing leaks, a child gets nothing but its
 // streams.
-#include "platform/host/control.h"
+#include "platform/host/hooks.h"
 
 #include <gtest/gtest.h>
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "cases.h"
-#include "platform/host/control.h"
+#include "platform/host/hooks.h"
 
 // The calls of an operation in the order in which it must make them, each with what the operation says when
 // it fails; nothing where its failure is of no consequence.

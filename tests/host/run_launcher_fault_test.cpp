@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "config/path_ops.h"
+#include "base/path_ops.h"
 #include "form/form_ids.h"
 #include "host/fault_sweep.h"
 #include "launcher_run.h"

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/host/control.h"
+#include "platform/host/hooks.h"
 #include "probe_windows.h"
 
 namespace {

@@ -1,0 +1,118 @@
+#include "base/file_system.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+#include <string>
+
+#include "base/text_convert.h"
+#include "base/windows_error.h"
+
+namespace {
+
+constexpr DWORD SHARE_ALL = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+// The errors by which a path counts as absent.
+constexpr std::array<DWORD, 7> ABSENT{ERROR_FILE_NOT_FOUND,  ERROR_PATH_NOT_FOUND, ERROR_BAD_NETPATH,
+                                      ERROR_NETNAME_DELETED, ERROR_INVALID_NAME,   ERROR_BAD_PATHNAME,
+                                      ERROR_DIRECTORY};
+
+std::string OneLineErrorText(DWORD code) {
+    WideText text = WindowsErrorText(code);
+    while (!text.empty() && (text.back() == 0x0D || text.back() == 0x0A))
+        text.pop_back();
+    return Utf8FromWide(text);
+}
+
+FileType FailedQuery(const WideText& path, const char* operation) {
+    const DWORD code = GetLastError();
+    if (std::find(ABSENT.begin(), ABSENT.end(), code) == ABSENT.end())
+        ThrowFileSystemError(operation, code, path);
+    return FileType::Missing;
+}
+
+}  // namespace
+
+void ThrowFileSystemError(const char* operation, DWORD code, WideView path) {
+    std::string text = std::string(operation) + ": " + OneLineErrorText(code);
+    if (path.data() != nullptr)
+        text += ": \"" + Utf8FromWide(path) + "\"";
+    throw std::runtime_error(text);
+}
+
+WideText AbsolutePath(const WideText& path) {
+    WideText full(260, WCHAR{});
+    for (;;) {
+        const DWORD length =
+            GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+        if (length == 0)
+            ThrowFileSystemError("absolute", GetLastError(), path);
+        const bool fits = length < full.size();
+        full.resize(length);
+        if (fits)
+            return full;
+    }
+}
+
+WideText CurrentDirectory() {
+    WideText directory(MAX_PATH, WCHAR{});
+    for (;;) {
+        const DWORD length = GetCurrentDirectoryW(static_cast<DWORD>(directory.size()), directory.data());
+        if (length == 0)
+            ThrowFileSystemError("current_path()", GetLastError());
+        const bool fits = length < directory.size();
+        directory.resize(length);
+        if (fits)
+            return directory;
+    }
+}
+
+FileType QueryFileType(const WideText& path, const char* operation) {
+    // Folders can only be opened with this flag; the query of attributes alone would not follow a link.
+    const OwnedHandle file(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, SHARE_ALL, nullptr, OPEN_EXISTING,
+                                       FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    if (!file)
+        return FailedQuery(path, operation);
+    SetLastError(NO_ERROR);  // an unknown type is told from a failure by it
+    const DWORD type = GetFileType(file.Get());
+    if (type == FILE_TYPE_UNKNOWN && GetLastError() != NO_ERROR)
+        return FailedQuery(path, operation);
+    if (type != FILE_TYPE_DISK)
+        return FileType::Other;
+    BY_HANDLE_FILE_INFORMATION information{};
+    if (GetFileInformationByHandle(file.Get(), &information) == FALSE)
+        return FailedQuery(path, operation);
+    const bool is_folder = (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return is_folder ? FileType::Other : FileType::Regular;
+}
+
+OwnedHandle OpenForReading(const WideText& path) {
+    return OwnedHandle(CreateFileW(path.c_str(), GENERIC_READ, SHARE_ALL, nullptr, OPEN_EXISTING,
+                                   FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+bool FileSize(HANDLE file, std::uint64_t& size) {
+    LARGE_INTEGER value{};
+    if (GetFileSizeEx(file, &value) == FALSE || value.QuadPart < 0)
+        return false;
+    size = static_cast<std::uint64_t>(value.QuadPart);
+    return true;
+}
+
+bool ReadAt(HANDLE file, std::uint64_t offset, char* buffer, std::size_t count, std::size_t& read) {
+    read = 0;
+    LARGE_INTEGER position{};
+    position.QuadPart = static_cast<LONGLONG>(offset);
+    if (SetFilePointerEx(file, position, nullptr, FILE_BEGIN) == FALSE)
+        return false;
+    while (read < count) {
+        const auto wanted = static_cast<DWORD>(std::min<std::size_t>(count - read, 0x40000000));
+        DWORD came = 0;
+        if (ReadFile(file, buffer + read, wanted, &came, nullptr) == FALSE)
+            return false;
+        if (came == 0)
+            break;
+        read += came;
+    }
+    return true;
+}

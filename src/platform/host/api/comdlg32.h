@@ -1,0 +1,67 @@
+// The boxes in which the user chooses a file to open or to write (COMDLG32). A box is a window of the layer
+// with a message loop of its own; it is answered by messages and keys as the platform's own box is.
+#pragma once
+
+#include "platform/host/api/base.h"
+#include "platform/host/api/user32.h"
+
+using LPOFNHOOKPROC = UINT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
+
+struct OPENFILENAMEW {
+    DWORD lStructSize;
+    HWND hwndOwner;
+    HINSTANCE hInstance;
+    LPCWSTR lpstrFilter;
+    LPWSTR lpstrCustomFilter;
+    DWORD nMaxCustFilter;
+    DWORD nFilterIndex;
+    LPWSTR lpstrFile;
+    DWORD nMaxFile;
+    LPWSTR lpstrFileTitle;
+    DWORD nMaxFileTitle;
+    LPCWSTR lpstrInitialDir;
+    LPCWSTR lpstrTitle;
+    DWORD Flags;
+    WORD nFileOffset;
+    WORD nFileExtension;
+    LPCWSTR lpstrDefExt;
+    LPARAM lCustData;
+    LPOFNHOOKPROC lpfnHook;
+    LPCWSTR lpTemplateName;
+    void* pvReserved;
+    DWORD dwReserved;
+    DWORD FlagsEx;
+};
+using LPOPENFILENAMEW = OPENFILENAMEW*;
+static_assert(sizeof(OPENFILENAMEW) == 152);
+
+constexpr DWORD OFN_READONLY = 0x00000001;
+constexpr DWORD OFN_OVERWRITEPROMPT = 0x00000002;
+constexpr DWORD OFN_HIDEREADONLY = 0x00000004;
+constexpr DWORD OFN_NOCHANGEDIR = 0x00000008;
+constexpr DWORD OFN_EXTENSIONDIFFERENT = 0x00000400;
+constexpr DWORD OFN_PATHMUSTEXIST = 0x00000800;
+constexpr DWORD OFN_FILEMUSTEXIST = 0x00001000;
+constexpr DWORD OFN_EXPLORER = 0x00080000;
+
+constexpr UINT CDM_FIRST = WM_USER + 100;
+constexpr UINT CDM_GETSPEC = CDM_FIRST + 0;
+constexpr UINT CDM_GETFILEPATH = CDM_FIRST + 1;
+constexpr UINT CDM_GETFOLDERPATH = CDM_FIRST + 2;
+constexpr UINT CDM_SETCONTROLTEXT = CDM_FIRST + 4;
+constexpr UINT CDM_LAST = WM_USER + 200;
+
+constexpr DWORD CDERR_DIALOGFAILURE = 0xFFFF;
+constexpr DWORD CDERR_STRUCTSIZE = 0x0001;
+constexpr DWORD CDERR_INITIALIZATION = 0x0002;
+constexpr DWORD FNERR_INVALIDFILENAME = 0x3002;
+constexpr DWORD FNERR_BUFFERTOOSMALL = 0x3003;
+
+// TRUE with the full path of the chosen file in lpstrFile; FALSE when the user cancelled, with
+// CommDlgExtendedError 0, or when the box could not be shown or its answer not be delivered, with the reason
+// in CommDlgExtendedError.
+BOOL WINAPI GetOpenFileNameW(OPENFILENAMEW* request);
+BOOL WINAPI GetSaveFileNameW(OPENFILENAMEW* request);
+
+// Why the last of these boxes gave FALSE; 0 for a cancelled one.
+DWORD WINAPI CommDlgExtendedError();

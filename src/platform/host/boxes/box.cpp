@@ -1,0 +1,172 @@
+#include "platform/host/boxes/box.h"
+
+#include <utility>
+
+#include "platform/host/api/comdlg32.h"
+#include "platform/host/controls/control.h"
+#include "platform/host/controls/control_classes.h"
+#include "platform/host/hooks.h"
+
+namespace host {
+namespace {
+
+constexpr DWORD BOX_STYLE = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPSIBLINGS;
+constexpr DWORD BOX_EXTENDED_STYLE = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT | WS_EX_WINDOWEDGE;
+
+POINT MiddleOf(HWND owner, int width, int height) {
+    RECT around = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    if (owner != nullptr && IsWindowVisible(owner)) {
+        GetWindowRect(owner, &around);
+    }
+    return {(around.left + around.right - width) / 2, (around.top + around.bottom - height) / 2};
+}
+
+LRESULT FollowFocus(Box& box, WPARAM activation) {
+    if (LOWORD(activation) != WA_INACTIVE) {
+        SetFocus(box.focus);
+    } else if (const HWND focus = GetFocus(); focus != nullptr && IsChild(box.window, focus)) {
+        box.focus = focus;
+    }
+    return 0;
+}
+
+bool HasDialogCode(HWND control, int code) {
+    return (SendMessageW(control, WM_GETDLGCODE, 0, 0) & code) != 0;
+}
+
+// A button that gets the focus by an arrow key is the one that Enter presses.
+LRESULT MoveFocus(const Box& box, HWND next) {
+    for (HWND button = GetWindow(box.window, GW_CHILD); button != nullptr;
+         button = GetWindow(button, GW_HWNDNEXT)) {
+        if (HasDialogCode(button, DLGC_DEFPUSHBUTTON)) {
+            SendMessageW(button, BM_SETSTYLE, BS_PUSHBUTTON, TRUE);
+        }
+    }
+    const HWND marked =
+        HasDialogCode(next, DLGC_UNDEFPUSHBUTTON) ? next : GetDlgItem(box.window, box.default_id);
+    if (marked != nullptr) {
+        SendMessageW(marked, BM_SETSTYLE, BS_DEFPUSHBUTTON, TRUE);
+    }
+    SetFocus(next);
+    return 0;
+}
+
+LRESULT SetControlText(const Box& box, WPARAM id, LPARAM text) {
+    const HWND control = GetDlgItem(box.window, static_cast<int>(id));
+    if (control != nullptr) {
+        SetWindowTextW(control, TextAt(text));
+    }
+    return 0;
+}
+
+bool TakeMessage(MSG& message) {
+    const OwnWindowCalls own;
+    return GetMessageW(&message, nullptr, 0, 0) > 0;
+}
+
+void PumpMessages(const Box& box) {
+    while (box.is_open) {
+        MSG message{};
+        if (!TakeMessage(message)) {
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return;
+        }
+        if (!IsDialogMessageW(box.window, &message)) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+    }
+}
+
+}  // namespace
+
+bool MakeBox(Box& box, HWND owner, const WCHAR* title, int width, int height) {
+    const OwnWindowCalls own;
+    const HWND root = owner == nullptr ? nullptr : GetAncestor(owner, GA_ROOT);
+    const POINT corner = MiddleOf(root, width, height);
+    CreateWindowExW(BOX_EXTENDED_STYLE, u"#32770", title, BOX_STYLE, corner.x, corner.y, width, height, root,
+                    nullptr, nullptr, &box);
+    return box.window != nullptr;
+}
+
+HWND AddToBox(const Box& box, const BoxControl& control) {
+    const OwnWindowCalls own;
+    return CreateWindowExW(0, control.class_name, control.text, control.style | WS_CHILD | WS_VISIBLE,
+                           control.place.left, control.place.top, control.place.right, control.place.bottom,
+                           box.window, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(control.id)), nullptr,
+                           nullptr);
+}
+
+void CloseBox(Box& box, int answer) {
+    box.answer = answer;
+    box.is_open = false;
+}
+
+int RunBox(Box& box) {
+    const HWND owner = GetWindow(box.window, GW_OWNER);
+    const HWND active_before = owner != nullptr ? owner : GetActiveWindow();
+    const bool disables = owner != nullptr && IsWindowEnabled(owner) != FALSE;
+    if (disables) {
+        EnableWindow(owner, FALSE);
+    }
+    ShowWindow(box.window, SW_SHOW);
+    SetFocus(box.focus);
+    PumpMessages(box);
+    if (disables && IsWindow(owner)) {
+        EnableWindow(owner, TRUE);
+    }
+    if (active_before != nullptr && IsWindow(active_before)) {
+        SetActiveWindow(active_before);
+    }
+    if (box.window != nullptr) {
+        DestroyWindow(box.window);
+    }
+    return box.answer;
+}
+
+LRESULT CALLBACK BoxProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_NCCREATE) {
+        const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lparam);
+        if (creation->lpCreateParams == nullptr) {
+            NotImplemented("CreateWindowExW", "#32770 other than by the boxes");
+        }
+        SetWindowLongPtrW(window, STATE_OFFSET, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
+        static_cast<Box*>(creation->lpCreateParams)->window = window;
+    }
+    auto* const box = reinterpret_cast<Box*>(GetWindowLongPtrW(window, STATE_OFFSET));
+    if (box == nullptr) {
+        return DefWindowProcW(window, message, wparam, lparam);
+    }
+    switch (message) {
+        case WM_COMMAND:
+            if (HIWORD(wparam) == BN_CLICKED) {
+                box->on_command(LOWORD(wparam));
+            }
+            return 0;
+        case WM_CLOSE:
+            box->on_command(IDCANCEL);
+            return 0;
+        case WM_ACTIVATE:
+            return FollowFocus(*box, wparam);
+        case WM_NEXTDLGCTL:
+            return MoveFocus(*box, lparam != 0 ? reinterpret_cast<HWND>(wparam)
+                                               : GetNextDlgTabItem(window, GetFocus(), wparam != 0));
+        case DM_GETDEFID:
+            return MAKELPARAM(static_cast<unsigned>(box->default_id), DC_HASDEFID);
+        case DM_SETDEFID:
+            box->default_id = static_cast<int>(wparam);
+            return TRUE;
+        case CDM_SETCONTROLTEXT:
+            return SetControlText(*box, wparam, lparam);
+        case WM_NCDESTROY:
+            // The owner may go, and the box with it, while the box is open.
+            box->is_open = false;
+            box->window = nullptr;
+            SetWindowLongPtrW(window, STATE_OFFSET, 0);
+            return DefWindowProcW(window, message, wparam, lparam);
+        default:
+            return DefControlProcedure("#32770", window, message, wparam, lparam);
+    }
+}
+
+}  // namespace host

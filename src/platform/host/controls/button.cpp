@@ -1,0 +1,165 @@
+// BUTTON: push buttons, the default push button, check boxes that change by themselves, and group boxes.
+#include "platform/host/controls/control.h"
+#include "platform/host/hooks.h"
+
+namespace host {
+namespace {
+
+struct Button {
+    WPARAM check = BST_UNCHECKED;
+    bool is_held = false;    // pressed and not let go yet, by mouse or by the space bar
+    bool is_pushed = false;  // held, with the pointer over it
+};
+
+DWORD StyleOf(HWND window) {
+    return static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
+}
+
+DWORD KindOf(HWND window) {
+    const DWORD kind = StyleOf(window) & BS_TYPEMASK;
+    if (kind > BS_AUTOCHECKBOX && kind != BS_GROUPBOX) {
+        NotImplemented("BUTTON", "this kind of button");
+    }
+    return kind;
+}
+
+LRESULT DialogCode(HWND window) {
+    switch (KindOf(window)) {
+        case BS_PUSHBUTTON:
+            return DLGC_BUTTON | DLGC_UNDEFPUSHBUTTON;
+        case BS_DEFPUSHBUTTON:
+            return DLGC_BUTTON | DLGC_DEFPUSHBUTTON;
+        case BS_GROUPBOX:
+            return DLGC_STATIC;
+        default:
+            return DLGC_BUTTON;
+    }
+}
+
+bool IsOver(HWND window, LPARAM point) {
+    RECT client{};
+    GetClientRect(window, &client);
+    return PtInRect(&client, {XOf(point), YOf(point)}) != FALSE;
+}
+
+LRESULT Hold(HWND window, Button& button) {
+    SetCapture(window);
+    button.is_held = true;
+    button.is_pushed = true;
+    SetFocus(window);
+    return 0;
+}
+
+// The last thing that a press does is to tell it: whoever hears of it may destroy the button.
+void Click(HWND window, Button& button) {
+    if (KindOf(window) == BS_AUTOCHECKBOX) {
+        button.check = button.check == BST_CHECKED ? BST_UNCHECKED : BST_CHECKED;
+    }
+    TellParent(window, BN_CLICKED);
+}
+
+LRESULT LetGo(HWND window, Button& button, bool clicks) {
+    if (!button.is_held) {
+        return 0;
+    }
+    button.is_held = false;
+    button.is_pushed = false;
+    ReleaseCapture();
+    if (clicks) {
+        Click(window, button);
+    }
+    return 0;
+}
+
+LRESULT Drop(Button& button) {
+    button.is_held = false;
+    button.is_pushed = false;
+    return 0;
+}
+
+LRESULT ChangeFocus(HWND window, Button& button, UINT message) {
+    if (message == WM_KILLFOCUS && button.is_held) {
+        Drop(button);
+        ReleaseCapture();
+    }
+    if ((StyleOf(window) & BS_NOTIFY) != 0) {
+        TellParent(window, message == WM_SETFOCUS ? BN_SETFOCUS : BN_KILLFOCUS);
+    }
+    return 0;
+}
+
+LRESULT SetCheck(HWND window, Button& button, WPARAM check) {
+    const DWORD kind = KindOf(window);
+    if (kind == BS_CHECKBOX || kind == BS_AUTOCHECKBOX) {
+        button.check = check == BST_UNCHECKED ? BST_UNCHECKED : BST_CHECKED;
+    }
+    return 0;
+}
+
+LRESULT GiveState(HWND window, const Button& button) {
+    const UINT pushed = button.is_pushed ? BST_PUSHED : 0;
+    const UINT focus = GetFocus() == window ? BST_FOCUS : 0;
+    return static_cast<LRESULT>(button.check | pushed | focus);
+}
+
+LRESULT SetKind(HWND window, WPARAM kind) {
+    const DWORD style = (StyleOf(window) & ~BS_TYPEMASK) | (static_cast<DWORD>(kind) & BS_TYPEMASK);
+    SetWindowLongPtrW(window, GWL_STYLE, static_cast<LONG_PTR>(style));
+    return 0;
+}
+
+LRESULT HandleInput(HWND window, Button& button, UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
+            return Hold(window, button);
+        case WM_MOUSEMOVE:
+            button.is_pushed = button.is_held && GetCapture() == window && IsOver(window, lparam);
+            return 0;
+        case WM_LBUTTONUP:
+            return LetGo(window, button, IsOver(window, lparam));
+        case WM_KEYDOWN:
+            return wparam == VK_SPACE ? Hold(window, button) : 0;
+        case WM_KEYUP:
+            return wparam == VK_SPACE ? LetGo(window, button, true) : 0;
+        case BM_CLICK:
+            SendMessageW(window, WM_LBUTTONDOWN, 0, 0);
+            SendMessageW(window, WM_LBUTTONUP, 0, 0);
+            return 0;
+        default:
+            return DefControlProcedure("BUTTON", window, message, wparam, lparam);
+    }
+}
+
+}  // namespace
+
+LRESULT CALLBACK ButtonProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    auto* const button = StateAt<Button>(window, message);
+    if (button == nullptr) {
+        return DefWindowProcW(window, message, wparam, lparam);
+    }
+    switch (message) {
+        case WM_GETDLGCODE:
+            return DialogCode(window);
+        case WM_NCHITTEST:
+            return KindOf(window) == BS_GROUPBOX ? HTTRANSPARENT
+                                                 : DefWindowProcW(window, message, wparam, lparam);
+        case WM_SETFOCUS:
+        case WM_KILLFOCUS:
+            return ChangeFocus(window, *button, message);
+        case WM_CAPTURECHANGED:
+            return Drop(*button);
+        case BM_GETCHECK:
+            return static_cast<LRESULT>(button->check);
+        case BM_SETCHECK:
+            return SetCheck(window, *button, wparam);
+        case BM_GETSTATE:
+            return GiveState(window, *button);
+        case BM_SETSTYLE:
+            return SetKind(window, wparam);
+        default:
+            return HandleInput(window, *button, message, wparam, lparam);
+    }
+}
+
+}  // namespace host

@@ -1,0 +1,322 @@
+// COMBOBOX as a list of which one entry is chosen (CBS_DROPDOWNLIST), and the window in which the list drops
+// down.
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "platform/host/controls/control.h"
+#include "platform/host/controls/control_classes.h"
+#include "platform/host/hooks.h"
+
+namespace host {
+namespace {
+
+constexpr int NONE = -1;
+// The field alone, in the system font before WM_SETFONT and in the one font of the layer behind it.
+constexpr int FIRST_FIELD_HEIGHT = 24;
+constexpr int FIELD_HEIGHT = 20;
+constexpr int ITEM_HEIGHT = 12;
+
+struct Combo {
+    std::vector<std::u16string> items;
+    int chosen = NONE;
+    int field_height = FIRST_FIELD_HEIGHT;
+    HWND list = nullptr;
+    bool is_dropped = false;
+};
+
+int Last(const Combo& combo) {
+    return static_cast<int>(combo.items.size()) - 1;
+}
+
+bool IsItem(const Combo& combo, WPARAM index) {
+    return index < combo.items.size();
+}
+
+// --- the dropped list ---
+
+void ShowList(HWND window, Combo& combo) {
+    SetFocus(window);
+    TellParent(window, CBN_DROPDOWN);
+    RECT field{};
+    GetWindowRect(window, &field);
+    const int height = std::max(Last(combo) + 1, 1) * ITEM_HEIGHT + 2;
+    SetWindowPos(combo.list, HWND_TOP, field.left, field.bottom, field.right - field.left, height,
+                 SWP_NOACTIVATE);
+    ShowWindow(combo.list, SW_SHOWNA);
+    combo.is_dropped = true;
+    SetCapture(combo.list);
+}
+
+void HideList(HWND window, Combo& combo, int code) {
+    if (!combo.is_dropped) {
+        return;
+    }
+    combo.is_dropped = false;
+    if (GetCapture() == combo.list) {
+        ReleaseCapture();
+    }
+    TellParent(window, code);
+    ShowWindow(combo.list, SW_HIDE);
+    TellParent(window, CBN_CLOSEUP);
+}
+
+LRESULT SetDropped(HWND window, Combo& combo, bool dropped) {
+    if (dropped && !combo.is_dropped) {
+        ShowList(window, combo);
+    } else if (!dropped) {
+        HideList(window, combo, CBN_SELENDCANCEL);
+    }
+    return TRUE;
+}
+
+LRESULT UseMouse(HWND window, Combo& combo) {
+    if (combo.is_dropped) {
+        HideList(window, combo, CBN_SELENDOK);
+    } else {
+        ShowList(window, combo);
+    }
+    return 0;
+}
+
+// --- choosing ---
+
+// The platform tells a choice by key even when it is the same entry again.
+void ChooseByKey(HWND window, Combo& combo, int index) {
+    combo.chosen = index;
+    if (!combo.is_dropped) {
+        TellParent(window, CBN_SELENDOK);
+    }
+    TellParent(window, CBN_SELCHANGE);
+}
+
+void ChooseByMouse(HWND window, Combo& combo, int index) {
+    combo.chosen = index;
+    HideList(window, combo, CBN_SELENDOK);
+    TellParent(window, CBN_SELCHANGE);
+}
+
+LRESULT PressKey(HWND window, Combo& combo, WPARAM key) {
+    switch (key) {
+        case VK_RETURN:
+            HideList(window, combo, CBN_SELENDOK);
+            return 0;
+        case VK_ESCAPE:
+            HideList(window, combo, CBN_SELENDCANCEL);
+            return 0;
+        case VK_F4:
+            return SetDropped(window, combo, !combo.is_dropped);
+        default:
+            break;
+    }
+    if (combo.items.empty()) {
+        return 0;
+    }
+    switch (key) {
+        case VK_UP:
+        case VK_LEFT:
+            ChooseByKey(window, combo, std::max(combo.chosen - 1, 0));
+            return 0;
+        case VK_DOWN:
+        case VK_RIGHT:
+            ChooseByKey(window, combo, std::min(combo.chosen + 1, Last(combo)));
+            return 0;
+        case VK_HOME:
+        case VK_PRIOR:
+            ChooseByKey(window, combo, 0);
+            return 0;
+        case VK_END:
+        case VK_NEXT:
+            ChooseByKey(window, combo, Last(combo));
+            return 0;
+        default:
+            return 0;
+    }
+}
+
+// The next entry that starts with the character, the chosen one last.
+LRESULT TypeCharacter(HWND window, Combo& combo, WCHAR character) {
+    const auto count = combo.items.size();
+    for (std::size_t step = 1; step <= count; step++) {
+        const std::size_t index = (static_cast<std::size_t>(combo.chosen) + step) % count;
+        if (combo.items[index].starts_with(character)) {
+            ChooseByKey(window, combo, static_cast<int>(index));
+            return 0;
+        }
+    }
+    return 0;
+}
+
+LRESULT ChooseByCode(HWND window, Combo& combo, WPARAM index) {
+    const bool is_none = static_cast<int>(index) == NONE;
+    if (!is_none && !IsItem(combo, index)) {
+        return CB_ERR;
+    }
+    combo.chosen = is_none ? NONE : static_cast<int>(index);
+    InvalidateRect(window, nullptr, TRUE);
+    return is_none ? CB_ERR : combo.chosen;
+}
+
+// --- the window ---
+
+// The height that a combo box is given is that of field and list together; the window itself has the field's.
+LRESULT LimitHeight(const Combo& combo, WINDOWPOS& position) {
+    if ((position.flags & SWP_NOSIZE) == 0) {
+        position.cy = combo.field_height;
+    }
+    return 0;
+}
+
+void FitField(HWND window, const Combo& combo) {
+    RECT field{};
+    GetWindowRect(window, &field);
+    SetWindowPos(window, nullptr, 0, 0, field.right - field.left, combo.field_height,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+LRESULT Create(HWND window, Combo& combo) {
+    auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
+    constexpr DWORD KIND = CBS_SIMPLE | CBS_DROPDOWN | CBS_DROPDOWNLIST;
+    if ((style & KIND) != CBS_DROPDOWNLIST || (style & CBS_SORT) != 0) {
+        NotImplemented("COMBOBOX", "another kind than CBS_DROPDOWNLIST");
+    }
+    // The scroll bar that was asked for is the list's.
+    style &= ~WS_VSCROLL;
+    SetWindowLongPtrW(window, GWL_STYLE, static_cast<LONG_PTR>(style));
+    FitField(window, combo);
+    const OwnWindowCalls own;
+    combo.list = CreateWindowExW(WS_EX_TOOLWINDOW, u"ComboLBox", nullptr, WS_POPUP | WS_BORDER, 0, 0, 1, 1,
+                                 window, nullptr, nullptr, window);
+    return combo.list == nullptr ? -1 : 0;
+}
+
+LRESULT SetFont(HWND window, Combo& combo, WPARAM wparam, LPARAM lparam) {
+    DefControlProcedure("COMBOBOX", window, WM_SETFONT, wparam, lparam);
+    combo.field_height = FIELD_HEIGHT;
+    FitField(window, combo);
+    return 0;
+}
+
+LRESULT DialogCode(const Combo& combo, LPARAM message) {
+    const auto* const asked = reinterpret_cast<const MSG*>(message);
+    const bool closes_list = asked != nullptr && combo.is_dropped && asked->message == WM_KEYDOWN &&
+                             (asked->wParam == VK_RETURN || asked->wParam == VK_ESCAPE);
+    return DLGC_WANTARROWS | DLGC_WANTCHARS | (closes_list ? DLGC_WANTMESSAGE : 0);
+}
+
+LRESULT LoseFocus(HWND window, Combo& combo) {
+    HideList(window, combo, CBN_SELENDCANCEL);
+    TellParent(window, CBN_KILLFOCUS);
+    return 0;
+}
+
+std::u16string ChosenText(const Combo& combo) {
+    return combo.chosen == NONE ? std::u16string() : combo.items[static_cast<std::size_t>(combo.chosen)];
+}
+
+LRESULT GiveItem(const Combo& combo, WPARAM index, LPARAM buffer) {
+    if (!IsItem(combo, index)) {
+        return CB_ERR;
+    }
+    const std::u16string& item = combo.items[index];
+    return GiveText(item, item.size() + 1, buffer);
+}
+
+LRESULT HandleListMessage(HWND window, Combo& combo, UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case CB_ADDSTRING:
+            combo.items.emplace_back(TextAt(lparam));
+            return Last(combo);
+        case CB_GETCOUNT:
+            return static_cast<LRESULT>(combo.items.size());
+        case CB_GETCURSEL:
+            return combo.chosen;
+        case CB_SETCURSEL:
+            return ChooseByCode(window, combo, wparam);
+        case CB_GETLBTEXT:
+            return GiveItem(combo, wparam, lparam);
+        case CB_GETLBTEXTLEN:
+            return IsItem(combo, wparam) ? static_cast<LRESULT>(combo.items[wparam].size()) : CB_ERR;
+        case CB_GETDROPPEDSTATE:
+            return combo.is_dropped ? TRUE : FALSE;
+        case CB_SHOWDROPDOWN:
+            return SetDropped(window, combo, wparam != 0);
+        case WM_SETTEXT:
+            return CB_ERR;
+        case WM_GETTEXT:
+            return GiveText(ChosenText(combo), wparam, lparam);
+        case WM_GETTEXTLENGTH:
+            return static_cast<LRESULT>(ChosenText(combo).size());
+        default:
+            return DefControlProcedure("COMBOBOX", window, message, wparam, lparam);
+    }
+}
+
+}  // namespace
+
+LRESULT CALLBACK ComboProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    auto* const combo = StateAt<Combo>(window, message);
+    if (combo == nullptr) {
+        return DefWindowProcW(window, message, wparam, lparam);
+    }
+    switch (message) {
+        case WM_CREATE:
+            return Create(window, *combo);
+        case WM_WINDOWPOSCHANGING:
+            return LimitHeight(*combo, *reinterpret_cast<WINDOWPOS*>(lparam));
+        case WM_SETFONT:
+            return SetFont(window, *combo, wparam, lparam);
+        case WM_GETDLGCODE:
+            return DialogCode(*combo, lparam);
+        case WM_SETFOCUS:
+            TellParent(window, CBN_SETFOCUS);
+            return 0;
+        case WM_KILLFOCUS:
+            return LoseFocus(window, *combo);
+        case WM_KEYDOWN:
+            return PressKey(window, *combo, wparam);
+        case WM_CHAR:
+            return TypeCharacter(window, *combo, static_cast<WCHAR>(wparam));
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
+            return UseMouse(window, *combo);
+        default:
+            return HandleListMessage(window, *combo, message, wparam, lparam);
+    }
+}
+
+// The list holds the mouse while it is shown: a click on an entry chooses it, one elsewhere closes the list.
+LRESULT CALLBACK ComboListProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_NCCREATE) {
+        SetWindowLongPtrW(
+            window, FONT_OFFSET,
+            reinterpret_cast<LONG_PTR>(reinterpret_cast<const CREATESTRUCTW*>(lparam)->lpCreateParams));
+    }
+    auto* const field = reinterpret_cast<HWND>(GetWindowLongPtrW(window, FONT_OFFSET));
+    auto* const combo =
+        field == nullptr ? nullptr : reinterpret_cast<Combo*>(GetWindowLongPtrW(field, STATE_OFFSET));
+    if (combo == nullptr) {
+        return DefWindowProcW(window, message, wparam, lparam);
+    }
+    RECT client{};
+    GetClientRect(window, &client);
+    const bool is_inside = PtInRect(&client, {XOf(lparam), YOf(lparam)}) != FALSE;
+    switch (message) {
+        case WM_MOUSEACTIVATE:
+            return MA_NOACTIVATE;
+        case WM_LBUTTONDOWN:
+            if (!is_inside) {
+                HideList(field, *combo, CBN_SELENDCANCEL);
+            }
+            return 0;
+        case WM_LBUTTONUP:
+            if (is_inside && YOf(lparam) / ITEM_HEIGHT <= Last(*combo)) {
+                ChooseByMouse(field, *combo, YOf(lparam) / ITEM_HEIGHT);
+            }
+            return 0;
+        default:
+            return DefWindowProcW(window, message, wparam, lparam);
+    }
+}
+
+}  // namespace host

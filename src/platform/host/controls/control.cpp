@@ -1,0 +1,121 @@
+#include "platform/host/controls/control_classes.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "platform/host/api/comctl32.h"
+#include "platform/host/api/kernel32.h"
+#include "platform/host/controls/control.h"
+#include "platform/host/hooks.h"
+
+namespace host {
+namespace {
+
+struct ControlClass {
+    const WCHAR* name;
+    WNDPROC procedure;
+    UINT style;
+};
+
+constexpr auto CLASSES = std::to_array<ControlClass>({
+    {u"Static", StaticProcedure, CS_DBLCLKS | CS_PARENTDC},
+    {u"Edit", EditProcedure, CS_DBLCLKS | CS_PARENTDC},
+    {u"Button", ButtonProcedure, CS_DBLCLKS | CS_PARENTDC | CS_VREDRAW | CS_HREDRAW},
+    {u"ComboBox", ComboProcedure, CS_DBLCLKS | CS_PARENTDC | CS_VREDRAW | CS_HREDRAW},
+    {u"ComboLBox", ComboListProcedure, CS_DBLCLKS | CS_SAVEBITS},
+    {WC_TABCONTROLW, TabProcedure, CS_DBLCLKS | CS_GLOBALCLASS | CS_VREDRAW | CS_HREDRAW},
+    {WC_LISTVIEWW, ListProcedure, CS_DBLCLKS | CS_GLOBALCLASS},
+    {u"#32770", BoxProcedure, CS_DBLCLKS | CS_SAVEBITS},
+});
+
+struct MessageRange {
+    UINT first;
+    UINT last;
+};
+
+// The numbers that controls give to messages of their own; what lies between them is every window's.
+constexpr auto CONTROL_MESSAGES = std::to_array<MessageRange>({
+    {EM_GETSEL, BM_CLICK + 2},
+    {0x0140, 0x01BF},
+    {WM_CUT, WM_UNDO},
+    {WM_USER, WM_APP - 1},
+});
+
+bool IsControlMessage(UINT message) {
+    return std::any_of(
+        CONTROL_MESSAGES.begin(), CONTROL_MESSAGES.end(),
+        [message](const MessageRange& range) { return message >= range.first && message <= range.last; });
+}
+
+[[noreturn]] void RefuseMessage(const char* class_name, UINT message) {
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "message 0x%04X", message);
+    NotImplemented(class_name, text.data());
+}
+
+}  // namespace
+
+void RegisterControlClasses() {
+    for (const ControlClass& control : CLASSES) {
+        WNDCLASSW window_class{};
+        window_class.style = control.style;
+        window_class.lpfnWndProc = control.procedure;
+        window_class.cbWndExtra = CONTROL_EXTRA_BYTES;
+        window_class.lpszClassName = control.name;
+        RegisterClassW(&window_class);
+    }
+}
+
+void TellParent(HWND control, int code) {
+    SendMessageW(GetParent(control), WM_COMMAND,
+                 MAKEWPARAM(static_cast<unsigned>(GetDlgCtrlID(control)), static_cast<unsigned>(code)),
+                 reinterpret_cast<LPARAM>(control));
+}
+
+LRESULT NotifyParent(HWND control, UINT code, NMHDR& header) {
+    header.hwndFrom = control;
+    header.idFrom = static_cast<UINT_PTR>(GetDlgCtrlID(control));
+    header.code = code;
+    return SendMessageW(GetParent(control), WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header));
+}
+
+LRESULT DefControlProcedure(const char* class_name, HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_SETFONT) {
+        SetWindowLongPtrW(window, FONT_OFFSET, static_cast<LONG_PTR>(wparam));
+        return 0;
+    }
+    if (message == WM_GETFONT) {
+        return GetWindowLongPtrW(window, FONT_OFFSET);
+    }
+    if (IsControlMessage(message)) {
+        RefuseMessage(class_name, message);
+    }
+    return DefWindowProcW(window, message, wparam, lparam);
+}
+
+LRESULT GiveText(const std::u16string& text, std::size_t capacity, LPARAM buffer) {
+    if (capacity == 0 || buffer == 0) {
+        return 0;
+    }
+    const std::size_t length = text.copy(reinterpret_cast<WCHAR*>(buffer), capacity - 1);
+    reinterpret_cast<WCHAR*>(buffer)[length] = u'\0';
+    return static_cast<LRESULT>(length);
+}
+
+}  // namespace host
+
+BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* classes) {
+    constexpr DWORD KNOWN_CLASSES = ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES | ICC_STANDARD_CLASSES;
+    if (host::CallFails("InitCommonControlsEx")) {
+        return FALSE;
+    }
+    if (classes == nullptr || classes->dwSize != sizeof(INITCOMMONCONTROLSEX)) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return FALSE;
+    }
+    if ((classes->dwICC & ~KNOWN_CLASSES) != 0) {
+        host::NotImplemented("InitCommonControlsEx", "other classes than lists and tabs");
+    }
+    return TRUE;
+}

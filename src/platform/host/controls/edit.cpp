@@ -1,0 +1,365 @@
+// EDIT: the single-line field in which the user types, and the multi-line text that can only be read.
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "platform/host/controls/control.h"
+#include "platform/host/hooks.h"
+
+namespace host {
+namespace {
+
+constexpr std::size_t FIRST_LIMIT = 30000;
+constexpr std::size_t UNLIMITED_SINGLE_LINE = 0x7FFFFFFE;
+constexpr std::size_t UNLIMITED_MULTI_LINE = 0xFFFFFFFF;
+// How much narrower than the client area the text is that fits a field which does not scroll.
+constexpr int FIELD_MARGINS = 8;
+constexpr int FIRST_CHARACTER_X = 2;
+
+struct Edit {
+    std::u16string text;
+    std::size_t limit = FIRST_LIMIT;
+    std::size_t anchor = 0;
+    std::size_t caret = 0;
+    std::size_t first_line = 0;
+    bool is_modified = false;
+};
+
+struct Span {
+    std::size_t start;
+    std::size_t end;
+};
+
+Span Selection(const Edit& edit) {
+    return {std::min(edit.anchor, edit.caret), std::max(edit.anchor, edit.caret)};
+}
+
+bool HasStyle(HWND window, DWORD style) {
+    return (static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE)) & style) != 0;
+}
+
+void TellChange(HWND window) {
+    TellParent(window, EN_UPDATE);
+    TellParent(window, EN_CHANGE);
+}
+
+// --- the text as a whole ---
+
+LRESULT SetText(HWND window, Edit& edit, const WCHAR* text) {
+    edit.text = text;
+    edit.anchor = 0;
+    edit.caret = 0;
+    edit.first_line = 0;
+    edit.is_modified = false;
+    if (!HasStyle(window, ES_MULTILINE)) {
+        TellChange(window);
+    }
+    return TRUE;
+}
+
+LRESULT SetLimit(HWND window, Edit& edit, std::size_t limit) {
+    const std::size_t unlimited =
+        HasStyle(window, ES_MULTILINE) ? UNLIMITED_MULTI_LINE : UNLIMITED_SINGLE_LINE;
+    edit.limit = limit == 0 ? unlimited : std::min(limit, unlimited);
+    return 0;
+}
+
+// How many characters the field holds by hand and paste: the limit and, where the field does not scroll, what
+// is seen at once.
+std::size_t RoomFor(HWND window, const Edit& edit) {
+    if (HasStyle(window, ES_MULTILINE | ES_AUTOHSCROLL)) {
+        return edit.limit;
+    }
+    RECT client{};
+    GetClientRect(window, &client);
+    const int seen = std::max<int>(client.right - FIELD_MARGINS, 0) / CHARACTER_WIDTH;
+    return std::min(edit.limit, static_cast<std::size_t>(seen));
+}
+
+// --- the selection and what stands in it ---
+
+// Puts the text in the place of the selection, as much of it as the field has room for.
+void ReplaceSelection(HWND window, Edit& edit, std::u16string_view text) {
+    const Span selection = Selection(edit);
+    if (text.empty() && selection.start == selection.end) {
+        return;
+    }
+    edit.text.erase(selection.start, selection.end - selection.start);
+    const std::size_t room = RoomFor(window, edit);
+    const std::size_t free = room - std::min(room, edit.text.size());
+    const bool is_cut = text.size() > free;
+    text = text.substr(0, free);
+    edit.text.insert(selection.start, text);
+    edit.caret = selection.start + text.size();
+    edit.anchor = edit.caret;
+    edit.is_modified = true;
+    if (is_cut) {
+        TellParent(window, EN_MAXTEXT);
+    }
+    TellChange(window);
+}
+
+LRESULT SetSelection(Edit& edit, WPARAM from, LPARAM to) {
+    const auto start = static_cast<DWORD>(from);
+    const auto end = static_cast<DWORD>(to);
+    if (start == static_cast<DWORD>(-1)) {
+        edit.anchor = edit.caret;
+        return 1;
+    }
+    edit.anchor = std::min<std::size_t>(start, edit.text.size());
+    edit.caret = std::min<std::size_t>(end, edit.text.size());
+    return 1;
+}
+
+LRESULT GiveSelection(const Edit& edit, WPARAM start, LPARAM end) {
+    constexpr std::size_t LONGEST = 0xFFFF;
+    const Span selection = Selection(edit);
+    if (start != 0) {
+        *reinterpret_cast<DWORD*>(start) = static_cast<DWORD>(selection.start);
+    }
+    if (end != 0) {
+        *reinterpret_cast<DWORD*>(end) = static_cast<DWORD>(selection.end);
+    }
+    if (selection.end > LONGEST) {
+        return -1;
+    }
+    return MAKELPARAM(static_cast<unsigned>(selection.start), static_cast<unsigned>(selection.end));
+}
+
+void EraseNeighbour(HWND window, Edit& edit, bool backwards) {
+    if (HasStyle(window, ES_READONLY)) {
+        return;
+    }
+    const Span selection = Selection(edit);
+    if (selection.start == selection.end) {
+        if (backwards ? edit.caret == 0 : edit.caret == edit.text.size()) {
+            return;
+        }
+        edit.anchor = backwards ? edit.caret - 1 : edit.caret + 1;
+    }
+    ReplaceSelection(window, edit, {});
+}
+
+// --- keys ---
+
+LRESULT TypeCharacter(HWND window, Edit& edit, WCHAR character) {
+    constexpr WCHAR CONTROL_C = 3;
+    constexpr WCHAR CONTROL_V = 22;
+    constexpr WCHAR CONTROL_X = 24;
+    constexpr WCHAR CONTROL_Z = 26;
+    if (character == CONTROL_C || character == CONTROL_V || character == CONTROL_X ||
+        character == CONTROL_Z) {
+        NotImplemented("EDIT", "the clipboard and undoing");
+    }
+    if (character == VK_BACK) {
+        EraseNeighbour(window, edit, true);
+        return 0;
+    }
+    const bool is_refused = HasStyle(window, ES_NUMBER) && (character < u'0' || character > u'9');
+    if (character < u' ' || character == 0x7F || is_refused || HasStyle(window, ES_READONLY)) {
+        return 0;
+    }
+    ReplaceSelection(window, edit, {&character, 1});
+    return 0;
+}
+
+void MoveCaret(Edit& edit, std::size_t place) {
+    edit.caret = place;
+    if (GetKeyState(VK_SHIFT) >= 0) {
+        edit.anchor = place;
+    }
+}
+
+LRESULT PressKey(HWND window, Edit& edit, WPARAM key) {
+    const bool is_line_key = key == VK_UP || key == VK_DOWN || key == VK_HOME || key == VK_END;
+    const bool is_caret_key = is_line_key || key == VK_LEFT || key == VK_RIGHT;
+    if (is_caret_key && (GetKeyState(VK_CONTROL) < 0 || (is_line_key && HasStyle(window, ES_MULTILINE)))) {
+        NotImplemented("EDIT", "moving by words and by lines");
+    }
+    switch (key) {
+        case VK_LEFT:
+        case VK_UP:
+            MoveCaret(edit, edit.caret - std::min<std::size_t>(edit.caret, 1));
+            return 0;
+        case VK_RIGHT:
+        case VK_DOWN:
+            MoveCaret(edit, std::min(edit.caret + 1, edit.text.size()));
+            return 0;
+        case VK_HOME:
+            MoveCaret(edit, 0);
+            return 0;
+        case VK_END:
+            MoveCaret(edit, edit.text.size());
+            return 0;
+        case VK_DELETE:
+            EraseNeighbour(window, edit, false);
+            return 0;
+        default:
+            return 0;
+    }
+}
+
+// --- the mouse ---
+
+std::size_t PlaceAt(const Edit& edit, int x) {
+    const int before = std::max(x - FIRST_CHARACTER_X, 0) / CHARACTER_WIDTH;
+    return std::min(static_cast<std::size_t>(before), edit.text.size());
+}
+
+void SelectWord(Edit& edit) {
+    const std::size_t blank_before =
+        edit.caret == 0 ? std::u16string::npos : edit.text.rfind(u' ', edit.caret - 1);
+    edit.anchor = blank_before == std::u16string::npos ? 0 : blank_before + 1;
+    edit.caret = std::min(edit.text.find(u' ', edit.caret), edit.text.size());
+}
+
+LRESULT UseMouse(HWND window, Edit& edit, UINT message, LPARAM point) {
+    const bool is_single_line = !HasStyle(window, ES_MULTILINE);
+    switch (message) {
+        case WM_LBUTTONDOWN:
+            SetFocus(window);
+            SetCapture(window);
+            if (is_single_line) {
+                MoveCaret(edit, PlaceAt(edit, XOf(point)));
+            }
+            return 0;
+        case WM_LBUTTONDBLCLK:
+            if (is_single_line) {
+                SelectWord(edit);
+            }
+            return 0;
+        case WM_MOUSEMOVE:
+            if (is_single_line && GetCapture() == window) {
+                edit.caret = PlaceAt(edit, XOf(point));
+            }
+            return 0;
+        default:
+            if (GetCapture() == window) {
+                ReleaseCapture();
+            }
+            return 0;
+    }
+}
+
+// --- lines ---
+
+std::size_t LineCount(HWND window, const Edit& edit) {
+    if (!HasStyle(window, ES_MULTILINE)) {
+        return 1;
+    }
+    return 1 + static_cast<std::size_t>(std::count(edit.text.begin(), edit.text.end(), u'\n'));
+}
+
+LRESULT ScrollLines(HWND window, Edit& edit, LPARAM lines) {
+    if (!HasStyle(window, ES_MULTILINE)) {
+        return FALSE;
+    }
+    RECT client{};
+    GetClientRect(window, &client);
+    const std::int64_t seen = (client.bottom + LINE_HEIGHT - 1) / LINE_HEIGHT;
+    const std::int64_t last =
+        std::max<std::int64_t>(static_cast<std::int64_t>(LineCount(window, edit)) - seen, 0);
+    const std::int64_t wanted = static_cast<std::int64_t>(edit.first_line) + lines;
+    const auto line = static_cast<std::size_t>(std::clamp<std::int64_t>(wanted, 0, last));
+    if (line != edit.first_line) {
+        edit.first_line = line;
+        TellParent(window, EN_VSCROLL);
+    }
+    return TRUE;
+}
+
+LRESULT SetReadOnly(HWND window, bool read_only) {
+    const auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
+    SetWindowLongPtrW(window, GWL_STYLE,
+                      static_cast<LONG_PTR>(read_only ? style | ES_READONLY : style & ~ES_READONLY));
+    return TRUE;
+}
+
+LRESULT Create(HWND window, Edit& edit, const CREATESTRUCTW& creation) {
+    if (creation.lpszName != nullptr) {
+        edit.text = creation.lpszName;
+    }
+    constexpr DWORD UNKNOWN_STYLES =
+        ES_CENTER | ES_RIGHT | ES_UPPERCASE | ES_LOWERCASE | ES_PASSWORD | ES_WANTRETURN;
+    if (HasStyle(window, UNKNOWN_STYLES) ||
+        (HasStyle(window, ES_MULTILINE) && !HasStyle(window, ES_READONLY))) {
+        NotImplemented("EDIT", "this style");
+    }
+    return 0;
+}
+
+LRESULT HandleEditMessage(HWND window, Edit& edit, UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case EM_GETSEL:
+            return GiveSelection(edit, wparam, lparam);
+        case EM_SETSEL:
+            return SetSelection(edit, wparam, lparam);
+        case EM_REPLACESEL:
+            ReplaceSelection(window, edit, TextAt(lparam));
+            return 0;
+        case EM_LIMITTEXT:
+            return SetLimit(window, edit, wparam);
+        case EM_GETLIMITTEXT:
+            return static_cast<LRESULT>(edit.limit);
+        case EM_GETMODIFY:
+            return edit.is_modified ? TRUE : FALSE;
+        case EM_SETMODIFY:
+            edit.is_modified = wparam != 0;
+            return 0;
+        case EM_SETREADONLY:
+            return SetReadOnly(window, wparam != 0);
+        case EM_GETLINECOUNT:
+            return static_cast<LRESULT>(LineCount(window, edit));
+        case EM_GETFIRSTVISIBLELINE:
+            return static_cast<LRESULT>(edit.first_line);
+        case EM_LINESCROLL:
+            return ScrollLines(window, edit, lparam);
+        default:
+            return DefControlProcedure("EDIT", window, message, wparam, lparam);
+    }
+}
+
+LRESULT DialogCode(HWND window) {
+    const int lines = HasStyle(window, ES_MULTILINE) ? DLGC_WANTALLKEYS : 0;
+    return DLGC_HASSETSEL | DLGC_WANTCHARS | DLGC_WANTARROWS | lines;
+}
+
+}  // namespace
+
+LRESULT CALLBACK EditProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    auto* const edit = StateAt<Edit>(window, message);
+    if (edit == nullptr) {
+        return DefWindowProcW(window, message, wparam, lparam);
+    }
+    switch (message) {
+        case WM_CREATE:
+            return Create(window, *edit, *reinterpret_cast<const CREATESTRUCTW*>(lparam));
+        case WM_SETTEXT:
+            return SetText(window, *edit, TextAt(lparam));
+        case WM_GETTEXT:
+            return GiveText(edit->text, wparam, lparam);
+        case WM_GETTEXTLENGTH:
+            return static_cast<LRESULT>(edit->text.size());
+        case WM_GETDLGCODE:
+            return DialogCode(window);
+        case WM_SETFOCUS:
+            TellParent(window, EN_SETFOCUS);
+            return 0;
+        case WM_KILLFOCUS:
+            TellParent(window, EN_KILLFOCUS);
+            return 0;
+        case WM_CHAR:
+            return TypeCharacter(window, *edit, static_cast<WCHAR>(wparam));
+        case WM_KEYDOWN:
+            return PressKey(window, *edit, wparam);
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
+        case WM_MOUSEMOVE:
+        case WM_LBUTTONUP:
+            return UseMouse(window, *edit, message, lparam);
+        default:
+            return HandleEditMessage(window, *edit, message, wparam, lparam);
+    }
+}
+
+}  // namespace host

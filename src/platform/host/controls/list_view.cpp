@@ -1,0 +1,462 @@
+// SysListView32 in report mode with one selection at most: rows of texts in columns, of which one can be
+// selected and one has the focus.
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "platform/host/api/comctl32.h"
+#include "platform/host/controls/control.h"
+#include "platform/host/hooks.h"
+
+namespace host {
+namespace {
+
+constexpr int NONE = -1;
+constexpr int HEADER_HEIGHT = 16;
+constexpr int LABEL_INSET = 2;
+constexpr UINT KNOWN_STATES = LVIS_SELECTED | LVIS_FOCUSED;
+
+struct Column {
+    std::u16string title;
+    int width;
+};
+
+struct Row {
+    std::vector<std::u16string> texts;  // of the columns; a missing one is empty
+    UINT state = 0;
+};
+
+struct List {
+    std::vector<Column> columns;
+    std::vector<Row> rows;
+    LRESULT extended_style = 0;
+    int top = 0;
+};
+
+int Count(const List& list) {
+    return static_cast<int>(list.rows.size());
+}
+
+bool IsRow(const List& list, int index) {
+    return index >= 0 && index < Count(list);
+}
+
+Row& RowAt(List& list, int index) {
+    return list.rows[static_cast<std::size_t>(index)];
+}
+
+// The first row behind the start that is in all of these states.
+int NextRow(const List& list, int start, UINT states) {
+    for (int index = std::max(start, NONE) + 1; index < Count(list); index++) {
+        if ((list.rows[static_cast<std::size_t>(index)].state & states) == states) {
+            return index;
+        }
+    }
+    return NONE;
+}
+
+// --- telling the parent ---
+
+LRESULT NotifyRow(HWND window, UINT code, int index) {
+    NMLISTVIEW told{};
+    told.iItem = index;
+    return NotifyParent(window, code, told.hdr);
+}
+
+LRESULT NotifyState(HWND window, UINT code, int index, UINT before, UINT after) {
+    NMLISTVIEW told{};
+    told.iItem = index;
+    told.uNewState = after;
+    told.uOldState = before;
+    told.uChanged = LVIF_STATE;
+    return NotifyParent(window, code, told.hdr);
+}
+
+void Notify(HWND window, UINT code) {
+    NMHDR header{};
+    NotifyParent(window, code, header);
+}
+
+// --- the states of rows ---
+
+bool SetRowState(HWND window, List& list, int index, UINT state, UINT mask);
+
+// Takes the state off the row that has it, unless that is the one given.
+void TakeFromOthers(HWND window, List& list, int kept, UINT state) {
+    for (int index = NextRow(list, NONE, state); index != NONE; index = NextRow(list, index, state)) {
+        if (index != kept) {
+            SetRowState(window, list, index, 0, state);
+        }
+    }
+}
+
+bool SetRowState(HWND window, List& list, int index, UINT state, UINT mask) {
+    const UINT before = RowAt(list, index).state;
+    const UINT after = (before & ~mask) | (state & mask);
+    const UINT gained = after & ~before;
+    if (NotifyState(window, LVN_ITEMCHANGING, index, before, after) != FALSE) {
+        return false;
+    }
+    if (after == before) {
+        return true;
+    }
+    if ((gained & LVIS_SELECTED) != 0) {
+        TakeFromOthers(window, list, index, LVIS_SELECTED);
+    }
+    RowAt(list, index).state = after;
+    if ((gained & LVIS_FOCUSED) != 0) {
+        TakeFromOthers(window, list, index, LVIS_FOCUSED);
+    }
+    NotifyState(window, LVN_ITEMCHANGED, index, before, after);
+    return true;
+}
+
+LRESULT SetState(HWND window, List& list, WPARAM which, const LVITEMW& item) {
+    const auto index = static_cast<int>(which);
+    if ((item.stateMask & ~KNOWN_STATES) != 0) {
+        NotImplemented("LVM_SETITEMSTATE", "states other than selected and focused");
+    }
+    if (index != NONE) {
+        return IsRow(list, index) && SetRowState(window, list, index, item.state, item.stateMask) ? TRUE
+                                                                                                  : FALSE;
+    }
+    if ((item.state & item.stateMask) != 0) {
+        return FALSE;
+    }
+    for (int row = 0; row < Count(list); row++) {
+        SetRowState(window, list, row, 0, item.stateMask);
+    }
+    return TRUE;
+}
+
+// What the user selects; NONE takes the selection away and leaves the focus where it is.
+void SelectByHand(HWND window, List& list, int index) {
+    TakeFromOthers(window, list, index, LVIS_SELECTED);
+    if (IsRow(list, index) && RowAt(list, index).state != KNOWN_STATES) {
+        SetRowState(window, list, index, KNOWN_STATES, KNOWN_STATES);
+    }
+}
+
+// --- rows ---
+
+LRESULT InsertRow(HWND window, List& list, const LVITEMW& item) {
+    if (item.mask != LVIF_TEXT || item.iSubItem != 0) {
+        NotImplemented("LVM_INSERTITEMW", "more than the text of the first column");
+    }
+    const int index = std::clamp(item.iItem, 0, Count(list));
+    list.rows.insert(list.rows.begin() + index, Row{{item.pszText}, 0});
+    NotifyRow(window, LVN_INSERTITEM, index);
+    InvalidateRect(window, nullptr, TRUE);
+    return index;
+}
+
+LRESULT DeleteRow(HWND window, List& list, int index) {
+    if (!IsRow(list, index)) {
+        return FALSE;
+    }
+    const bool had_focus = (RowAt(list, index).state & LVIS_FOCUSED) != 0;
+    SetRowState(window, list, index, 0, KNOWN_STATES);
+    NotifyRow(window, LVN_DELETEITEM, index);
+    list.rows.erase(list.rows.begin() + index);
+    if (had_focus && !list.rows.empty()) {
+        RowAt(list, std::min(index, Count(list) - 1)).state |= LVIS_FOCUSED;
+    }
+    return TRUE;
+}
+
+// The rows go without a word on their states.
+LRESULT DeleteAllRows(HWND window, List& list) {
+    for (Row& row : list.rows) {
+        row.state = 0;
+    }
+    const bool each_is_told = NotifyRow(window, LVN_DELETEALLITEMS, NONE) == FALSE;
+    while (!list.rows.empty()) {
+        if (each_is_told) {
+            NotifyRow(window, LVN_DELETEITEM, Count(list) - 1);
+        }
+        list.rows.pop_back();
+    }
+    list.top = 0;
+    return TRUE;
+}
+
+LRESULT SetRowText(HWND window, List& list, int index, const LVITEMW& item) {
+    if (!IsRow(list, index) || item.iSubItem < 0 || item.iSubItem >= static_cast<int>(list.columns.size())) {
+        return FALSE;
+    }
+    const auto column = static_cast<std::size_t>(item.iSubItem);
+    NMLISTVIEW told{};
+    told.iItem = index;
+    told.uChanged = LVIF_TEXT;
+    if (column == 0 && NotifyParent(window, LVN_ITEMCHANGING, told.hdr) != FALSE) {
+        return FALSE;
+    }
+    Row& row = RowAt(list, index);
+    row.texts.resize(std::max(row.texts.size(), column + 1));
+    row.texts[column] = item.pszText == nullptr ? u"" : item.pszText;
+    if (column == 0) {
+        NotifyParent(window, LVN_ITEMCHANGED, told.hdr);
+    }
+    InvalidateRect(window, nullptr, TRUE);
+    return TRUE;
+}
+
+LRESULT GiveRowText(List& list, int index, const LVITEMW& item) {
+    const auto column = static_cast<std::size_t>(item.iSubItem);
+    const bool has_text = IsRow(list, index) && column < RowAt(list, index).texts.size();
+    const std::u16string text = has_text ? RowAt(list, index).texts[column] : std::u16string();
+    return GiveText(text, static_cast<std::size_t>(item.cchTextMax), reinterpret_cast<LPARAM>(item.pszText));
+}
+
+// --- columns ---
+
+LRESULT InsertColumn(List& list, WPARAM which, const LVCOLUMNW& column) {
+    if ((column.mask & ~(LVCF_WIDTH | LVCF_TEXT)) != 0) {
+        NotImplemented("LVM_INSERTCOLUMNW", "more than width and title");
+    }
+    const auto index = std::min<std::size_t>(which, list.columns.size());
+    if (index != list.columns.size() && !list.rows.empty()) {
+        NotImplemented("LVM_INSERTCOLUMNW", "a column between those that rows have texts in");
+    }
+    const bool has_title = (column.mask & LVCF_TEXT) != 0;
+    list.columns.insert(list.columns.begin() + static_cast<std::ptrdiff_t>(index),
+                        {has_title ? column.pszText : u"", (column.mask & LVCF_WIDTH) != 0 ? column.cx : 0});
+    return static_cast<LRESULT>(index);
+}
+
+LRESULT SetColumnWidth(List& list, WPARAM index, int width) {
+    if (index >= list.columns.size()) {
+        return FALSE;
+    }
+    if (width < 0) {
+        NotImplemented("LVM_SETCOLUMNWIDTH", "widths after the contents");
+    }
+    list.columns[index].width = width;
+    return TRUE;
+}
+
+int WidthOfAll(const List& list) {
+    int width = 0;
+    for (const Column& column : list.columns) {
+        width += column.width;
+    }
+    return width;
+}
+
+// --- places ---
+
+int RowsInSight(HWND window) {
+    RECT client{};
+    GetClientRect(window, &client);
+    return std::max<int>((client.bottom - HEADER_HEIGHT) / LINE_HEIGHT, 1);
+}
+
+int RowAtPoint(const List& list, LPARAM point) {
+    const bool is_below_header = YOf(point) >= HEADER_HEIGHT;
+    const int index = list.top + (YOf(point) - HEADER_HEIGHT) / LINE_HEIGHT;
+    return is_below_header && IsRow(list, index) && XOf(point) < WidthOfAll(list) ? index : NONE;
+}
+
+int ColumnAtPoint(const List& list, LPARAM point) {
+    int right = 0;
+    for (std::size_t index = 0; index < list.columns.size(); index++) {
+        right += list.columns[index].width;
+        if (XOf(point) < right) {
+            return static_cast<int>(index);
+        }
+    }
+    return NONE;
+}
+
+// The part of the row that is asked for stands in the rectangle's left side.
+LRESULT GivePlace(const List& list, int index, RECT& place) {
+    if (!IsRow(list, index)) {
+        return FALSE;
+    }
+    const LONG part = place.left;
+    if (part != LVIR_BOUNDS && part != LVIR_SELECTBOUNDS && part != LVIR_LABEL) {
+        NotImplemented("LVM_GETITEMRECT", "the place of the icon");
+    }
+    const int top = HEADER_HEIGHT + (index - list.top) * LINE_HEIGHT;
+    place = {0, top, WidthOfAll(list), top + LINE_HEIGHT};
+    if (part == LVIR_LABEL && !list.columns.empty()) {
+        place.left = LABEL_INSET;
+        place.right = list.columns[0].width;
+    }
+    return TRUE;
+}
+
+LRESULT EnsureVisible(HWND window, List& list, int index) {
+    if (!IsRow(list, index)) {
+        return FALSE;
+    }
+    const int last_top = std::max(index - RowsInSight(window) + 1, 0);
+    list.top = std::clamp(list.top, last_top, index);
+    return TRUE;
+}
+
+// --- the user ---
+
+LRESULT PressMouse(HWND window, List& list, LPARAM point) {
+    if (YOf(point) < HEADER_HEIGHT) {
+        return 0;
+    }
+    Notify(window, NM_RELEASEDCAPTURE);
+    SelectByHand(window, list, RowAtPoint(list, point));
+    SetFocus(window);
+    return 0;
+}
+
+LRESULT TellMouse(HWND window, const List& list, UINT code, LPARAM point) {
+    if (YOf(point) < HEADER_HEIGHT) {
+        return 0;
+    }
+    NMITEMACTIVATE told{};
+    told.iItem = RowAtPoint(list, point);
+    told.iSubItem = ColumnAtPoint(list, point);
+    told.ptAction = {XOf(point), YOf(point)};
+    NotifyParent(window, code, told.hdr);
+    return 0;
+}
+
+// The row to which a key moves from the one with the focus.
+int TargetOf(HWND window, const List& list, WPARAM key, int focused) {
+    switch (key) {
+        case VK_DOWN:
+            return focused + 1;
+        case VK_UP:
+            return focused - 1;
+        case VK_HOME:
+            return 0;
+        case VK_END:
+            return Count(list) - 1;
+        case VK_PRIOR:
+            return std::max(focused - RowsInSight(window), 0);
+        case VK_NEXT:
+            return std::min(focused + RowsInSight(window), Count(list) - 1);
+        default:
+            return NONE;
+    }
+}
+
+LRESULT PressKey(HWND window, List& list, WPARAM key, LPARAM flags) {
+    NMLVKEYDOWN pressed{};
+    pressed.wVKey = static_cast<WORD>(key);
+    pressed.flags = static_cast<UINT>(flags);
+    NotifyParent(window, LVN_KEYDOWN, pressed.hdr);
+    const int focused = NextRow(list, NONE, LVIS_FOCUSED);
+    if (key == VK_SPACE && focused != NONE) {
+        SetRowState(window, list, focused, LVIS_SELECTED, LVIS_SELECTED);
+        return 0;
+    }
+    const int target = TargetOf(window, list, key, focused);
+    if (IsRow(list, target) && target != focused) {
+        SelectByHand(window, list, target);
+        EnsureVisible(window, list, target);
+    }
+    return 0;
+}
+
+LRESULT Create(HWND window) {
+    const auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
+    if ((style & LVS_TYPEMASK) != LVS_REPORT || (style & LVS_SINGLESEL) == 0) {
+        NotImplemented("SysListView32", "other views than a report with one selection");
+    }
+    return 0;
+}
+
+LRESULT SetExtendedStyle(List& list, WPARAM mask, LPARAM style) {
+    const LRESULT before = list.extended_style;
+    const LRESULT changed = mask == 0 ? -1 : static_cast<LRESULT>(mask);
+    list.extended_style = (before & ~changed) | (style & changed);
+    return before;
+}
+
+LRESULT HandleRowMessage(HWND window, List& list, UINT message, WPARAM wparam, LPARAM lparam) {
+    const auto index = static_cast<int>(wparam);
+    switch (message) {
+        case LVM_INSERTITEMW:
+            return InsertRow(window, list, *reinterpret_cast<const LVITEMW*>(lparam));
+        case LVM_DELETEITEM:
+            return DeleteRow(window, list, index);
+        case LVM_DELETEALLITEMS:
+            return DeleteAllRows(window, list);
+        case LVM_GETITEMCOUNT:
+            return Count(list);
+        case LVM_SETITEMTEXTW:
+            return SetRowText(window, list, index, *reinterpret_cast<const LVITEMW*>(lparam));
+        case LVM_GETITEMTEXTW:
+            return GiveRowText(list, index, *reinterpret_cast<const LVITEMW*>(lparam));
+        case LVM_SETITEMSTATE:
+            return SetState(window, list, wparam, *reinterpret_cast<const LVITEMW*>(lparam));
+        case LVM_GETITEMSTATE:
+            return IsRow(list, index) ? RowAt(list, index).state & static_cast<UINT>(lparam) : 0;
+        case LVM_GETNEXTITEM:
+            if ((lparam & ~static_cast<LPARAM>(KNOWN_STATES)) != 0) {
+                NotImplemented("LVM_GETNEXTITEM", "directions");
+            }
+            return NextRow(list, index, static_cast<UINT>(lparam));
+        case LVM_GETSELECTEDCOUNT:
+            return NextRow(list, NONE, LVIS_SELECTED) == NONE ? 0 : 1;
+        case LVM_GETITEMRECT:
+            return GivePlace(list, index, *reinterpret_cast<RECT*>(lparam));
+        case LVM_ENSUREVISIBLE:
+            return EnsureVisible(window, list, index);
+        case LVM_GETTOPINDEX:
+            return list.top;
+        case LVM_GETCOUNTPERPAGE:
+            return RowsInSight(window);
+        default:
+            return DefControlProcedure("SysListView32", window, message, wparam, lparam);
+    }
+}
+
+LRESULT HandleColumnMessage(HWND window, List& list, UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case LVM_INSERTCOLUMNW:
+            return InsertColumn(list, wparam, *reinterpret_cast<const LVCOLUMNW*>(lparam));
+        case LVM_SETCOLUMNWIDTH:
+            return SetColumnWidth(list, wparam, XOf(lparam));
+        case LVM_GETCOLUMNWIDTH:
+            return wparam < list.columns.size() ? list.columns[wparam].width : 0;
+        case LVM_SETEXTENDEDLISTVIEWSTYLE:
+            return SetExtendedStyle(list, wparam, lparam);
+        case LVM_GETEXTENDEDLISTVIEWSTYLE:
+            return list.extended_style;
+        default:
+            return HandleRowMessage(window, list, message, wparam, lparam);
+    }
+}
+
+}  // namespace
+
+LRESULT CALLBACK ListProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    auto* const list = StateAt<List>(window, message);
+    if (list == nullptr) {
+        return DefWindowProcW(window, message, wparam, lparam);
+    }
+    switch (message) {
+        case WM_CREATE:
+            return Create(window);
+        case WM_GETDLGCODE:
+            return DLGC_WANTARROWS | DLGC_WANTCHARS;
+        case WM_SETFOCUS:
+            Notify(window, NM_SETFOCUS);
+            return 0;
+        case WM_KILLFOCUS:
+            Notify(window, NM_KILLFOCUS);
+            return 0;
+        case WM_LBUTTONDOWN:
+            return PressMouse(window, *list, lparam);
+        case WM_LBUTTONUP:
+            return TellMouse(window, *list, NM_CLICK, lparam);
+        case WM_LBUTTONDBLCLK:
+            return TellMouse(window, *list, NM_DBLCLK, lparam);
+        case WM_KEYDOWN:
+            return PressKey(window, *list, wparam, lparam);
+        default:
+            return HandleColumnMessage(window, *list, message, wparam, lparam);
+    }
+}
+
+}  // namespace host

@@ -1,0 +1,20 @@
+// STATIC: a line of text that the mouse goes through. How a long path is shortened for display is drawing
+// only; the text stays whole.
+#include "platform/host/controls/control.h"
+
+namespace host {
+
+LRESULT CALLBACK StaticProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case WM_NCHITTEST: {
+            const auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
+            return (style & SS_NOTIFY) != 0 ? HTCLIENT : HTTRANSPARENT;
+        }
+        case WM_GETDLGCODE:
+            return DLGC_STATIC;
+        default:
+            return DefControlProcedure("STATIC", window, message, wparam, lparam);
+    }
+}
+
+}  // namespace host

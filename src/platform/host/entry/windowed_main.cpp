@@ -1,0 +1,8 @@
+// The entry of a windowed program: Linux calls main, the program has wWinMain.
+#include "platform/host/api/kernel32.h"
+
+int main() {
+    constexpr int SHOW_DEFAULT = 10;
+    WCHAR no_arguments[] = u"";
+    return wWinMain(GetModuleHandleW(nullptr), nullptr, no_arguments, SHOW_DEFAULT);
+}

@@ -1,0 +1,121 @@
+#include "platform/host/hooks.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+
+#include "platform/host/api/kernel32.h"
+
+namespace host {
+namespace {
+
+struct Fault {
+    std::string name;  // empty: any call
+    unsigned calls_left;
+    DWORD error;
+};
+
+struct ControlState {
+    std::vector<Fault> faults;
+    unsigned faults_that_came = 0;
+    bool tracing = false;
+    std::vector<std::string> trace;
+    bool clock_is_taken = false;
+    std::uint64_t taken_ms = 0;
+};
+
+ControlState& State() {
+    static ControlState state;
+    return state;
+}
+
+}  // namespace
+
+void FailCall(const char* name, unsigned nth, DWORD error) {
+    State().faults.push_back({name, nth, error});
+}
+
+void FailNthCall(unsigned nth, DWORD error) {
+    State().faults.push_back({"", nth, error});
+}
+
+unsigned ClearFaults() {
+    const unsigned came = State().faults_that_came;
+    State().faults.clear();
+    State().faults_that_came = 0;
+    return came;
+}
+
+void StartTrace() {
+    State().tracing = true;
+    State().trace.clear();
+}
+
+std::vector<std::string> Trace() {
+    return State().trace;
+}
+
+bool CallFails(const char* name) {
+    ControlState& state = State();
+    if (state.tracing) {
+        state.trace.emplace_back(name);
+    }
+    bool fails = false;
+    for (Fault& fault : state.faults) {
+        if ((!fault.name.empty() && fault.name != name) || fault.calls_left == 0) {
+            continue;
+        }
+        if (--fault.calls_left == 0) {
+            SetLastError(fault.error);
+            state.faults_that_came++;
+            fails = true;
+        }
+    }
+    return fails;
+}
+
+std::uint64_t Now() {
+    if (State().clock_is_taken) {
+        return State().taken_ms;
+    }
+    const auto since_start = std::chrono::steady_clock::now().time_since_epoch();
+    return static_cast<std::uint64_t>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(since_start).count());
+}
+
+void TakeClock() {
+    State().taken_ms = Now();
+    State().clock_is_taken = true;
+}
+
+void MoveClock(std::uint64_t ms) {
+    if (!State().clock_is_taken) {
+        NotImplemented("MoveClock", "a clock that nobody has taken over");
+    }
+    State().taken_ms += ms;
+}
+
+bool ClockIsTaken() {
+    return State().clock_is_taken;
+}
+
+void NotImplemented(const char* call, const char* what) {
+    std::fprintf(stderr, "The layer does not implement this of %s: %s\n", call, what);
+    std::abort();
+}
+
+}  // namespace host
+
+ULONGLONG WINAPI GetTickCount64() {
+    return host::Now();
+}
+
+void WINAPI Sleep(DWORD milliseconds) {
+    if (host::ClockIsTaken()) {
+        host::MoveClock(milliseconds);
+        return;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}

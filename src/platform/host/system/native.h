@@ -1,0 +1,92 @@
+// What the parts of the layer share when they go from Windows names, handles and errors to those of Linux.
+// Nothing here is for the program or its tests.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/host/api/kernel32.h"
+
+namespace host {
+
+// --- text ---
+
+// Strict conversions; false where the text is ill-formed.
+bool ToUtf8(std::u16string_view wide, std::string& utf8);
+bool FromUtf8(std::string_view utf8, std::u16string& wide);
+
+// --- paths ---
+
+// The Linux path of any path by the Windows rules. False with the last error set where no file can have that
+// name.
+bool FindNative(LPCWSTR path, std::string& native);
+
+// Copies the text and its end into the caller's buffer as the path queries do: gives the length, or the size
+// needed when the buffer is too small.
+DWORD CopyOut(std::u16string_view text, LPWSTR buffer, DWORD size);
+
+// --- errors ---
+
+// The Windows code of an errno value, and the same for a file whose absence may be that of its folder.
+DWORD ErrorOf(int code);
+DWORD ErrorOf(int code, const std::string& native);
+
+// Sets the last error and gives FALSE.
+BOOL Fail(DWORD error);
+
+// --- descriptors and handles ---
+
+// Owns a descriptor.
+struct Descriptor {
+    int number = -1;
+
+    Descriptor() = default;
+    explicit Descriptor(int open_number) : number(open_number) {}
+    ~Descriptor();
+    Descriptor(Descriptor&& other) noexcept;
+    Descriptor& operator=(Descriptor&& other) noexcept;
+};
+
+// What one open of a file asks of every other open of the same file.
+struct ShareClaim {
+    std::uint64_t device;
+    std::uint64_t inode;
+    bool reads;
+    bool writes;
+    DWORD share_mode;
+};
+
+struct OpenFile {
+    Descriptor descriptor;
+    bool can_read = false;
+    bool can_write = false;
+    bool is_inheritable = false;
+    std::shared_ptr<const ShareClaim> claim;  // null where the open takes no part in sharing
+};
+
+struct ChildProcess {
+    int process_id = 0;
+    bool has_ended = false;
+    bool was_terminated = false;  // by TerminateProcess, which has set the exit code
+    DWORD exit_code = STILL_ACTIVE;
+    std::vector<std::shared_ptr<const ShareClaim>> claims;  // of the files that it took over
+};
+
+// What a handle stands for: a file, a process or, with neither, a thread.
+struct KernelObject {
+    std::shared_ptr<OpenFile> file;
+    std::shared_ptr<ChildProcess> process;
+};
+
+HANDLE AddHandle(KernelObject object);
+// Null with ERROR_INVALID_HANDLE set for a handle that is not open.
+const KernelObject* FindObject(HANDLE handle);
+// Null with ERROR_INVALID_HANDLE set for what is no open file.
+OpenFile* FindFile(HANDLE handle);
+
+// Sees which children have ended and lets them go.
+void ReapChildren();
+
+}  // namespace host

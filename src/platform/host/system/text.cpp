@@ -1,0 +1,319 @@
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string_view>
+
+#include "platform/host/api/kernel32.h"
+#include "platform/host/hooks.h"
+#include "platform/host/system/native.h"
+
+namespace {
+
+constexpr char32_t REPLACEMENT = 0xFFFD;
+constexpr UINT CODE_PAGE_1252 = 1252;
+
+// Code page 1252 from 0x80 to 0x9F. The five bytes that it leaves free stand for the control characters.
+constexpr std::array<WCHAR, 32> HIGH_1252 = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                             0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                             0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                             0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+// Where a conversion writes; without a buffer it only counts.
+template <typename Unit>
+struct Sink {
+    Unit* buffer;
+    std::size_t size;
+    std::size_t used = 0;
+};
+
+template <typename Unit>
+bool Room(const Sink<Unit>& sink, std::size_t count) {
+    return sink.buffer == nullptr || sink.size - sink.used >= count;
+}
+
+template <typename Unit>
+void Put(Sink<Unit>& sink, unsigned value) {
+    if (sink.buffer != nullptr) {
+        sink.buffer[sink.used] = static_cast<Unit>(value);
+    }
+    sink.used++;
+}
+
+// One well-formed sequence, or the longest start of one, which counts as one mistake.
+struct Sequence {
+    char32_t point;
+    std::size_t length;
+    bool is_valid;
+};
+
+struct SecondByteRange {
+    unsigned char lowest;
+    unsigned char highest;
+};
+
+// What may follow the lead byte: overlong forms, surrogates and values above U+10FFFF are ruled out here.
+SecondByteRange SecondBytes(unsigned char lead) {
+    switch (lead) {
+        case 0xE0:
+            return {0xA0, 0xBF};
+        case 0xED:
+            return {0x80, 0x9F};
+        case 0xF0:
+            return {0x90, 0xBF};
+        case 0xF4:
+            return {0x80, 0x8F};
+        default:
+            return {0x80, 0xBF};
+    }
+}
+
+Sequence DecodeSequence(std::string_view bytes) {
+    const auto lead = static_cast<unsigned char>(bytes.front());
+    if (lead < 0xC2 || lead > 0xF4) {
+        return {REPLACEMENT, 1, false};
+    }
+    const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    char32_t point = lead & (0xFFU >> (length + 1));
+    SecondByteRange range = SecondBytes(lead);
+    for (std::size_t at = 1; at < length; at++) {
+        const unsigned char byte = at < bytes.size() ? static_cast<unsigned char>(bytes[at]) : 0;
+        if (byte < range.lowest || byte > range.highest) {
+            return {REPLACEMENT, at, false};
+        }
+        point = (point << 6) | (byte & 0x3FU);
+        range = {0x80, 0xBF};
+    }
+    return {point, length, true};
+}
+
+// How many bytes from the start are ASCII; eight at a time.
+std::size_t AsciiRun(std::string_view bytes) {
+    std::size_t at = 0;
+    for (; at + 8 <= bytes.size(); at += 8) {
+        std::uint64_t eight = 0;
+        std::memcpy(&eight, bytes.data() + at, 8);
+        if ((eight & 0x8080808080808080U) != 0) {
+            break;
+        }
+    }
+    while (at < bytes.size() && static_cast<unsigned char>(bytes[at]) < 0x80) {
+        at++;
+    }
+    return at;
+}
+
+DWORD PutAscii(std::string_view ascii, Sink<WCHAR>& sink) {
+    if (!Room(sink, ascii.size())) {
+        return ERROR_INSUFFICIENT_BUFFER;
+    }
+    if (sink.buffer != nullptr) {
+        std::copy(ascii.begin(), ascii.end(), sink.buffer + sink.used);
+    }
+    sink.used += ascii.size();
+    return ERROR_SUCCESS;
+}
+
+DWORD PutPoint(char32_t point, Sink<WCHAR>& sink) {
+    const bool needs_pair = point > 0xFFFF;
+    if (!Room(sink, needs_pair ? 2 : 1)) {
+        return ERROR_INSUFFICIENT_BUFFER;
+    }
+    if (needs_pair) {
+        Put(sink, 0xD7C0 + (point >> 10));
+        Put(sink, 0xDC00 + (point & 0x3FF));
+    } else {
+        Put(sink, point);
+    }
+    return ERROR_SUCCESS;
+}
+
+DWORD DecodeUtf8(std::string_view bytes, bool strict, Sink<WCHAR>& sink) {
+    while (!bytes.empty()) {
+        const std::size_t ascii = AsciiRun(bytes);
+        DWORD error = PutAscii(bytes.substr(0, ascii), sink);
+        bytes.remove_prefix(ascii);
+        if (error == ERROR_SUCCESS && !bytes.empty()) {
+            const Sequence next = DecodeSequence(bytes);
+            bytes.remove_prefix(next.length);
+            error = strict && !next.is_valid ? ERROR_NO_UNICODE_TRANSLATION : PutPoint(next.point, sink);
+        }
+        if (error != ERROR_SUCCESS) {
+            return error;
+        }
+    }
+    return ERROR_SUCCESS;
+}
+
+DWORD Decode1252(std::string_view bytes, Sink<WCHAR>& sink) {
+    if (!Room(sink, bytes.size())) {
+        return ERROR_INSUFFICIENT_BUFFER;
+    }
+    for (const char byte : bytes) {
+        const auto code = static_cast<unsigned char>(byte);
+        Put(sink, code >= 0x80 && code < 0xA0 ? HIGH_1252[code - 0x80U] : code);
+    }
+    return ERROR_SUCCESS;
+}
+
+DWORD PutUtf8(char32_t point, Sink<char>& sink) {
+    const unsigned tail = point < 0x80 ? 0 : point < 0x800 ? 1 : point < 0x10000 ? 2 : 3;
+    if (!Room(sink, tail + 1)) {
+        return ERROR_INSUFFICIENT_BUFFER;
+    }
+    constexpr std::array<unsigned, 4> LEADS = {0, 0xC0, 0xE0, 0xF0};
+    Put(sink, LEADS[tail] | (point >> (6 * tail)));
+    for (unsigned left = tail; left > 0; left--) {
+        Put(sink, 0x80 | ((point >> (6 * (left - 1))) & 0x3F));
+    }
+    return ERROR_SUCCESS;
+}
+
+DWORD EncodeUtf8(std::u16string_view wide, bool strict, Sink<char>& sink) {
+    for (std::size_t at = 0; at < wide.size(); at++) {
+        char32_t point = wide[at];
+        if (point >= 0xD800 && point < 0xE000) {
+            const char32_t low = at + 1 < wide.size() ? wide[at + 1] : 0;
+            if (point < 0xDC00 && low >= 0xDC00 && low < 0xE000) {
+                point = 0x10000 + ((point - 0xD800) << 10) + (low - 0xDC00);
+                at++;
+            } else if (strict) {
+                return ERROR_NO_UNICODE_TRANSLATION;
+            } else {
+                point = REPLACEMENT;
+            }
+        }
+        if (const DWORD error = PutUtf8(point, sink); error != ERROR_SUCCESS) {
+            return error;
+        }
+    }
+    return ERROR_SUCCESS;
+}
+
+// The byte of code page 1252, or a negative number.
+int ByteOf1252(WCHAR unit) {
+    if (unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF)) {
+        return unit;
+    }
+    const auto* const found = std::find(HIGH_1252.begin(), HIGH_1252.end(), unit);
+    return found == HIGH_1252.end() ? -1 : 0x80 + static_cast<int>(found - HIGH_1252.begin());
+}
+
+DWORD Encode1252(std::u16string_view wide, char default_char, bool& used_default, Sink<char>& sink) {
+    if (!Room(sink, wide.size())) {
+        return ERROR_INSUFFICIENT_BUFFER;
+    }
+    for (const WCHAR unit : wide) {
+        const int byte = ByteOf1252(unit);
+        used_default = used_default || byte < 0;
+        Put(sink, byte < 0 ? static_cast<unsigned char>(default_char) : static_cast<unsigned>(byte));
+    }
+    return ERROR_SUCCESS;
+}
+
+// What both calls ask of their arguments; a size without a buffer is a mistake, a size of 0 asks for the
+// size.
+template <typename From, typename To>
+bool ArgumentsAreSound(const From* text, int count, const To* buffer, int size) {
+    return text != nullptr && count != 0 && size >= 0 && (size == 0 || buffer != nullptr);
+}
+
+template <typename Unit>
+std::basic_string_view<Unit> TextOf(const Unit* text, int count) {
+    if (count < 0) {
+        return {text, std::char_traits<Unit>::length(text) + 1};
+    }
+    return {text, static_cast<std::size_t>(count)};
+}
+
+template <typename Unit>
+Sink<Unit> SinkFor(Unit* buffer, int size) {
+    return {size == 0 ? nullptr : buffer, static_cast<std::size_t>(size)};
+}
+
+template <typename Unit>
+int Result(DWORD error, const Sink<Unit>& sink) {
+    if (error != ERROR_SUCCESS) {
+        SetLastError(error);
+        return 0;
+    }
+    return static_cast<int>(sink.used);
+}
+
+int Refuse(DWORD error) {
+    SetLastError(error);
+    return 0;
+}
+
+bool Is1252(UINT code_page, const char* call) {
+    if (code_page != CP_UTF8 && code_page != CP_ACP && code_page != CODE_PAGE_1252) {
+        host::NotImplemented(call, "a code page other than 1252 and UTF-8");
+    }
+    return code_page != CP_UTF8;
+}
+
+}  // namespace
+
+namespace host {
+
+bool ToUtf8(std::u16string_view wide, std::string& utf8) {
+    utf8.resize(wide.size() * 3);
+    Sink<char> sink = {utf8.data(), utf8.size()};
+    const DWORD error = EncodeUtf8(wide, true, sink);
+    utf8.resize(sink.used);
+    return error == ERROR_SUCCESS;
+}
+
+bool FromUtf8(std::string_view utf8, std::u16string& wide) {
+    wide.resize(utf8.size());
+    Sink<WCHAR> sink = {wide.data(), wide.size()};
+    const DWORD error = DecodeUtf8(utf8, true, sink);
+    wide.resize(sink.used);
+    return error == ERROR_SUCCESS;
+}
+
+}  // namespace host
+
+int WINAPI MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR bytes, int byte_count, LPWSTR wide,
+                               int wide_size) {
+    if (host::CallFails("MultiByteToWideChar")) {
+        return 0;
+    }
+    if (!ArgumentsAreSound(bytes, byte_count, wide, wide_size)) {
+        return Refuse(ERROR_INVALID_PARAMETER);
+    }
+    Sink<WCHAR> sink = SinkFor(wide, wide_size);
+    if (Is1252(code_page, "MultiByteToWideChar")) {
+        return Result(Decode1252(TextOf(bytes, byte_count), sink), sink);
+    }
+    if ((flags & ~MB_ERR_INVALID_CHARS) != 0) {
+        return Refuse(ERROR_INVALID_FLAGS);
+    }
+    return Result(DecodeUtf8(TextOf(bytes, byte_count), flags != 0, sink), sink);
+}
+
+int WINAPI WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, int wide_count, LPSTR bytes,
+                               int byte_size, LPCSTR default_char, LPBOOL used_default_char) {
+    if (host::CallFails("WideCharToMultiByte")) {
+        return 0;
+    }
+    if (!ArgumentsAreSound(wide, wide_count, bytes, byte_size)) {
+        return Refuse(ERROR_INVALID_PARAMETER);
+    }
+    Sink<char> sink = SinkFor(bytes, byte_size);
+    if (Is1252(code_page, "WideCharToMultiByte")) {
+        bool used_default = false;
+        const char substitute = default_char != nullptr ? *default_char : '?';
+        const DWORD error = Encode1252(TextOf(wide, wide_count), substitute, used_default, sink);
+        if (used_default_char != nullptr) {
+            *used_default_char = used_default ? TRUE : FALSE;
+        }
+        return Result(error, sink);
+    }
+    if ((flags & ~WC_ERR_INVALID_CHARS) != 0) {
+        return Refuse(ERROR_INVALID_FLAGS);
+    }
+    if (default_char != nullptr || used_default_char != nullptr) {
+        return Refuse(ERROR_INVALID_PARAMETER);
+    }
+    return Result(EncodeUtf8(TextOf(wide, wide_count), flags != 0, sink), sink);
+}

@@ -1,8 +1,0 @@
-// The entry of a windowed program: Linux calls main, the program has wWinMain.
-#include "platform/host/kernel32.h"
-
-int main() {
-    constexpr int SHOW_DEFAULT = 10;
-    WCHAR no_arguments[] = u"";
-    return wWinMain(GetModuleHandleW(nullptr), nullptr, no_arguments, SHOW_DEFAULT);
-}

@@ -1,0 +1,119 @@
+// Window classes.
+#include <algorithm>
+#include <map>
+
+#include "platform/host/controls/control_classes.h"
+#include "platform/host/hooks.h"
+#include "platform/host/windows/window.h"
+
+namespace host {
+namespace {
+
+struct Classes {
+    std::map<std::u16string, ClassPointer> by_folded_name;
+    bool controls_registered = false;
+    int own_calls = 0;
+};
+
+Classes& State() {
+    static Classes state;
+    return state;
+}
+
+// Class names are plain ASCII.
+std::u16string Folded(std::u16string_view name) {
+    std::u16string folded(name);
+    std::transform(folded.begin(), folded.end(), folded.begin(), [](char16_t unit) {
+        return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit - u'A' + u'a') : unit;
+    });
+    return folded;
+}
+
+void RegisterControlsOnce() {
+    if (State().controls_registered) {
+        return;
+    }
+    State().controls_registered = true;
+    const OwnWindowCalls own_calls;
+    RegisterControlClasses();
+}
+
+}  // namespace
+
+OwnWindowCalls::OwnWindowCalls() {
+    ++State().own_calls;
+}
+
+OwnWindowCalls::~OwnWindowCalls() {
+    --State().own_calls;
+}
+
+bool WindowCallFails(const char* call) {
+    return State().own_calls == 0 && CallFails(call);
+}
+
+bool SameName(std::u16string_view one, std::u16string_view other) {
+    return one.size() == other.size() && Folded(one) == Folded(other);
+}
+
+ClassPointer FindWindowClass(LPCWSTR name) {
+    RegisterControlsOnce();
+    if (name == nullptr) {
+        return nullptr;
+    }
+    const auto found = State().by_folded_name.find(Folded(name));
+    return found == State().by_folded_name.end() ? nullptr : found->second;
+}
+
+}  // namespace host
+
+using host::FindWindowClass;
+using host::FindWindowState;
+
+ATOM WINAPI RegisterClassW(const WNDCLASSW* window_class) {
+    if (host::WindowCallFails("RegisterClassW")) {
+        return 0;
+    }
+    if (window_class == nullptr || window_class->lpszClassName == nullptr || window_class->cbWndExtra < 0) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return 0;
+    }
+    if (FindWindowClass(window_class->lpszClassName) != nullptr) {
+        SetLastError(ERROR_CLASS_ALREADY_EXISTS);
+        return 0;
+    }
+    const host::WindowClass made{window_class->lpszClassName, window_class->style,
+                                 window_class->lpfnWndProc,   window_class->cbWndExtra,
+                                 window_class->hInstance,     window_class->hbrBackground};
+    auto& classes = host::State().by_folded_name;
+    classes.emplace(host::Folded(made.name), std::make_shared<const host::WindowClass>(made));
+    constexpr std::size_t FIRST_ATOM = 0xC000;
+    return static_cast<ATOM>(FIRST_ATOM + classes.size());
+}
+
+BOOL WINAPI UnregisterClassW(LPCWSTR name, HINSTANCE) {
+    const host::ClassPointer found = FindWindowClass(name);
+    if (found == nullptr) {
+        SetLastError(ERROR_CLASS_DOES_NOT_EXIST);
+        return FALSE;
+    }
+    // Besides this one the registry holds a reference, and so does each window of the class.
+    if (found.use_count() > 2) {
+        SetLastError(ERROR_CLASS_HAS_WINDOWS);
+        return FALSE;
+    }
+    host::State().by_folded_name.erase(host::Folded(name));
+    return TRUE;
+}
+
+int WINAPI GetClassNameW(HWND window, LPWSTR name, int capacity) {
+    const host::WindowPointer found = FindWindowState(window);
+    if (found == nullptr || capacity <= 0) {
+        return 0;
+    }
+    const std::u16string& full = found->window_class->name;
+    const std::size_t length = std::min(full.size(), static_cast<std::size_t>(capacity) - 1);
+    std::copy_n(full.begin(), length, name);
+    name[length] = 0;
+    return static_cast<int>(length);
+}

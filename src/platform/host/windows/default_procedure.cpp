@@ -1,0 +1,226 @@
+// What a window does with the messages that its own procedure leaves alone.
+#include <algorithm>
+
+#include "platform/host/hooks.h"
+#include "platform/host/windows/window.h"
+
+namespace host {
+namespace {
+
+// The part of a frame at a point: first the client area, then the caption with its buttons, then the edges.
+LRESULT HitFrame(const Window& window, POINT point) {
+    const RECT outer = OuterOnScreen(window);
+    if (!Contains(outer, point)) {
+        return HTNOWHERE;
+    }
+    const POINT origin = ClientOrigin(window);
+    const RECT client = {origin.x, origin.y, origin.x + window.client.right - window.client.left,
+                         origin.y + window.client.bottom - window.client.top};
+    if (Contains(client, point)) {
+        return HTCLIENT;
+    }
+    const FrameSize frame = FrameOf(window.style, window.extended_style);
+    const bool in_caption = (window.style & WS_CAPTION) == WS_CAPTION &&
+                            point.y >= outer.top + frame.bottom && point.y < outer.top + frame.top &&
+                            point.x >= outer.left + frame.left && point.x < outer.right - frame.right;
+    constexpr LONG BUTTON_WIDTH = 18;
+    if (in_caption) {
+        const bool has_close = (window.style & WS_SYSMENU) != 0;
+        return has_close && point.x >= outer.right - frame.right - BUTTON_WIDTH ? HTCLOSE : HTCAPTION;
+    }
+    return HTBORDER;
+}
+
+LRESULT CalculateFrame(const Window& window, RECT& rectangle) {
+    const FrameSize frame = FrameOf(window.style, window.extended_style);
+    rectangle.left += frame.left;
+    rectangle.top += frame.top;
+    rectangle.right -= frame.right;
+    rectangle.bottom -= frame.bottom;
+    if ((window.style & WS_VSCROLL) != 0) {
+        rectangle.right -= GetSystemMetrics(SM_CXVSCROLL);
+    }
+    if ((window.style & WS_HSCROLL) != 0) {
+        rectangle.bottom -= GetSystemMetrics(SM_CYHSCROLL);
+    }
+    rectangle.right = std::max(rectangle.right, rectangle.left);
+    rectangle.bottom = std::max(rectangle.bottom, rectangle.top);
+    return 0;
+}
+
+LRESULT LimitSize(const Window& window, WINDOWPOS& position) {
+    if ((position.flags & SWP_NOSIZE) != 0 || !HasLimits(window.style)) {
+        return 0;
+    }
+    MINMAXINFO limits = DefaultLimits(window.style, window.extended_style);
+    SendMessageW(window.handle, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
+    if ((window.style & WS_MINIMIZE) == 0) {
+        position.cx = std::max(std::min(position.cx, limits.ptMaxTrackSize.x), limits.ptMinTrackSize.x);
+        position.cy = std::max(std::min(position.cy, limits.ptMaxTrackSize.y), limits.ptMinTrackSize.y);
+    }
+    return 0;
+}
+
+LRESULT TellChange(const Window& window, const WINDOWPOS& position) {
+    const RECT client = window.client;
+    const HWND handle = window.handle;
+    const DWORD style = window.style;
+    if ((position.flags & SWP_NOCLIENTMOVE) == 0) {
+        SendMessageW(handle, WM_MOVE, 0,
+                     MAKELPARAM(static_cast<unsigned>(client.left), static_cast<unsigned>(client.top)));
+    }
+    if ((position.flags & SWP_NOCLIENTSIZE) == 0 || (position.flags & SWP_STATECHANGED) != 0) {
+        WPARAM kind = SIZE_RESTORED;
+        if ((style & WS_MINIMIZE) != 0) {
+            kind = SIZE_MINIMIZED;
+        } else if ((style & WS_MAXIMIZE) != 0) {
+            kind = SIZE_MAXIMIZED;
+        }
+        SendMessageW(handle, WM_SIZE, kind,
+                     MAKELPARAM(static_cast<unsigned>(client.right - client.left),
+                                static_cast<unsigned>(client.bottom - client.top)));
+    }
+    return 0;
+}
+
+LRESULT GiveText(const Window& window, WPARAM capacity, WCHAR* text) {
+    if (capacity == 0) {
+        return 0;
+    }
+    const std::size_t length = std::min(window.text.size(), static_cast<std::size_t>(capacity) - 1);
+    std::copy_n(window.text.begin(), length, text);
+    text[length] = 0;
+    return static_cast<LRESULT>(length);
+}
+
+LRESULT Paint(HWND handle) {
+    PAINTSTRUCT paint{};
+    BeginPaint(handle, &paint);
+    EndPaint(handle, &paint);
+    return 0;
+}
+
+LRESULT EraseBackground(const Window& window, HDC dc) {
+    if (window.window_class->background == nullptr) {
+        return 0;
+    }
+    RECT client{};
+    GetClientRect(window.handle, &client);
+    FillRect(dc, &client, window.window_class->background);
+    return 1;
+}
+
+LRESULT SystemCommand(HWND handle, WPARAM command) {
+    constexpr WPARAM COMMAND_BITS = 0xFFF0;
+    switch (command & COMMAND_BITS) {
+        case SC_CLOSE:
+            return SendMessageW(handle, WM_CLOSE, 0, 0);
+        case SC_MINIMIZE:
+            ShowWindow(handle, SW_MINIMIZE);
+            return 0;
+        case SC_MAXIMIZE:
+            ShowWindow(handle, SW_MAXIMIZE);
+            return 0;
+        case SC_RESTORE:
+            ShowWindow(handle, SW_RESTORE);
+            return 0;
+        default:
+            NotImplemented("DefWindowProcW", "this system command");
+    }
+}
+
+// Children ask their parent first whether a click may activate it.
+LRESULT MayActivate(const Window& window, WPARAM wparam, LPARAM lparam) {
+    if (window.parent == nullptr) {
+        return MA_ACTIVATE;
+    }
+    const LRESULT answer = SendMessageW(window.parent, WM_MOUSEACTIVATE, wparam, lparam);
+    return answer == 0 ? MA_ACTIVATE : answer;
+}
+
+LRESULT SystemKey(const Window& window, WPARAM key) {
+    if (key == VK_F4 && GetKeyState(VK_MENU) < 0) {
+        PostMessageW(RootOf(window.handle), WM_SYSCOMMAND, SC_CLOSE, 0);
+    }
+    return 0;
+}
+
+LRESULT FocusOnActivation(const Window& window, WPARAM wparam) {
+    if (LOWORD(wparam) != WA_INACTIVE && (window.style & WS_MINIMIZE) == 0) {
+        SetFocus(window.handle);
+    }
+    return 0;
+}
+
+}  // namespace
+}  // namespace host
+
+LRESULT WINAPI DefWindowProcW(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
+    const host::WindowPointer window = host::FindWindowState(handle);
+    if (window == nullptr) {
+        return 0;
+    }
+    switch (message) {
+        case WM_NCCREATE: {
+            const LPCWSTR title = reinterpret_cast<const CREATESTRUCTW*>(lparam)->lpszName;
+            window->text = title == nullptr ? u"" : title;
+            return TRUE;
+        }
+        case WM_SETTEXT:
+            window->text = lparam == 0 ? u"" : reinterpret_cast<LPCWSTR>(lparam);
+            return TRUE;
+        case WM_GETTEXT:
+            return host::GiveText(*window, wparam, reinterpret_cast<WCHAR*>(lparam));
+        case WM_GETTEXTLENGTH:
+            return static_cast<LRESULT>(window->text.size());
+        case WM_NCCALCSIZE:
+            // The rectangle to work on comes first, with parameters and without.
+            return host::CalculateFrame(*window, *reinterpret_cast<RECT*>(lparam));
+        case WM_WINDOWPOSCHANGING:
+            return host::LimitSize(*window, *reinterpret_cast<WINDOWPOS*>(lparam));
+        case WM_WINDOWPOSCHANGED:
+            return host::TellChange(*window, *reinterpret_cast<const WINDOWPOS*>(lparam));
+        case WM_NCHITTEST:
+            return host::HitFrame(*window,
+                                  {static_cast<SHORT>(LOWORD(lparam)), static_cast<SHORT>(HIWORD(lparam))});
+        case WM_PAINT:
+            return host::Paint(handle);
+        case WM_ERASEBKGND:
+            return host::EraseBackground(*window, reinterpret_cast<HDC>(wparam));
+        case WM_CLOSE:
+            DestroyWindow(handle);
+            return 0;
+        case WM_ACTIVATE:
+            return host::FocusOnActivation(*window, wparam);
+        case WM_NCACTIVATE:
+        case WM_QUERYOPEN:
+            return TRUE;
+        case WM_MOUSEACTIVATE:
+            return host::MayActivate(*window, wparam, lparam);
+        case WM_NCLBUTTONDOWN:
+            return 0;
+        case WM_NCLBUTTONUP:
+            if (wparam == HTCLOSE) {
+                SendMessageW(handle, WM_SYSCOMMAND, SC_CLOSE, lparam);
+            }
+            return 0;
+        case WM_SYSCOMMAND:
+            return host::SystemCommand(handle, wparam);
+        case WM_SYSKEYDOWN:
+            return host::SystemKey(*window, wparam);
+        case WM_CTLCOLORBTN:
+        case WM_CTLCOLORDLG:
+        case WM_CTLCOLORSTATIC:
+            return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_BTNFACE));
+        case WM_CTLCOLOREDIT:
+        case WM_CTLCOLORLISTBOX:
+            return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
+        case WM_NOTIFYFORMAT:
+            return lparam == NF_QUERY ? NFR_UNICODE : 0;
+        case WM_PRINT:
+        case WM_PRINTCLIENT:
+            host::NotImplemented("DefWindowProcW", "printing");
+        default:
+            return 0;
+    }
+}

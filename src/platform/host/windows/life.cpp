@@ -1,0 +1,363 @@
+// The life of windows: creation, destruction and the values that a window keeps.
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstring>
+#include <unordered_map>
+
+#include "platform/host/hooks.h"
+#include "platform/host/windows/window.h"
+
+namespace host {
+namespace {
+
+struct Windows {
+    std::unordered_map<HWND, WindowPointer> by_handle;
+    std::vector<HWND> top_levels;
+    std::uintptr_t last_handle = 0x10010;
+};
+
+Windows& State() {
+    static Windows state;
+    return state;
+}
+
+HWND Adopt(const WindowPointer& window) {
+    State().last_handle += 2;
+    window->handle = reinterpret_cast<HWND>(State().last_handle);
+    State().by_handle.emplace(window->handle, window);
+    // The first child made lies on top of its siblings, and the newest top-level window on top of the others.
+    std::vector<HWND>& siblings = SiblingsOf(*window);
+    siblings.insert(window->parent != nullptr ? siblings.end() : siblings.begin(), window->handle);
+    return window->handle;
+}
+
+void Abandon(HWND handle) {
+    const WindowPointer window = FindWindowState(handle);
+    if (window == nullptr) {
+        return;
+    }
+    std::vector<HWND>& siblings = SiblingsOf(*window);
+    siblings.erase(std::remove(siblings.begin(), siblings.end(), handle), siblings.end());
+    ForgetMessages(handle);
+    ForgetTimers(handle);
+    ForgetInput(handle);
+    State().by_handle.erase(handle);
+}
+
+void SendDestroy(HWND handle) {
+    SendMessageW(handle, WM_DESTROY, 0, 0);
+    const WindowPointer window = FindWindowState(handle);
+    if (window == nullptr) {
+        return;
+    }
+    const std::vector<HWND> children = window->children;
+    for (const HWND child : children) {
+        if (IsWindow(child)) {
+            SendDestroy(child);
+        }
+    }
+}
+
+// Children go first, each with its last message.
+void Remove(HWND handle) {
+    const WindowPointer window = FindWindowState(handle);
+    if (window == nullptr) {
+        return;
+    }
+    const std::vector<HWND> children = window->children;
+    for (const HWND child : children) {
+        Remove(child);
+    }
+    SendMessageW(handle, WM_NCDESTROY, 0, 0);
+    Abandon(handle);
+}
+
+void DestroyOwned(HWND owner) {
+    const std::vector<HWND> top_levels = State().top_levels;
+    for (const HWND handle : top_levels) {
+        if (IsWindow(handle) && FindWindowState(handle)->owner == owner) {
+            DestroyWindow(handle);
+        }
+    }
+}
+
+void TellParent(const Window& window, UINT event) {
+    if (IsChildStyle(window.style) && (window.extended_style & WS_EX_NOPARENTNOTIFY) == 0) {
+        SendMessageW(window.parent, WM_PARENTNOTIFY, MAKEWPARAM(event, static_cast<UINT>(window.id)),
+                     reinterpret_cast<LPARAM>(window.handle));
+    }
+}
+
+void CompleteStyles(Window& window) {
+    if (!IsChildStyle(window.style)) {
+        window.style |= WS_CLIPSIBLINGS;
+        if ((window.style & WS_POPUP) == 0) {
+            window.style |= WS_CAPTION;
+        }
+    }
+    const bool has_dialog_edge = (window.extended_style & WS_EX_DLGMODALFRAME) != 0;
+    const bool has_frame = (window.style & (WS_DLGFRAME | WS_THICKFRAME)) != 0;
+    if (has_dialog_edge || (has_frame && (window.extended_style & WS_EX_STATICEDGE) == 0)) {
+        window.extended_style |= WS_EX_WINDOWEDGE;
+    }
+}
+
+void PlaceFirst(Window& window, const CREATESTRUCTW& create) {
+    int x = create.x;
+    int y = create.y;
+    int width = create.cx;
+    int height = create.cy;
+    if (x == CW_USEDEFAULT) {
+        x = 0;
+        y = 0;
+    }
+    if (width == CW_USEDEFAULT) {
+        width = IsChildStyle(window.style) ? 0 : static_cast<int>(SCREEN_WIDTH * 3 / 4);
+        height = IsChildStyle(window.style) ? 0 : static_cast<int>(SCREEN_HEIGHT * 3 / 4);
+    }
+    if (HasLimits(window.style)) {
+        MINMAXINFO limits = DefaultLimits(window.style, window.extended_style);
+        SendMessageW(window.handle, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
+        width = std::max(std::min(width, limits.ptMaxTrackSize.x), limits.ptMinTrackSize.x);
+        height = std::max(std::min(height, limits.ptMaxTrackSize.y), limits.ptMinTrackSize.y);
+    }
+    window.outer = {x, y, x + std::max(width, 0), y + std::max(height, 0)};
+}
+
+// WM_NCCREATE to WM_CREATE. False: the window refused and is gone.
+bool Introduce(const WindowPointer& window, CREATESTRUCTW& create) {
+    const HWND handle = window->handle;
+    PlaceFirst(*window, create);
+    create.x = window->outer.left;
+    create.y = window->outer.top;
+    create.cx = window->outer.right - window->outer.left;
+    create.cy = window->outer.bottom - window->outer.top;
+    const LPARAM parameter = reinterpret_cast<LPARAM>(&create);
+    if (SendMessageW(handle, WM_NCCREATE, 0, parameter) == FALSE) {
+        Remove(handle);
+        return false;
+    }
+    CalculateClient(*window, FALSE);
+    if (IsWindow(handle) && SendMessageW(handle, WM_CREATE, 0, parameter) != -1) {
+        return IsWindow(handle) != FALSE;
+    }
+    // A window that refuses in WM_CREATE goes without WM_DESTROY, and so do its children.
+    Remove(handle);
+    return false;
+}
+
+WindowPointer MakeWindow(const CREATESTRUCTW& create, const ClassPointer& window_class) {
+    auto window = std::make_shared<Window>();
+    window->style = static_cast<DWORD>(create.style) & ~WS_VISIBLE;
+    window->extended_style = create.dwExStyle;
+    if (IsChildStyle(window->style)) {
+        window->parent = create.hwndParent;
+        window->id = reinterpret_cast<LONG_PTR>(create.hMenu);
+    } else {
+        window->owner = create.hwndParent == nullptr ? nullptr : RootOf(create.hwndParent);
+    }
+    CompleteStyles(*window);
+    window->window_class = window_class;
+    window->procedure = window_class->procedure;
+    window->instance = create.hInstance;
+    window->extra.resize(static_cast<std::size_t>(window_class->extra_bytes));
+    window->thread = GetCurrentThreadId();
+    return window;
+}
+
+bool CanCreate(const CREATESTRUCTW& create, const ClassPointer& window_class) {
+    if (window_class == nullptr) {
+        SetLastError(ERROR_CANNOT_FIND_WND_CLASS);
+        return false;
+    }
+    const auto style = static_cast<DWORD>(create.style);
+    if ((style & (WS_MINIMIZE | WS_MAXIMIZE)) != 0) {
+        NotImplemented("CreateWindowExW", "a window that is born minimised or maximised");
+    }
+    if (create.hwndParent == nullptr && IsChildStyle(style)) {
+        SetLastError(ERROR_TLW_WITH_WSCHILD);
+        return false;
+    }
+    return create.hwndParent == nullptr || FindWindowState(create.hwndParent) != nullptr;
+}
+
+std::byte* ExtraBytes(Window& window, int index) {
+    const auto offset = static_cast<std::size_t>(index);
+    if (index < 0 || offset + sizeof(LONG_PTR) > window.extra.size()) {
+        SetLastError(ERROR_INVALID_INDEX);
+        return nullptr;
+    }
+    return window.extra.data() + offset;
+}
+
+}  // namespace
+
+WindowPointer FindWindowState(HWND handle) {
+    const auto found = State().by_handle.find(handle);
+    if (found == State().by_handle.end()) {
+        SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+        return nullptr;
+    }
+    return found->second;
+}
+
+std::vector<HWND>& SiblingsOf(const Window& window) {
+    const auto parent = State().by_handle.find(window.parent);
+    return parent == State().by_handle.end() ? State().top_levels : parent->second->children;
+}
+
+std::vector<HWND>& TopLevelWindows() {
+    return State().top_levels;
+}
+
+HWND RootOf(HWND handle) {
+    WindowPointer window = FindWindowState(handle);
+    while (window != nullptr && window->parent != nullptr) {
+        window = FindWindowState(window->parent);
+    }
+    return window == nullptr ? nullptr : window->handle;
+}
+
+}  // namespace host
+
+using host::FindWindowState;
+using host::WindowPointer;
+
+HWND WINAPI CreateWindowExW(DWORD extended_style, LPCWSTR class_name, LPCWSTR title, DWORD style, int x,
+                            int y, int width, int height, HWND parent, HMENU menu, HINSTANCE instance,
+                            LPVOID parameter) {
+    if (host::WindowCallFails("CreateWindowExW")) {
+        return nullptr;
+    }
+    const host::ClassPointer window_class = host::FindWindowClass(class_name);
+    CREATESTRUCTW create{
+        parameter, instance,   menu,          parent, height, width, y, x, static_cast<LONG>(style),
+        title,     class_name, extended_style};
+    if (!host::CanCreate(create, window_class)) {
+        return nullptr;
+    }
+    const WindowPointer window = host::MakeWindow(create, window_class);
+    const HWND handle = host::Adopt(window);
+    if (!host::Introduce(window, create)) {
+        return nullptr;
+    }
+    if ((style & (WS_CHILD | WS_POPUP)) == 0) {
+        window->size_on_show = true;
+    } else {
+        host::SendSizeAndMove(handle);
+    }
+    if (IsWindow(handle)) {
+        host::TellParent(*window, WM_CREATE);
+    }
+    if ((style & WS_VISIBLE) != 0 && IsWindow(handle)) {
+        ShowWindow(handle, SW_SHOW);
+    }
+    return IsWindow(handle) ? handle : nullptr;
+}
+
+BOOL WINAPI DestroyWindow(HWND handle) {
+    const WindowPointer window = FindWindowState(handle);
+    if (window == nullptr) {
+        return FALSE;
+    }
+    host::TellParent(*window, WM_DESTROY);
+    if (host::IsChildStyle(window->style)) {
+        ShowWindow(handle, SW_HIDE);
+    } else if ((window->style & WS_VISIBLE) != 0) {
+        SetWindowPos(handle, nullptr, 0, 0, 0, 0,
+                     SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_HIDEWINDOW);
+    }
+    host::DestroyOwned(handle);
+    host::PassActivationOn(handle);
+    if (!IsWindow(handle)) {
+        return TRUE;
+    }
+    host::SendDestroy(handle);
+    host::Remove(handle);
+    return TRUE;
+}
+
+BOOL WINAPI IsWindow(HWND handle) {
+    const auto& windows = host::State().by_handle;
+    return windows.find(handle) != windows.end() ? TRUE : FALSE;
+}
+
+LONG_PTR WINAPI GetWindowLongPtrW(HWND handle, int index) {
+    const WindowPointer window = FindWindowState(handle);
+    if (window == nullptr) {
+        return 0;
+    }
+    switch (index) {
+        case GWLP_WNDPROC:
+            return reinterpret_cast<LONG_PTR>(window->procedure);
+        case GWLP_HINSTANCE:
+            return reinterpret_cast<LONG_PTR>(window->instance);
+        case GWLP_HWNDPARENT:
+            return reinterpret_cast<LONG_PTR>(window->parent != nullptr ? window->parent : window->owner);
+        case GWLP_ID:
+            return window->id;
+        case GWL_STYLE:
+            return window->style;
+        case GWL_EXSTYLE:
+            return window->extended_style;
+        case GWLP_USERDATA:
+            return window->user_data;
+        default:
+            break;
+    }
+    LONG_PTR value = 0;
+    if (const std::byte* const bytes = host::ExtraBytes(*window, index); bytes != nullptr) {
+        std::memcpy(&value, bytes, sizeof(value));
+    }
+    return value;
+}
+
+LONG_PTR WINAPI SetWindowLongPtrW(HWND handle, int index, LONG_PTR value) {
+    const LONG_PTR previous = GetWindowLongPtrW(handle, index);
+    const WindowPointer window = FindWindowState(handle);
+    if (window == nullptr) {
+        return 0;
+    }
+    switch (index) {
+        case GWLP_WNDPROC:
+            window->procedure = reinterpret_cast<WNDPROC>(value);
+            return previous;
+        case GWLP_ID:
+            window->id = value;
+            return previous;
+        case GWL_STYLE:
+            window->style = static_cast<DWORD>(value);
+            return previous;
+        case GWL_EXSTYLE:
+            window->extended_style = static_cast<DWORD>(value);
+            return previous;
+        case GWLP_USERDATA:
+            window->user_data = value;
+            return previous;
+        case GWLP_HINSTANCE:
+        case GWLP_HWNDPARENT:
+            host::NotImplemented("SetWindowLongPtrW", "another instance or owner");
+        default:
+            break;
+    }
+    if (std::byte* const bytes = host::ExtraBytes(*window, index); bytes != nullptr) {
+        std::memcpy(bytes, &value, sizeof(value));
+    }
+    return previous;
+}
+
+DWORD WINAPI GetCurrentThreadId() {
+    return static_cast<DWORD>(gettid());
+}
+
+DWORD WINAPI GetWindowThreadProcessId(HWND handle, LPDWORD process) {
+    const WindowPointer window = FindWindowState(handle);
+    if (window == nullptr) {
+        return 0;
+    }
+    if (process != nullptr) {
+        *process = GetCurrentProcessId();
+    }
+    return window->thread;
+}

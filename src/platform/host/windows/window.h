@@ -1,0 +1,136 @@
+// What the window files of the layer share: the record of a window, how to find it, and the steps that one
+// file does for another. Nothing outside the layer includes this.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/host/api/base.h"
+#include "platform/host/api/kernel32.h"
+#include "platform/host/api/user32.h"
+
+namespace host {
+
+struct WindowClass {
+    std::u16string name;
+    UINT style;
+    WNDPROC procedure;
+    int extra_bytes;
+    HINSTANCE instance;
+    HBRUSH background;
+};
+using ClassPointer = std::shared_ptr<const WindowClass>;
+
+struct Window {
+    HWND handle = nullptr;
+    HWND parent = nullptr;       // of a child window
+    HWND owner = nullptr;        // of a top-level window
+    std::vector<HWND> children;  // topmost first
+    ClassPointer window_class;
+    WNDPROC procedure = nullptr;
+    DWORD style = 0;
+    DWORD extended_style = 0;
+    LONG_PTR id = 0;
+    HINSTANCE instance = nullptr;
+    LONG_PTR user_data = 0;
+    std::vector<std::byte> extra;
+    RECT outer{};     // in the client area of the parent, or on the screen
+    RECT client{};    // in the same coordinates
+    RECT restored{};  // the outer rectangle behind a minimised or maximised one
+    std::u16string text;
+    bool size_on_show = false;  // WM_SIZE and WM_MOVE wait for the first showing
+    bool damaged = false;       // WM_PAINT is due
+    bool unerased = false;      // WM_ERASEBKGND comes with it
+    DWORD thread = 0;
+};
+using WindowPointer = std::shared_ptr<Window>;
+
+constexpr LONG SCREEN_WIDTH = 1400;
+constexpr LONG SCREEN_HEIGHT = 1000;
+constexpr LONG MINIMISED_ORIGIN = -32000;
+constexpr UINT SWP_NOCLIENTSIZE = 0x0800;
+constexpr UINT SWP_NOCLIENTMOVE = 0x1000;
+constexpr UINT SWP_STATECHANGED = 0x8000;
+
+// --- finding (window.cpp) ---
+
+// The window of a handle, or null with ERROR_INVALID_WINDOW_HANDLE.
+WindowPointer FindWindowState(HWND handle);
+// The top-level windows, topmost first.
+std::vector<HWND>& TopLevelWindows();
+// The list in which the window stands, topmost first: the children of its parent, or the top-level windows.
+std::vector<HWND>& SiblingsOf(const Window& window);
+// The window itself, or the outermost parent of a child.
+HWND RootOf(HWND handle);
+inline bool IsChildStyle(DWORD style) {
+    return (style & (WS_CHILD | WS_POPUP)) == WS_CHILD;
+}
+// Whether a fault has been asked for this call; never while the layer makes its own calls
+// (control_classes.h).
+bool WindowCallFails(const char* call);
+
+// --- classes (window_class.cpp) ---
+
+ClassPointer FindWindowClass(LPCWSTR name);
+// Whether two class names are the same to the platform, which takes no notice of case.
+bool SameName(std::u16string_view one, std::u16string_view other);
+
+// --- geometry (window_position.cpp, show_window.cpp) ---
+
+struct FrameSize {
+    LONG left;
+    LONG top;
+    LONG right;
+    LONG bottom;
+};
+// How far the frame reaches on each side of the client area, scroll bars left out.
+FrameSize FrameOf(DWORD style, DWORD extended_style);
+// The platform's own limits for a window of this style.
+MINMAXINFO DefaultLimits(DWORD style, DWORD extended_style);
+// Whether a window of this style is asked for its limits when it is sized.
+bool HasLimits(DWORD style);
+// Screen coordinates of a window's outer rectangle and of the origin of its client area.
+RECT OuterOnScreen(const Window& window);
+POINT ClientOrigin(const Window& window);
+bool Contains(const RECT& rectangle, POINT point);
+// Asks the window for its client area.
+void CalculateClient(Window& window, BOOL with_parameters);
+void SendSizeAndMove(HWND handle);
+// Puts the top-level window and what it owns in front.
+void RaiseWindow(HWND handle);
+
+// --- activation (activation.cpp) ---
+
+void ActivateWindow(HWND handle, int how);
+// When the window goes away or is hidden: the activation and the focus pass on.
+void PassActivationOn(HWND handle);
+void ForgetInput(HWND handle);
+bool CanBeActive(const Window& window);
+
+// --- painting (painting.cpp) ---
+
+void DamageWindow(Window& window, bool with_children, bool erase);
+// The next window that waits for WM_PAINT; null when there is none.
+HWND NextDamagedWindow(HWND filter);
+
+// --- queue, timers, input (message_queue.cpp, timer.cpp, input.cpp) ---
+
+struct MessageFilter {
+    HWND window;
+    UINT lowest;
+    UINT highest;
+};
+bool PassesFilter(const MessageFilter& filter, HWND window, UINT message);
+void ForgetMessages(HWND handle);
+bool TakeTimer(const MessageFilter& filter, bool remove, MSG& message);
+// Milliseconds until the next timer is due; -1 without any.
+std::int64_t NextTimerDelay();
+void ForgetTimers(HWND handle);
+bool TakeInput(const MessageFilter& filter, bool remove, MSG& message);
+// The topmost window at a point of the screen that takes the mouse there, and the part of it that was hit.
+HWND HitWindow(POINT point, LRESULT& part);
+POINT CursorPosition();
+
+}  // namespace host
