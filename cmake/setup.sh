@@ -4,7 +4,7 @@
 packages_host="cmake ninja-build g++ binutils googletest"
 packages_sanitize="cmake ninja-build g++ clang libclang-rt-14-dev binutils googletest"
 packages_windows="cmake ninja-build g++-mingw-w64-x86-64-posix binutils googletest wine wine64 xvfb util-linux"
-packages_lint="cmake ninja-build g++ binutils googletest clang-format clang-tidy"
+packages_lint="cmake ninja-build g++ binutils googletest clang-format clang-tidy git perl"
 packages_bench="cmake ninja-build g++ libbenchmark-dev"
 
 # need BUILD: installs the packages that the build needs and the machine has not.

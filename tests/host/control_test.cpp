@@ -1,6 +1,7 @@
 // The layer's own promises: faults come when they were asked for, nothing leaks, a child gets nothing but its
 // streams.
 #include "platform/host/hooks.h"
+#include "platform/host/system/inspect.h"
 
 #include <gtest/gtest.h>
 

@@ -9,6 +9,7 @@
 
 #include "cases.h"
 #include "platform/host/hooks.h"
+#include "platform/host/system/inspect.h"
 
 // The calls of an operation in the order in which it must make them, each with what the operation says when
 // it fails; nothing where its failure is of no consequence.

@@ -1,7 +1,7 @@
 // The paths of the layer as the machine knows them.
 #include <stdexcept>
 
-#include "platform/host/hooks.h"
+#include "platform/host/system/inspect.h"
 #include "scratch.h"
 
 std::filesystem::path NativePath(WideView path) {

@@ -17,19 +17,22 @@ struct Fault {
     DWORD error;
 };
 
-struct ControlState {
+struct HookState {
     std::vector<Fault> faults;
     unsigned faults_that_came = 0;
     bool tracing = false;
     std::vector<std::string> trace;
     bool clock_is_taken = false;
     std::uint64_t taken_ms = 0;
+    int own_calls = 0;
 };
 
-ControlState& State() {
-    static ControlState state;
+HookState& State() {
+    static HookState state;
     return state;
 }
+
+thread_local DWORD last_error = ERROR_SUCCESS;
 
 }  // namespace
 
@@ -58,7 +61,10 @@ std::vector<std::string> Trace() {
 }
 
 bool CallFails(const char* name) {
-    ControlState& state = State();
+    HookState& state = State();
+    if (state.own_calls > 0) {
+        return false;
+    }
     if (state.tracing) {
         state.trace.emplace_back(name);
     }
@@ -74,6 +80,14 @@ bool CallFails(const char* name) {
         }
     }
     return fails;
+}
+
+OwnCalls::OwnCalls() {
+    ++State().own_calls;
+}
+
+OwnCalls::~OwnCalls() {
+    --State().own_calls;
 }
 
 std::uint64_t Now() {
@@ -107,6 +121,14 @@ void NotImplemented(const char* call, const char* what) {
 }
 
 }  // namespace host
+
+DWORD WINAPI GetLastError() {
+    return host::last_error;
+}
+
+void WINAPI SetLastError(DWORD code) {
+    host::last_error = code;
+}
 
 ULONGLONG WINAPI GetTickCount64() {
     return host::Now();

@@ -1,11 +1,9 @@
-// What a test or the demonstration can ask of the layer that the platform itself does not offer: faults, the
-// count of open handles, the clock. The layer's own calls report here.
+// What a test may do to the layer: make calls fail, write down which were made, take the clock over. And what
+// every call of the layer starts from: the last error, and the loud refusal of what is not implemented.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/host/api/base.h"
@@ -27,17 +25,17 @@ unsigned ClearFaults();
 void StartTrace();
 std::vector<std::string> Trace();
 
-// For the layer: every call that can fail asks this first; true means that it must fail now, with the last
-// error set.
+// Every call that can fail asks this first; true means that it must fail now, with the last error set.
 bool CallFails(const char* name);
 
-// --- handles ---
-
-// How many kernel handles are open: files, processes, threads.
-std::size_t OpenHandles();
-
-// How many process attribute lists have been initialised and not deleted.
-std::size_t OpenAttributeLists();
+// While one of these lives, calls are the layer's own: no fault strikes them, and the trace leaves them out.
+class OwnCalls {
+public:
+    OwnCalls();
+    ~OwnCalls();
+    OwnCalls(const OwnCalls&) = delete;
+    OwnCalls& operator=(const OwnCalls&) = delete;
+};
 
 // --- the clock ---
 
@@ -49,16 +47,6 @@ void TakeClock();
 void MoveClock(std::uint64_t ms);
 // True while the clock is taken over.
 bool ClockIsTaken();
-
-// --- places ---
-
-// Where the program believes that its own file lies, as a Windows path; empty for the true place.
-void SetModuleFile(std::u16string path);
-
-// The Linux path of a full Windows path on drive C:, and the other way: "C:\tmp\a" is "/tmp/a". What is no
-// such path comes back as an empty string.
-std::string NativePath(std::u16string_view path);
-std::u16string WidePath(std::string_view native);
 
 // --- what is not there ---
 

@@ -216,7 +216,6 @@ constexpr UINT GW_HWNDNEXT = 2;
 constexpr UINT GW_HWNDPREV = 3;
 constexpr UINT GW_OWNER = 4;
 constexpr UINT GW_CHILD = 5;
-constexpr UINT GA_PARENT = 1;
 constexpr UINT GA_ROOT = 2;
 constexpr UINT GA_ROOTOWNER = 3;
 
@@ -689,8 +688,6 @@ DWORD WINAPI GetCurrentThreadId();
 HWND WINAPI GetParent(HWND window);
 HWND WINAPI GetAncestor(HWND window, UINT kind);
 HWND WINAPI GetWindow(HWND window, UINT relation);
-HWND WINAPI GetDesktopWindow();
-HWND WINAPI GetLastActivePopup(HWND window);
 BOOL WINAPI IsChild(HWND parent, HWND window);
 BOOL WINAPI EnumWindows(WNDENUMPROC procedure, LPARAM parameter);
 BOOL WINAPI EnumThreadWindows(DWORD thread, WNDENUMPROC procedure, LPARAM parameter);

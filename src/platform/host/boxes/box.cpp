@@ -4,7 +4,6 @@
 
 #include "platform/host/api/comdlg32.h"
 #include "platform/host/controls/control.h"
-#include "platform/host/controls/control_classes.h"
 #include "platform/host/hooks.h"
 
 namespace host {
@@ -60,7 +59,7 @@ LRESULT SetControlText(const Box& box, WPARAM id, LPARAM text) {
 }
 
 bool TakeMessage(MSG& message) {
-    const OwnWindowCalls own;
+    const OwnCalls own;
     return GetMessageW(&message, nullptr, 0, 0) > 0;
 }
 
@@ -81,7 +80,7 @@ void PumpMessages(const Box& box) {
 }  // namespace
 
 bool MakeBox(Box& box, HWND owner, const WCHAR* title, int width, int height) {
-    const OwnWindowCalls own;
+    const OwnCalls own;
     const HWND root = owner == nullptr ? nullptr : GetAncestor(owner, GA_ROOT);
     const POINT corner = MiddleOf(root, width, height);
     CreateWindowExW(BOX_EXTENDED_STYLE, u"#32770", title, BOX_STYLE, corner.x, corner.y, width, height, root,
@@ -90,7 +89,7 @@ bool MakeBox(Box& box, HWND owner, const WCHAR* title, int width, int height) {
 }
 
 HWND AddToBox(const Box& box, const BoxControl& control) {
-    const OwnWindowCalls own;
+    const OwnCalls own;
     return CreateWindowExW(0, control.class_name, control.text, control.style | WS_CHILD | WS_VISIBLE,
                            control.place.left, control.place.top, control.place.right, control.place.bottom,
                            box.window, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(control.id)), nullptr,

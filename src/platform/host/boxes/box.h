@@ -33,6 +33,8 @@ bool MakeBox(Box& box, HWND owner, const WCHAR* title, int width, int height);
 // Null when the control could not be made.
 HWND AddToBox(const Box& box, const BoxControl& control);
 
+LRESULT CALLBACK BoxProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+
 // From inside a command: the box closes with this answer.
 void CloseBox(Box& box, int answer);
 

@@ -9,8 +9,8 @@
 #include "platform/host/api/comdlg32.h"
 #include "platform/host/boxes/box.h"
 #include "platform/host/controls/control.h"
-#include "platform/host/controls/control_classes.h"
 #include "platform/host/hooks.h"
+#include "platform/host/system/inspect.h"
 #include "platform/host/system/native.h"
 
 namespace host {

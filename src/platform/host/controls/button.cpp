@@ -1,5 +1,6 @@
 // BUTTON: push buttons, the default push button, check boxes that change by themselves, and group boxes.
 #include "platform/host/controls/control.h"
+#include "platform/host/controls/procedures.h"
 #include "platform/host/hooks.h"
 
 namespace host {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/host/controls/control.h"
-#include "platform/host/controls/control_classes.h"
+#include "platform/host/controls/procedures.h"
 #include "platform/host/hooks.h"
 
 namespace host {
@@ -184,7 +184,7 @@ LRESULT Create(HWND window, Combo& combo) {
     style &= ~WS_VSCROLL;
     SetWindowLongPtrW(window, GWL_STYLE, static_cast<LONG_PTR>(style));
     FitField(window, combo);
-    const OwnWindowCalls own;
+    const OwnCalls own;
     combo.list = CreateWindowExW(WS_EX_TOOLWINDOW, u"ComboLBox", nullptr, WS_POPUP | WS_BORDER, 0, 0, 1, 1,
                                  window, nullptr, nullptr, window);
     return combo.list == nullptr ? -1 : 0;

@@ -1,5 +1,5 @@
-#include "platform/host/controls/control_classes.h"
 
+// How controls tell their parents, what they leave alone, and the start of the common controls.
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -11,23 +11,6 @@
 
 namespace host {
 namespace {
-
-struct ControlClass {
-    const WCHAR* name;
-    WNDPROC procedure;
-    UINT style;
-};
-
-constexpr auto CLASSES = std::to_array<ControlClass>({
-    {u"Static", StaticProcedure, CS_DBLCLKS | CS_PARENTDC},
-    {u"Edit", EditProcedure, CS_DBLCLKS | CS_PARENTDC},
-    {u"Button", ButtonProcedure, CS_DBLCLKS | CS_PARENTDC | CS_VREDRAW | CS_HREDRAW},
-    {u"ComboBox", ComboProcedure, CS_DBLCLKS | CS_PARENTDC | CS_VREDRAW | CS_HREDRAW},
-    {u"ComboLBox", ComboListProcedure, CS_DBLCLKS | CS_SAVEBITS},
-    {WC_TABCONTROLW, TabProcedure, CS_DBLCLKS | CS_GLOBALCLASS | CS_VREDRAW | CS_HREDRAW},
-    {WC_LISTVIEWW, ListProcedure, CS_DBLCLKS | CS_GLOBALCLASS},
-    {u"#32770", BoxProcedure, CS_DBLCLKS | CS_SAVEBITS},
-});
 
 struct MessageRange {
     UINT first;
@@ -56,17 +39,6 @@ bool IsControlMessage(UINT message) {
 
 }  // namespace
 
-void RegisterControlClasses() {
-    for (const ControlClass& control : CLASSES) {
-        WNDCLASSW window_class{};
-        window_class.style = control.style;
-        window_class.lpfnWndProc = control.procedure;
-        window_class.cbWndExtra = CONTROL_EXTRA_BYTES;
-        window_class.lpszClassName = control.name;
-        RegisterClassW(&window_class);
-    }
-}
-
 void TellParent(HWND control, int code) {
     SendMessageW(GetParent(control), WM_COMMAND,
                  MAKEWPARAM(static_cast<unsigned>(GetDlgCtrlID(control)), static_cast<unsigned>(code)),
@@ -92,15 +64,6 @@ LRESULT DefControlProcedure(const char* class_name, HWND window, UINT message, W
         RefuseMessage(class_name, message);
     }
     return DefWindowProcW(window, message, wparam, lparam);
-}
-
-LRESULT GiveText(const std::u16string& text, std::size_t capacity, LPARAM buffer) {
-    if (capacity == 0 || buffer == 0) {
-        return 0;
-    }
-    const std::size_t length = text.copy(reinterpret_cast<WCHAR*>(buffer), capacity - 1);
-    reinterpret_cast<WCHAR*>(buffer)[length] = u'\0';
-    return static_cast<LRESULT>(length);
 }
 
 }  // namespace host

@@ -1,24 +1,14 @@
-// What the files of the controls and the boxes share: the window procedures, how a control keeps its state
-// and tells its parent, and the measures of the one font of the layer. Nothing outside the layer includes
-// this.
+// What the controls and the boxes share: how one keeps its state and tells its parent, and the measures of
+// the one font of the layer.
 #pragma once
 
 #include <memory>
 #include <string>
 
 #include "platform/host/api/base.h"
-#include "platform/host/api/user32.h"
+#include "platform/host/windows/window.h"
 
 namespace host {
-
-LRESULT CALLBACK StaticProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
-LRESULT CALLBACK EditProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
-LRESULT CALLBACK ButtonProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
-LRESULT CALLBACK ComboProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
-LRESULT CALLBACK ComboListProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
-LRESULT CALLBACK TabProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
-LRESULT CALLBACK ListProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
-LRESULT CALLBACK BoxProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 
 // --- measures, in pixels ---
 
@@ -69,9 +59,6 @@ LRESULT NotifyParent(HWND control, UINT code, NMHDR& header);
 
 // The font, then DefWindowProcW. A message of the kind that controls define stops the program by name.
 LRESULT DefControlProcedure(const char* class_name, HWND window, UINT message, WPARAM wparam, LPARAM lparam);
-
-// Copies as much of the text as fits into the capacity, with its end; gives the characters without the end.
-LRESULT GiveText(const std::u16string& text, std::size_t capacity, LPARAM buffer);
 
 inline const WCHAR* TextAt(LPARAM text) {
     return text == 0 ? u"" : reinterpret_cast<const WCHAR*>(text);

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "platform/host/controls/control.h"
+#include "platform/host/controls/procedures.h"
 #include "platform/host/hooks.h"
 
 namespace host {

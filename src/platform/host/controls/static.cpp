@@ -1,6 +1,7 @@
 // STATIC: a line of text that the mouse goes through. How a long path is shortened for display is drawing
 // only; the text stays whole.
 #include "platform/host/controls/control.h"
+#include "platform/host/controls/procedures.h"
 
 namespace host {
 

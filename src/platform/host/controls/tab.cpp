@@ -5,6 +5,7 @@
 
 #include "platform/host/api/comctl32.h"
 #include "platform/host/controls/control.h"
+#include "platform/host/controls/procedures.h"
 #include "platform/host/hooks.h"
 
 namespace host {

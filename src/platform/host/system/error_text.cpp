@@ -72,17 +72,7 @@ constexpr auto TEXTS = std::to_array<ErrorText>({
     {ERROR_CANT_RESOLVE_FILENAME, u"The name of the file cannot be resolved by the system."},
 });
 
-thread_local DWORD last_error = ERROR_SUCCESS;
-
 }  // namespace
-
-DWORD WINAPI GetLastError() {
-    return last_error;
-}
-
-void WINAPI SetLastError(DWORD code) {
-    last_error = code;
-}
 
 DWORD WINAPI FormatMessageW(DWORD flags, LPCVOID source, DWORD code, DWORD language, LPWSTR buffer,
                             DWORD size, void* arguments) {

@@ -71,7 +71,7 @@ bool Claim(const OpenRequest& request, const Status& status, std::shared_ptr<con
                                      request.share_mode};
     for (const auto& held : ClaimsOn(status)) {
         if (!Allows(*held, wanted) || !Allows(wanted, *held)) {
-            return host::Fail(ERROR_SHARING_VIOLATION) != FALSE;
+            return host::Fail(ERROR_SHARING_VIOLATION);
         }
     }
     claim = std::make_shared<const host::ShareClaim>(wanted);
@@ -100,7 +100,7 @@ bool CheckOpenArguments(DWORD access, LPSECURITY_ATTRIBUTES security, DWORD disp
         host::NotImplemented("CreateFileW", "a security descriptor");
     }
     if (disposition < CREATE_NEW || disposition > TRUNCATE_EXISTING) {
-        return host::Fail(ERROR_INVALID_PARAMETER) != FALSE;
+        return host::Fail(ERROR_INVALID_PARAMETER);
     }
     const bool truncates = disposition == CREATE_ALWAYS || disposition == TRUNCATE_EXISTING;
     if (truncates && (access & WRITES) == 0) {
@@ -118,7 +118,7 @@ bool CheckTrailingSeparator(OpenRequest& request) {
     Status status = {};
     const bool creates = request.disposition != OPEN_EXISTING && request.disposition != TRUNCATE_EXISTING;
     const bool is_file = stat(request.native.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
-    return creates || is_file ? host::Fail(ERROR_INVALID_NAME) != FALSE : true;
+    return creates || is_file ? host::Fail(ERROR_INVALID_NAME) : true;
 }
 
 int OpenMode(const OpenRequest& request) {
@@ -168,22 +168,22 @@ bool SettleFile(const OpenRequest& request, host::OpenFile& file, bool existed) 
     Status status = {};
     const int number = file.descriptor.number;
     if (fstat(number, &status) != 0) {
-        return host::Fail(host::ErrorOf(errno)) != FALSE;
+        return host::Fail(host::ErrorOf(errno));
     }
     if (S_ISDIR(status.st_mode)) {
-        return request.allows_folder || host::Fail(ERROR_ACCESS_DENIED) != FALSE;
+        return request.allows_folder || host::Fail(ERROR_ACCESS_DENIED);
     }
     if (!S_ISREG(status.st_mode)) {
         return true;
     }
     if (existed && request.writes && IsReadOnly(status)) {
-        return host::Fail(ERROR_ACCESS_DENIED) != FALSE;
+        return host::Fail(ERROR_ACCESS_DENIED);
     }
     if (!Claim(request, status, file.claim)) {
         return false;
     }
     const bool empties = request.disposition == CREATE_ALWAYS || request.disposition == TRUNCATE_EXISTING;
-    return !existed || !empties || ftruncate(number, 0) == 0 || host::Fail(host::ErrorOf(errno)) != FALSE;
+    return !existed || !empties || ftruncate(number, 0) == 0 || host::Fail(host::ErrorOf(errno));
 }
 
 HANDLE OpenRequested(const OpenRequest& request) {

@@ -1,5 +1,5 @@
-// What the parts of the layer share when they go from Windows names, handles and errors to those of Linux.
-// Nothing here is for the program or its tests.
+// What the files of this floor share on the way from the names, handles and errors of Windows to those of
+// Linux.
 #pragma once
 
 #include <memory>
@@ -33,8 +33,8 @@ DWORD CopyOut(std::u16string_view text, LPWSTR buffer, DWORD size);
 DWORD ErrorOf(int code);
 DWORD ErrorOf(int code, const std::string& native);
 
-// Sets the last error and gives FALSE.
-BOOL Fail(DWORD error);
+// Sets the last error; always false.
+bool Fail(DWORD error);
 
 // --- descriptors and handles ---
 
@@ -86,6 +86,11 @@ const KernelObject* FindObject(HANDLE handle);
 // Null with ERROR_INVALID_HANDLE set for what is no open file.
 OpenFile* FindFile(HANDLE handle);
 
+// --- children ---
+
+void AddChild(std::shared_ptr<ChildProcess> child);
+// Looks whether the child has ended; with no options of waitpid it waits for that.
+void Reap(ChildProcess& child, int options);
 // Sees which children have ended and lets them go.
 void ReapChildren();
 

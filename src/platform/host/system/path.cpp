@@ -11,6 +11,7 @@
 
 #include "platform/host/api/kernel32.h"
 #include "platform/host/hooks.h"
+#include "platform/host/system/inspect.h"
 #include "platform/host/system/native.h"
 
 namespace {
@@ -236,10 +237,10 @@ bool HasForbiddenCharacter(View path) {
 // The Linux path behind a drive's root.
 bool FindOnDrive(View full, std::string& native) {
     if (Upper(full[0]) != u'C') {
-        return host::Fail(ERROR_PATH_NOT_FOUND) != FALSE;
+        return host::Fail(ERROR_PATH_NOT_FOUND);
     }
     if (HasForbiddenCharacter(full.substr(2)) || !host::ToUtf8(full.substr(2), native)) {
-        return host::Fail(ERROR_INVALID_NAME) != FALSE;
+        return host::Fail(ERROR_INVALID_NAME);
     }
     std::replace(native.begin(), native.end(), '\\', '/');
     return true;
@@ -251,7 +252,7 @@ namespace host {
 
 bool FindNative(LPCWSTR path, std::string& native) {
     if (path == nullptr || *path == u'\0') {
-        return Fail(ERROR_PATH_NOT_FOUND) != FALSE;
+        return Fail(ERROR_PATH_NOT_FOUND);
     }
     const Text full = FullPath(path);
     if (full.empty()) {
@@ -261,13 +262,13 @@ bool FindNative(LPCWSTR path, std::string& native) {
     if (HasDevicePrefix(rest)) {
         rest.remove_prefix(std::min<std::size_t>(rest.size(), DEVICE_PREFIX_LENGTH));
     } else if (HasServer(rest)) {
-        return Fail(ERROR_BAD_NETPATH) != FALSE;
+        return Fail(ERROR_BAD_NETPATH);
     }
     if (SameName(rest, u"NUL")) {
         native = "/dev/null";
         return true;
     }
-    return HasDrive(rest) ? FindOnDrive(rest, native) : Fail(ERROR_FILE_NOT_FOUND) != FALSE;
+    return HasDrive(rest) ? FindOnDrive(rest, native) : Fail(ERROR_FILE_NOT_FOUND);
 }
 
 DWORD CopyOut(View text, LPWSTR buffer, DWORD size) {

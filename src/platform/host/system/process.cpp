@@ -1,10 +1,10 @@
+// Starting a process and following it: the attribute list, the command line, the streams; and where the
+// program itself lies.
 #include <fcntl.h>
 #include <limits.h>
 #include <signal.h>
 #include <spawn.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -20,6 +20,7 @@
 
 #include "platform/host/api/kernel32.h"
 #include "platform/host/hooks.h"
+#include "platform/host/system/inspect.h"
 #include "platform/host/system/native.h"
 
 namespace {
@@ -35,61 +36,14 @@ struct AttributeList {
     std::size_t handle_count;
 };
 
-struct ProcessState {
-    std::vector<std::shared_ptr<host::ChildProcess>> running;
+struct StartState {
     std::size_t attribute_lists = 0;
     std::u16string module_file;  // empty: the true one
 };
 
-ProcessState& State() {
-    static ProcessState state;
+StartState& State() {
+    static StartState state;
     return state;
-}
-
-struct SignalCode {
-    int signal_number;
-    DWORD exit_code;
-};
-
-// How a program that dies of the same fault ends on Windows.
-constexpr auto SIGNAL_CODES = std::to_array<SignalCode>({
-    {SIGSEGV, 0xC0000005},
-    {SIGBUS, 0xC0000006},
-    {SIGFPE, 0xC0000094},
-    {SIGILL, 0xC000001D},
-    {SIGTRAP, 0x80000003},
-    {SIGABRT, 3},
-});
-constexpr DWORD OTHER_SIGNAL_CODE = 1;
-constexpr UINT LARGEST_NATIVE_CODE = 255;
-
-DWORD ExitCodeOf(int status) {
-    if (WIFEXITED(status)) {
-        return static_cast<DWORD>(WEXITSTATUS(status));
-    }
-    for (const SignalCode& entry : SIGNAL_CODES) {
-        if (entry.signal_number == WTERMSIG(status)) {
-            return entry.exit_code;
-        }
-    }
-    return OTHER_SIGNAL_CODE;
-}
-
-// Looks after one child, waiting for its end if asked to.
-void Reap(host::ChildProcess& child, int options) {
-    int status = 0;
-    pid_t ended = 0;
-    do {
-        ended = child.has_ended ? 0 : waitpid(child.process_id, &status, options);
-    } while (ended < 0 && errno == EINTR);
-    if (ended == 0) {
-        return;
-    }
-    child.has_ended = true;
-    child.claims.clear();
-    if (!child.was_terminated) {
-        child.exit_code = ended > 0 ? ExitCodeOf(status) : OTHER_SIGNAL_CODE;
-    }
 }
 
 host::ChildProcess* FindProcess(HANDLE handle, const char* call) {
@@ -206,7 +160,7 @@ AttributeList* ListIn(LPPROC_THREAD_ATTRIBUTE_LIST list, const char* call) {
 bool ReadHandleList(LPSTARTUPINFOW startup, DWORD flags, BOOL inherit_handles, const AttributeList*& list) {
     const bool is_extended = (flags & EXTENDED_STARTUPINFO_PRESENT) != 0;
     if (startup->cb != (is_extended ? sizeof(STARTUPINFOEXW) : sizeof(STARTUPINFOW))) {
-        return host::Fail(ERROR_INVALID_PARAMETER) != FALSE;
+        return host::Fail(ERROR_INVALID_PARAMETER);
     }
     const auto* const extended = reinterpret_cast<const STARTUPINFOEXW*>(startup);
     list = nullptr;
@@ -224,7 +178,7 @@ bool ReadHandleList(LPSTARTUPINFOW startup, DWORD flags, BOOL inherit_handles, c
     };
     const bool is_sound = inherit_handles != FALSE &&
                           std::all_of(list->handles, list->handles + list->handle_count, can_be_inherited);
-    return is_sound || host::Fail(ERROR_INVALID_PARAMETER) != FALSE;
+    return is_sound || host::Fail(ERROR_INVALID_PARAMETER);
 }
 
 bool IsListed(HANDLE handle, const AttributeList* list) {
@@ -247,7 +201,7 @@ bool TakeStreams(const STARTUPINFOW& startup, BOOL inherit_handles, const Attrib
         }
         const int copy = fcntl(file->descriptor.number, F_DUPFD_CLOEXEC, static_cast<int>(STREAMS));
         if (copy < 0) {
-            return host::Fail(host::ErrorOf(errno)) != FALSE;
+            return host::Fail(host::ErrorOf(errno));
         }
         request.streams[at] = host::Descriptor(copy);
         if (file->claim != nullptr) {
@@ -268,16 +222,16 @@ bool FindPlaces(LPCWSTR application, LPCWSTR folder, StartRequest& request) {
         return false;
     }
     if (IsFolder(request.program)) {
-        return host::Fail(ERROR_ACCESS_DENIED) != FALSE;
+        return host::Fail(ERROR_ACCESS_DENIED);
     }
     if (access(request.program.c_str(), F_OK) != 0) {
-        return host::Fail(host::ErrorOf(errno, request.program)) != FALSE;
+        return host::Fail(host::ErrorOf(errno, request.program));
     }
     if (folder == nullptr) {
         return true;
     }
     if (!host::FindNative(folder, request.folder) || !IsFolder(request.folder)) {
-        return host::Fail(ERROR_DIRECTORY) != FALSE;
+        return host::Fail(ERROR_DIRECTORY);
     }
     return true;
 }
@@ -337,7 +291,7 @@ BOOL Start(StartRequest& request, LPPROCESS_INFORMATION information) {
     }
     child->process_id = process_id;
     child->claims = std::move(request.claims);
-    State().running.push_back(child);
+    host::AddChild(child);
     const auto number = static_cast<DWORD>(process_id);
     *information = {host::AddHandle({nullptr, child}), host::AddHandle({}), number, number};
     return TRUE;
@@ -346,14 +300,6 @@ BOOL Start(StartRequest& request, LPPROCESS_INFORMATION information) {
 }  // namespace
 
 namespace host {
-
-void ReapChildren() {
-    auto& running = State().running;
-    for (const auto& child : running) {
-        Reap(*child, WNOHANG);
-    }
-    std::erase_if(running, [](const auto& child) { return child->has_ended; });
-}
 
 std::size_t OpenAttributeLists() {
     return State().attribute_lists;
@@ -438,14 +384,14 @@ DWORD WINAPI WaitForSingleObject(HANDLE handle, DWORD milliseconds) {
         return WAIT_FAILED;
     }
     if (milliseconds == INFINITE) {
-        Reap(*child, 0);
+        host::Reap(*child, 0);
         return WAIT_OBJECT_0;
     }
     constexpr std::chrono::milliseconds PAUSE(2);
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
     while (!child->has_ended && std::chrono::steady_clock::now() < end) {
         std::this_thread::sleep_for(PAUSE);
-        Reap(*child, WNOHANG);
+        host::Reap(*child, WNOHANG);
     }
     return child->has_ended ? WAIT_OBJECT_0 : WAIT_TIMEOUT;
 }
@@ -480,21 +426,6 @@ BOOL WINAPI TerminateProcess(HANDLE process, UINT exit_code) {
 
 DWORD WINAPI GetCurrentProcessId() {
     return static_cast<DWORD>(getpid());
-}
-
-[[noreturn]] void WINAPI ExitProcess(UINT exit_code) {
-    if (exit_code <= LARGEST_NATIVE_CODE) {
-        _exit(static_cast<int>(exit_code));
-    }
-    for (const SignalCode& entry : SIGNAL_CODES) {
-        if (entry.exit_code == exit_code) {
-            const rlimit no_core = {0, 0};
-            setrlimit(RLIMIT_CORE, &no_core);
-            signal(entry.signal_number, SIG_DFL);
-            raise(entry.signal_number);
-        }
-    }
-    host::NotImplemented("ExitProcess", "an exit code that Linux cannot carry");
 }
 
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {

@@ -2,23 +2,11 @@
 #include <algorithm>
 #include <map>
 
-#include "platform/host/controls/control_classes.h"
 #include "platform/host/hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
 namespace {
-
-struct Classes {
-    std::map<std::u16string, ClassPointer> by_folded_name;
-    bool controls_registered = false;
-    int own_calls = 0;
-};
-
-Classes& State() {
-    static Classes state;
-    return state;
-}
 
 // Class names are plain ASCII.
 std::u16string Folded(std::u16string_view name) {
@@ -29,40 +17,36 @@ std::u16string Folded(std::u16string_view name) {
     return folded;
 }
 
-void RegisterControlsOnce() {
-    if (State().controls_registered) {
-        return;
+using Classes = std::map<std::u16string, ClassPointer>;
+
+Classes WithBuiltIn() {
+    Classes classes;
+    for (const BuiltInClass& built_in : BUILT_IN_CLASSES) {
+        const WindowClass made{built_in.name,        built_in.style, built_in.procedure,
+                               built_in.extra_bytes, nullptr,        nullptr};
+        classes.emplace(Folded(made.name), std::make_shared<const WindowClass>(made));
     }
-    State().controls_registered = true;
-    const OwnWindowCalls own_calls;
-    RegisterControlClasses();
+    return classes;
+}
+
+// By their folded names.
+Classes& Registered() {
+    static Classes classes = WithBuiltIn();
+    return classes;
 }
 
 }  // namespace
-
-OwnWindowCalls::OwnWindowCalls() {
-    ++State().own_calls;
-}
-
-OwnWindowCalls::~OwnWindowCalls() {
-    --State().own_calls;
-}
-
-bool WindowCallFails(const char* call) {
-    return State().own_calls == 0 && CallFails(call);
-}
 
 bool SameName(std::u16string_view one, std::u16string_view other) {
     return one.size() == other.size() && Folded(one) == Folded(other);
 }
 
 ClassPointer FindWindowClass(LPCWSTR name) {
-    RegisterControlsOnce();
     if (name == nullptr) {
         return nullptr;
     }
-    const auto found = State().by_folded_name.find(Folded(name));
-    return found == State().by_folded_name.end() ? nullptr : found->second;
+    const auto found = Registered().find(Folded(name));
+    return found == Registered().end() ? nullptr : found->second;
 }
 
 }  // namespace host
@@ -71,7 +55,7 @@ using host::FindWindowClass;
 using host::FindWindowState;
 
 ATOM WINAPI RegisterClassW(const WNDCLASSW* window_class) {
-    if (host::WindowCallFails("RegisterClassW")) {
+    if (host::CallFails("RegisterClassW")) {
         return 0;
     }
     if (window_class == nullptr || window_class->lpszClassName == nullptr || window_class->cbWndExtra < 0) {
@@ -85,7 +69,7 @@ ATOM WINAPI RegisterClassW(const WNDCLASSW* window_class) {
     const host::WindowClass made{window_class->lpszClassName, window_class->style,
                                  window_class->lpfnWndProc,   window_class->cbWndExtra,
                                  window_class->hInstance,     window_class->hbrBackground};
-    auto& classes = host::State().by_folded_name;
+    auto& classes = host::Registered();
     classes.emplace(host::Folded(made.name), std::make_shared<const host::WindowClass>(made));
     constexpr std::size_t FIRST_ATOM = 0xC000;
     return static_cast<ATOM>(FIRST_ATOM + classes.size());
@@ -102,7 +86,7 @@ BOOL WINAPI UnregisterClassW(LPCWSTR name, HINSTANCE) {
         SetLastError(ERROR_CLASS_HAS_WINDOWS);
         return FALSE;
     }
-    host::State().by_folded_name.erase(host::Folded(name));
+    host::Registered().erase(host::Folded(name));
     return TRUE;
 }
 
@@ -111,9 +95,6 @@ int WINAPI GetClassNameW(HWND window, LPWSTR name, int capacity) {
     if (found == nullptr || capacity <= 0) {
         return 0;
     }
-    const std::u16string& full = found->window_class->name;
-    const std::size_t length = std::min(full.size(), static_cast<std::size_t>(capacity) - 1);
-    std::copy_n(full.begin(), length, name);
-    name[length] = 0;
-    return static_cast<int>(length);
+    return static_cast<int>(host::GiveText(found->window_class->name, static_cast<std::size_t>(capacity),
+                                           reinterpret_cast<LPARAM>(name)));
 }

@@ -83,16 +83,6 @@ LRESULT TellChange(const Window& window, const WINDOWPOS& position) {
     return 0;
 }
 
-LRESULT GiveText(const Window& window, WPARAM capacity, WCHAR* text) {
-    if (capacity == 0) {
-        return 0;
-    }
-    const std::size_t length = std::min(window.text.size(), static_cast<std::size_t>(capacity) - 1);
-    std::copy_n(window.text.begin(), length, text);
-    text[length] = 0;
-    return static_cast<LRESULT>(length);
-}
-
 LRESULT Paint(HWND handle) {
     PAINTSTRUCT paint{};
     BeginPaint(handle, &paint);
@@ -170,7 +160,7 @@ LRESULT WINAPI DefWindowProcW(HWND handle, UINT message, WPARAM wparam, LPARAM l
             window->text = lparam == 0 ? u"" : reinterpret_cast<LPCWSTR>(lparam);
             return TRUE;
         case WM_GETTEXT:
-            return host::GiveText(*window, wparam, reinterpret_cast<WCHAR*>(lparam));
+            return host::GiveText(window->text, wparam, lparam);
         case WM_GETTEXTLENGTH:
             return static_cast<LRESULT>(window->text.size());
         case WM_NCCALCSIZE:

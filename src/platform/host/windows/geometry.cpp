@@ -91,10 +91,6 @@ using host::FindWindowState;
 using host::WindowPointer;
 
 BOOL WINAPI GetWindowRect(HWND handle, LPRECT rectangle) {
-    if (handle == GetDesktopWindow()) {
-        *rectangle = {0, 0, host::SCREEN_WIDTH, host::SCREEN_HEIGHT};
-        return TRUE;
-    }
     const WindowPointer window = FindWindowState(handle);
     if (window == nullptr) {
         return FALSE;

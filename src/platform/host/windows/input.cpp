@@ -31,7 +31,6 @@ struct Input {
     std::deque<InputEvent> waiting;
     std::array<bool, KEYS> down_now{};
     std::array<bool, KEYS> down_in_messages{};
-    POINT cursor{};
     Click last_click;
 };
 
@@ -194,7 +193,7 @@ Outcome TakeKey(const InputEvent& event, const MessageFilter& filter, bool remov
     DWORD details = REPEAT_ONCE | (static_cast<DWORD>(event.scan) << 16);
     details |= event.extended && !is_text ? EXTENDED : 0;
     details |= event.up && !is_text ? RELEASED : 0;
-    message = {target, number, key, static_cast<LONG>(details), static_cast<DWORD>(Now()), State().cursor};
+    message = {target, number, key, static_cast<LONG>(details), static_cast<DWORD>(Now()), PointerPosition()};
     return Outcome::TAKEN;
 }
 
@@ -234,15 +233,17 @@ void AddMouse(const MOUSEINPUT& mouse) {
     if ((mouse.dwFlags & MOUSEEVENTF_MOVE) != 0) {
         const bool absolute = (mouse.dwFlags & MOUSEEVENTF_ABSOLUTE) != 0;
         constexpr LONGLONG WHOLE = 65536;
-        const LONGLONG x = absolute ? mouse.dx * LONGLONG{SCREEN_WIDTH} / WHOLE : state.cursor.x + mouse.dx;
-        const LONGLONG y = absolute ? mouse.dy * LONGLONG{SCREEN_HEIGHT} / WHOLE : state.cursor.y + mouse.dy;
+        const LONGLONG x =
+            absolute ? mouse.dx * LONGLONG{SCREEN_WIDTH} / WHOLE : PointerPosition().x + mouse.dx;
+        const LONGLONG y =
+            absolute ? mouse.dy * LONGLONG{SCREEN_HEIGHT} / WHOLE : PointerPosition().y + mouse.dy;
         SetCursorPos(static_cast<int>(x), static_cast<int>(y));
     }
     for (const auto& [flag, message, down] : {std::tuple{MOUSEEVENTF_LEFTDOWN, WM_LBUTTONDOWN, true},
                                               std::tuple{MOUSEEVENTF_LEFTUP, WM_LBUTTONUP, false}}) {
         if ((mouse.dwFlags & flag) != 0) {
             state.down_now[VK_LBUTTON] = down;
-            state.waiting.push_back({false, message, state.cursor, 0, 0, false, false});
+            state.waiting.push_back({false, message, PointerPosition(), 0, 0, false, false});
         }
     }
 }
@@ -257,7 +258,7 @@ void AddKey(const KEYBDINPUT& key) {
     State().down_now.at(code) = !up;
     State().down_now.at(GenericKey(code)) = !up;
     State().waiting.push_back(
-        {true, 0, State().cursor, code, key.wScan, up, (key.dwFlags & KEYEVENTF_EXTENDEDKEY) != 0});
+        {true, 0, PointerPosition(), code, key.wScan, up, (key.dwFlags & KEYEVENTF_EXTENDEDKEY) != 0});
 }
 
 SHORT KeyState(const std::array<bool, KEYS>& keys, int key) {
@@ -266,10 +267,6 @@ SHORT KeyState(const std::array<bool, KEYS>& keys, int key) {
 }
 
 }  // namespace
-
-POINT CursorPosition() {
-    return State().cursor;
-}
 
 bool TakeInput(const MessageFilter& filter, bool remove, MSG& message) {
     while (!State().waiting.empty()) {
@@ -334,12 +331,12 @@ SHORT WINAPI GetKeyState(int key) {
 
 BOOL WINAPI SetCursorPos(int x, int y) {
     host::Input& state = host::State();
-    state.cursor = {std::clamp(x, 0, host::SCREEN_WIDTH - 1), std::clamp(y, 0, host::SCREEN_HEIGHT - 1)};
+    host::MovePointer({std::clamp(x, 0, host::SCREEN_WIDTH - 1), std::clamp(y, 0, host::SCREEN_HEIGHT - 1)});
     auto& waiting = state.waiting;
     // Only the last of several moves is told.
     if (!waiting.empty() && !waiting.back().is_key && waiting.back().mouse_message == WM_MOUSEMOVE) {
         waiting.pop_back();
     }
-    waiting.push_back({false, WM_MOUSEMOVE, state.cursor, 0, 0, false, false});
+    waiting.push_back({false, WM_MOUSEMOVE, host::PointerPosition(), 0, 0, false, false});
     return TRUE;
 }

@@ -3,47 +3,12 @@
 
 #include <algorithm>
 #include <cstring>
-#include <unordered_map>
 
 #include "platform/host/hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
 namespace {
-
-struct Windows {
-    std::unordered_map<HWND, WindowPointer> by_handle;
-    std::vector<HWND> top_levels;
-    std::uintptr_t last_handle = 0x10010;
-};
-
-Windows& State() {
-    static Windows state;
-    return state;
-}
-
-HWND Adopt(const WindowPointer& window) {
-    State().last_handle += 2;
-    window->handle = reinterpret_cast<HWND>(State().last_handle);
-    State().by_handle.emplace(window->handle, window);
-    // The first child made lies on top of its siblings, and the newest top-level window on top of the others.
-    std::vector<HWND>& siblings = SiblingsOf(*window);
-    siblings.insert(window->parent != nullptr ? siblings.end() : siblings.begin(), window->handle);
-    return window->handle;
-}
-
-void Abandon(HWND handle) {
-    const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
-        return;
-    }
-    std::vector<HWND>& siblings = SiblingsOf(*window);
-    siblings.erase(std::remove(siblings.begin(), siblings.end(), handle), siblings.end());
-    ForgetMessages(handle);
-    ForgetTimers(handle);
-    ForgetInput(handle);
-    State().by_handle.erase(handle);
-}
 
 void SendDestroy(HWND handle) {
     SendMessageW(handle, WM_DESTROY, 0, 0);
@@ -70,11 +35,14 @@ void Remove(HWND handle) {
         Remove(child);
     }
     SendMessageW(handle, WM_NCDESTROY, 0, 0);
-    Abandon(handle);
+    ForgetMessages(handle);
+    ForgetTimers(handle);
+    ForgetInput(handle);
+    RemoveWindow(handle);
 }
 
 void DestroyOwned(HWND owner) {
-    const std::vector<HWND> top_levels = State().top_levels;
+    const std::vector<HWND> top_levels = TopLevelWindows();
     for (const HWND handle : top_levels) {
         if (IsWindow(handle) && FindWindowState(handle)->owner == owner) {
             DestroyWindow(handle);
@@ -193,32 +161,6 @@ std::byte* ExtraBytes(Window& window, int index) {
 
 }  // namespace
 
-WindowPointer FindWindowState(HWND handle) {
-    const auto found = State().by_handle.find(handle);
-    if (found == State().by_handle.end()) {
-        SetLastError(ERROR_INVALID_WINDOW_HANDLE);
-        return nullptr;
-    }
-    return found->second;
-}
-
-std::vector<HWND>& SiblingsOf(const Window& window) {
-    const auto parent = State().by_handle.find(window.parent);
-    return parent == State().by_handle.end() ? State().top_levels : parent->second->children;
-}
-
-std::vector<HWND>& TopLevelWindows() {
-    return State().top_levels;
-}
-
-HWND RootOf(HWND handle) {
-    WindowPointer window = FindWindowState(handle);
-    while (window != nullptr && window->parent != nullptr) {
-        window = FindWindowState(window->parent);
-    }
-    return window == nullptr ? nullptr : window->handle;
-}
-
 }  // namespace host
 
 using host::FindWindowState;
@@ -227,7 +169,7 @@ using host::WindowPointer;
 HWND WINAPI CreateWindowExW(DWORD extended_style, LPCWSTR class_name, LPCWSTR title, DWORD style, int x,
                             int y, int width, int height, HWND parent, HMENU menu, HINSTANCE instance,
                             LPVOID parameter) {
-    if (host::WindowCallFails("CreateWindowExW")) {
+    if (host::CallFails("CreateWindowExW")) {
         return nullptr;
     }
     const host::ClassPointer window_class = host::FindWindowClass(class_name);
@@ -238,7 +180,7 @@ HWND WINAPI CreateWindowExW(DWORD extended_style, LPCWSTR class_name, LPCWSTR ti
         return nullptr;
     }
     const WindowPointer window = host::MakeWindow(create, window_class);
-    const HWND handle = host::Adopt(window);
+    const HWND handle = host::EnterWindow(window);
     if (!host::Introduce(window, create)) {
         return nullptr;
     }
@@ -276,11 +218,6 @@ BOOL WINAPI DestroyWindow(HWND handle) {
     host::SendDestroy(handle);
     host::Remove(handle);
     return TRUE;
-}
-
-BOOL WINAPI IsWindow(HWND handle) {
-    const auto& windows = host::State().by_handle;
-    return windows.find(handle) != windows.end() ? TRUE : FALSE;
 }
 
 LONG_PTR WINAPI GetWindowLongPtrW(HWND handle, int index) {
@@ -357,7 +294,7 @@ DWORD WINAPI GetWindowThreadProcessId(HWND handle, LPDWORD process) {
         return 0;
     }
     if (process != nullptr) {
-        *process = GetCurrentProcessId();
+        *process = static_cast<DWORD>(getpid());
     }
     return window->thread;
 }

@@ -157,22 +157,6 @@ WINDOWPOS Position(HWND window, HWND after, int x, int y, int width, int height,
 
 }  // namespace
 
-// An owned window never lies beneath its owner: the owners rise first, and what a window owns rises behind
-// it.
-void RaiseWindow(HWND handle) {
-    if (const HWND owner = FindWindowState(handle)->owner; owner != nullptr) {
-        RaiseWindow(owner);
-    }
-    std::vector<HWND>& order = TopLevelWindows();
-    const auto place = std::find(order.begin(), order.end(), handle);
-    if (place == order.end()) {
-        return;
-    }
-    std::rotate(order.begin(), place, place + 1);
-    std::stable_partition(order.begin(), order.end(),
-                          [handle](HWND other) { return FindWindowState(other)->owner == handle; });
-}
-
 }  // namespace host
 
 using host::FindWindowState;
@@ -193,7 +177,7 @@ BOOL WINAPI MoveWindow(HWND window, int x, int y, int width, int height, BOOL re
 }
 
 HDWP WINAPI BeginDeferWindowPos(int count) {
-    if (host::WindowCallFails("BeginDeferWindowPos")) {
+    if (host::CallFails("BeginDeferWindowPos")) {
         return nullptr;
     }
     if (count < 0) {
@@ -209,7 +193,7 @@ HDWP WINAPI DeferWindowPos(HDWP moves, HWND window, HWND after, int x, int y, in
                            UINT flags) {
     auto& batches = host::Deferred().batches;
     const auto batch = batches.find(moves);
-    if (host::WindowCallFails("DeferWindowPos")) {
+    if (host::CallFails("DeferWindowPos")) {
         // A batch that could not grow is given up.
         batches.erase(moves);
         return nullptr;

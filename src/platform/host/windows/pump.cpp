@@ -2,7 +2,6 @@
 // posted messages, the quit message, input, painting, timers.
 #include <algorithm>
 #include <chrono>
-#include <deque>
 #include <thread>
 
 #include "platform/host/hooks.h"
@@ -10,45 +9,6 @@
 
 namespace host {
 namespace {
-
-struct Queue {
-    std::deque<MSG> posted;
-    bool quits = false;
-    int exit_code = 0;
-};
-
-Queue& State() {
-    static Queue state;
-    return state;
-}
-
-MSG MakeMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    return {window, message, wparam, lparam, static_cast<DWORD>(Now()), CursorPosition()};
-}
-
-bool TakePosted(const MessageFilter& filter, bool remove, MSG& message) {
-    std::deque<MSG>& posted = State().posted;
-    const auto found = std::find_if(posted.begin(), posted.end(), [&](const MSG& waiting) {
-        return PassesFilter(filter, waiting.hwnd, waiting.message);
-    });
-    if (found == posted.end()) {
-        return false;
-    }
-    message = *found;
-    if (remove) {
-        posted.erase(found);
-    }
-    return true;
-}
-
-bool TakeQuit(bool remove, MSG& message) {
-    if (!State().quits || !State().posted.empty()) {
-        return false;
-    }
-    message = MakeMessage(nullptr, WM_QUIT, static_cast<WPARAM>(State().exit_code), 0);
-    State().quits = !remove;
-    return true;
-}
 
 bool TakePaint(const MessageFilter& filter, MSG& message) {
     const HWND window = NextDamagedWindow(filter.window);
@@ -80,52 +40,12 @@ void Pause(std::chrono::steady_clock::time_point idle_since) {
     std::this_thread::sleep_for(std::chrono::milliseconds(pause));
 }
 
-bool KnownOrNull(HWND window) {
-    return window == nullptr || FindWindowState(window) != nullptr;
-}
-
 }  // namespace
-
-bool PassesFilter(const MessageFilter& filter, HWND window, UINT message) {
-    const bool in_range = (filter.lowest == 0 && filter.highest == 0) ||
-                          (message >= filter.lowest && message <= filter.highest);
-    return in_range && (filter.window == nullptr || filter.window == window ||
-                        (window != nullptr && IsChild(filter.window, window) != FALSE));
-}
-
-void ForgetMessages(HWND handle) {
-    std::deque<MSG>& posted = State().posted;
-    posted.erase(std::remove_if(posted.begin(), posted.end(),
-                                [handle](const MSG& message) { return message.hwnd == handle; }),
-                 posted.end());
-}
 
 }  // namespace host
 
-LRESULT WINAPI SendMessageW(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    const host::WindowPointer found = host::FindWindowState(window);
-    return found == nullptr ? 0 : found->procedure(window, message, wparam, lparam);
-}
-
-LRESULT WINAPI CallWindowProcW(WNDPROC procedure, HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    return procedure(window, message, wparam, lparam);
-}
-
-BOOL WINAPI PostMessageW(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    if (!host::KnownOrNull(window)) {
-        return FALSE;
-    }
-    host::State().posted.push_back(host::MakeMessage(window, message, wparam, lparam));
-    return TRUE;
-}
-
-void WINAPI PostQuitMessage(int exit_code) {
-    host::State().quits = true;
-    host::State().exit_code = exit_code;
-}
-
 BOOL WINAPI GetMessageW(LPMSG message, HWND window, UINT lowest, UINT highest) {
-    if (host::WindowCallFails("GetMessageW") || !host::KnownOrNull(window)) {
+    if (host::CallFails("GetMessageW") || !host::IsKnownOrNull(window)) {
         return -1;
     }
     const host::MessageFilter filter{window, lowest, highest};
@@ -140,7 +60,7 @@ BOOL WINAPI PeekMessageW(LPMSG message, HWND window, UINT lowest, UINT highest, 
     if ((flags & ~(PM_REMOVE | PM_NOYIELD)) != 0) {
         host::NotImplemented("PeekMessageW", "these flags");
     }
-    if (!host::KnownOrNull(window)) {
+    if (!host::IsKnownOrNull(window)) {
         return FALSE;
     }
     const bool remove = (flags & PM_REMOVE) != 0;

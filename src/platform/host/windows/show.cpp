@@ -152,14 +152,3 @@ BOOL WINAPI ShowWindow(HWND handle, int command) {
     }
     return was_visible;
 }
-
-BOOL WINAPI IsWindowVisible(HWND handle) {
-    WindowPointer window = FindWindowState(handle);
-    while (window != nullptr && (window->style & WS_VISIBLE) != 0) {
-        if (window->parent == nullptr) {
-            return TRUE;
-        }
-        window = FindWindowState(window->parent);
-    }
-    return FALSE;
-}

@@ -55,8 +55,8 @@ bool TakeTimer(const MessageFilter& filter, bool remove, MSG& message) {
         return false;
     }
     message = {
-        timer->window,           WM_TIMER,        timer->id, reinterpret_cast<LPARAM>(timer->procedure),
-        static_cast<DWORD>(now), CursorPosition()};
+        timer->window,           WM_TIMER,         timer->id, reinterpret_cast<LPARAM>(timer->procedure),
+        static_cast<DWORD>(now), PointerPosition()};
     if (remove) {
         timer->due_ms += ((now - timer->due_ms) / timer->period_ms + 1) * timer->period_ms;
     }
@@ -83,8 +83,7 @@ void ForgetTimers(HWND handle) {
 }  // namespace host
 
 UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT period_ms, TIMERPROC procedure) {
-    if (host::WindowCallFails("SetTimer") ||
-        (window != nullptr && host::FindWindowState(window) == nullptr)) {
+    if (host::CallFails("SetTimer") || (window != nullptr && host::FindWindowState(window) == nullptr)) {
         return 0;
     }
     const std::uint64_t period = std::clamp(period_ms, USER_TIMER_MINIMUM, USER_TIMER_MAXIMUM);

@@ -7,8 +7,6 @@
 namespace host {
 namespace {
 
-const HWND DESKTOP = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(0x10010));
-
 HWND Neighbour(const std::vector<HWND>& siblings, HWND handle, int step) {
     const auto found = std::find(siblings.begin(), siblings.end(), handle);
     const auto index = found - siblings.begin() + step;
@@ -72,6 +70,22 @@ HWND HitWindow(POINT point, LRESULT& part) {
     return nullptr;
 }
 
+// An owned window never lies beneath its owner: the owners rise first, and what a window owns rises behind
+// it.
+void RaiseWindow(HWND handle) {
+    if (const HWND owner = FindWindowState(handle)->owner; owner != nullptr) {
+        RaiseWindow(owner);
+    }
+    std::vector<HWND>& order = TopLevelWindows();
+    const auto place = std::find(order.begin(), order.end(), handle);
+    if (place == order.end()) {
+        return;
+    }
+    std::rotate(order.begin(), place, place + 1);
+    std::stable_partition(order.begin(), order.end(),
+                          [handle](HWND other) { return FindWindowState(other)->owner == handle; });
+}
+
 }  // namespace host
 
 using host::FindWindowState;
@@ -92,9 +106,6 @@ HWND WINAPI GetAncestor(HWND handle, UINT kind) {
     WindowPointer window = FindWindowState(handle);
     if (window == nullptr) {
         return nullptr;
-    }
-    if (kind == GA_PARENT) {
-        return window->parent != nullptr ? window->parent : host::DESKTOP;
     }
     if (kind == GA_ROOT) {
         return host::RootOf(handle);
@@ -129,31 +140,6 @@ HWND WINAPI GetWindow(HWND handle, UINT relation) {
         default:
             host::NotImplemented("GetWindow", "this relation");
     }
-}
-
-HWND WINAPI GetDesktopWindow() {
-    return host::DESKTOP;
-}
-
-HWND WINAPI GetLastActivePopup(HWND owner) {
-    for (const HWND handle : host::TopLevelWindows()) {
-        const WindowPointer window = FindWindowState(handle);
-        if (window->owner == owner && host::CanBeActive(*window)) {
-            return GetLastActivePopup(handle);
-        }
-    }
-    return owner;
-}
-
-BOOL WINAPI IsChild(HWND parent, HWND handle) {
-    WindowPointer window = FindWindowState(handle);
-    while (window != nullptr && window->parent != nullptr) {
-        if (window->parent == parent) {
-            return TRUE;
-        }
-        window = FindWindowState(window->parent);
-    }
-    return FALSE;
 }
 
 BOOL WINAPI EnumWindows(WNDENUMPROC procedure, LPARAM parameter) {
@@ -201,4 +187,15 @@ HWND WINAPI FindWindowExW(HWND parent, HWND after, LPCWSTR class_name, LPCWSTR t
 HWND WINAPI WindowFromPoint(POINT point) {
     LRESULT part = HTNOWHERE;
     return host::HitWindow(point, part);
+}
+
+BOOL WINAPI IsWindowVisible(HWND handle) {
+    WindowPointer window = FindWindowState(handle);
+    while (window != nullptr && (window->style & WS_VISIBLE) != 0) {
+        if (window->parent == nullptr) {
+            return TRUE;
+        }
+        window = FindWindowState(window->parent);
+    }
+    return FALSE;
 }

@@ -1,13 +1,15 @@
-// What the window files of the layer share: the record of a window, how to find it, and the steps that one
-// file does for another. Nothing outside the layer includes this.
+// What the files of this floor share: the record of a window, how to find it, and the steps that one file
+// does for those above it.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "platform/host/api/base.h"
 #include "platform/host/api/kernel32.h"
 #include "platform/host/api/user32.h"
 
@@ -54,7 +56,7 @@ constexpr UINT SWP_NOCLIENTSIZE = 0x0800;
 constexpr UINT SWP_NOCLIENTMOVE = 0x1000;
 constexpr UINT SWP_STATECHANGED = 0x8000;
 
-// --- finding (window.cpp) ---
+// --- finding ---
 
 // The window of a handle, or null with ERROR_INVALID_WINDOW_HANDLE.
 WindowPointer FindWindowState(HWND handle);
@@ -67,17 +69,26 @@ HWND RootOf(HWND handle);
 inline bool IsChildStyle(DWORD style) {
     return (style & (WS_CHILD | WS_POPUP)) == WS_CHILD;
 }
-// Whether a fault has been asked for this call; never while the layer makes its own calls
-// (control_classes.h).
-bool WindowCallFails(const char* call);
+// Gives a new window its handle and its place among its siblings; takes an old one out, handle and all.
+HWND EnterWindow(const WindowPointer& window);
+void RemoveWindow(HWND handle);
 
-// --- classes (window_class.cpp) ---
+// --- classes ---
+
+// A class that is there before a program registers any.
+struct BuiltInClass {
+    const WCHAR* name;
+    WNDPROC procedure;
+    UINT style;
+    int extra_bytes;
+};
+extern const std::span<const BuiltInClass> BUILT_IN_CLASSES;
 
 ClassPointer FindWindowClass(LPCWSTR name);
 // Whether two class names are the same to the platform, which takes no notice of case.
 bool SameName(std::u16string_view one, std::u16string_view other);
 
-// --- geometry (window_position.cpp, show_window.cpp) ---
+// --- geometry ---
 
 struct FrameSize {
     LONG left;
@@ -101,7 +112,7 @@ void SendSizeAndMove(HWND handle);
 // Puts the top-level window and what it owns in front.
 void RaiseWindow(HWND handle);
 
-// --- activation (activation.cpp) ---
+// --- activation ---
 
 void ActivateWindow(HWND handle, int how);
 // When the window goes away or is hidden: the activation and the focus pass on.
@@ -109,13 +120,13 @@ void PassActivationOn(HWND handle);
 void ForgetInput(HWND handle);
 bool CanBeActive(const Window& window);
 
-// --- painting (painting.cpp) ---
+// --- painting ---
 
 void DamageWindow(Window& window, bool with_children, bool erase);
 // The next window that waits for WM_PAINT; null when there is none.
 HWND NextDamagedWindow(HWND filter);
 
-// --- queue, timers, input (message_queue.cpp, timer.cpp, input.cpp) ---
+// --- queue, timers, input ---
 
 struct MessageFilter {
     HWND window;
@@ -123,6 +134,12 @@ struct MessageFilter {
     UINT highest;
 };
 bool PassesFilter(const MessageFilter& filter, HWND window, UINT message);
+// Whether a call that takes a window or none can go on; ERROR_INVALID_WINDOW_HANDLE where not.
+bool IsKnownOrNull(HWND window);
+MSG MakeMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+// The next message of its kind that passes the filter; with `remove` it waits no more. False without one.
+bool TakePosted(const MessageFilter& filter, bool remove, MSG& message);
+bool TakeQuit(bool remove, MSG& message);
 void ForgetMessages(HWND handle);
 bool TakeTimer(const MessageFilter& filter, bool remove, MSG& message);
 // Milliseconds until the next timer is due; -1 without any.
@@ -131,6 +148,20 @@ void ForgetTimers(HWND handle);
 bool TakeInput(const MessageFilter& filter, bool remove, MSG& message);
 // The topmost window at a point of the screen that takes the mouse there, and the part of it that was hit.
 HWND HitWindow(POINT point, LRESULT& part);
-POINT CursorPosition();
+POINT PointerPosition();
+void MovePointer(POINT point);
+
+// --- texts ---
+
+// Copies as much of the text as fits into the capacity, with its end; gives the characters without the end.
+inline LRESULT GiveText(std::u16string_view text, std::size_t capacity, LPARAM buffer) {
+    if (capacity == 0 || buffer == 0) {
+        return 0;
+    }
+    auto* const characters = reinterpret_cast<WCHAR*>(buffer);
+    const std::size_t length = text.copy(characters, capacity - 1);
+    characters[length] = u'\0';
+    return static_cast<LRESULT>(length);
+}
 
 }  // namespace host

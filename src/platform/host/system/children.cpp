@@ -1,0 +1,98 @@
+// The child processes that run, what becomes of them, and how this one ends: an exit code of Windows is wider
+// than one of Linux, and a fault is a signal here.
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <utility>
+
+#include "platform/host/hooks.h"
+#include "platform/host/system/native.h"
+
+namespace host {
+namespace {
+
+struct SignalCode {
+    int signal_number;
+    DWORD exit_code;
+};
+
+// How a program that dies of the same fault ends on Windows.
+constexpr auto SIGNAL_CODES = std::to_array<SignalCode>({
+    {SIGSEGV, 0xC0000005},
+    {SIGBUS, 0xC0000006},
+    {SIGFPE, 0xC0000094},
+    {SIGILL, 0xC000001D},
+    {SIGTRAP, 0x80000003},
+    {SIGABRT, 3},
+});
+constexpr DWORD OTHER_SIGNAL_CODE = 1;
+constexpr UINT LARGEST_NATIVE_CODE = 255;
+
+DWORD ExitCodeOf(int status) {
+    if (WIFEXITED(status)) {
+        return static_cast<DWORD>(WEXITSTATUS(status));
+    }
+    for (const SignalCode& entry : SIGNAL_CODES) {
+        if (entry.signal_number == WTERMSIG(status)) {
+            return entry.exit_code;
+        }
+    }
+    return OTHER_SIGNAL_CODE;
+}
+
+std::vector<std::shared_ptr<ChildProcess>>& Running() {
+    static std::vector<std::shared_ptr<ChildProcess>> running;
+    return running;
+}
+
+}  // namespace
+
+// Looks after one child, waiting for its end if asked to.
+void Reap(ChildProcess& child, int options) {
+    int status = 0;
+    pid_t ended = 0;
+    do {
+        ended = child.has_ended ? 0 : waitpid(child.process_id, &status, options);
+    } while (ended < 0 && errno == EINTR);
+    if (ended == 0) {
+        return;
+    }
+    child.has_ended = true;
+    child.claims.clear();
+    if (!child.was_terminated) {
+        child.exit_code = ended > 0 ? ExitCodeOf(status) : OTHER_SIGNAL_CODE;
+    }
+}
+
+void AddChild(std::shared_ptr<ChildProcess> child) {
+    Running().push_back(std::move(child));
+}
+
+void ReapChildren() {
+    auto& running = Running();
+    for (const auto& child : running) {
+        Reap(*child, WNOHANG);
+    }
+    std::erase_if(running, [](const auto& child) { return child->has_ended; });
+}
+
+}  // namespace host
+
+[[noreturn]] void WINAPI ExitProcess(UINT exit_code) {
+    if (exit_code <= host::LARGEST_NATIVE_CODE) {
+        _exit(static_cast<int>(exit_code));
+    }
+    for (const host::SignalCode& entry : host::SIGNAL_CODES) {
+        if (entry.exit_code == exit_code) {
+            const rlimit no_core = {0, 0};
+            setrlimit(RLIMIT_CORE, &no_core);
+            signal(entry.signal_number, SIG_DFL);
+            raise(entry.signal_number);
+        }
+    }
+    host::NotImplemented("ExitProcess", "an exit code that Linux cannot carry");
+}

@@ -1,0 +1,99 @@
+// The windows that there are: how a handle leads to its window, a window to its siblings and its root, and a
+// message to its procedure.
+#include <algorithm>
+#include <unordered_map>
+
+#include "platform/host/hooks.h"
+#include "platform/host/windows/window.h"
+
+namespace host {
+namespace {
+
+struct Registry {
+    std::unordered_map<HWND, WindowPointer> by_handle;
+    std::vector<HWND> top_levels;
+    std::uintptr_t last_handle = 0x10010;
+};
+
+Registry& TheRegistry() {
+    static Registry registry;
+    return registry;
+}
+
+}  // namespace
+
+WindowPointer FindWindowState(HWND handle) {
+    const auto found = TheRegistry().by_handle.find(handle);
+    if (found == TheRegistry().by_handle.end()) {
+        SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+        return nullptr;
+    }
+    return found->second;
+}
+
+std::vector<HWND>& SiblingsOf(const Window& window) {
+    const auto parent = TheRegistry().by_handle.find(window.parent);
+    return parent == TheRegistry().by_handle.end() ? TheRegistry().top_levels : parent->second->children;
+}
+
+std::vector<HWND>& TopLevelWindows() {
+    return TheRegistry().top_levels;
+}
+
+HWND RootOf(HWND handle) {
+    WindowPointer window = FindWindowState(handle);
+    while (window != nullptr && window->parent != nullptr) {
+        window = FindWindowState(window->parent);
+    }
+    return window == nullptr ? nullptr : window->handle;
+}
+
+HWND EnterWindow(const WindowPointer& window) {
+    TheRegistry().last_handle += 2;
+    window->handle = reinterpret_cast<HWND>(TheRegistry().last_handle);
+    TheRegistry().by_handle.emplace(window->handle, window);
+    // The first child made lies on top of its siblings, and the newest top-level window on top of the others.
+    std::vector<HWND>& siblings = SiblingsOf(*window);
+    siblings.insert(window->parent != nullptr ? siblings.end() : siblings.begin(), window->handle);
+    return window->handle;
+}
+
+void RemoveWindow(HWND handle) {
+    const WindowPointer window = FindWindowState(handle);
+    if (window == nullptr) {
+        return;
+    }
+    std::vector<HWND>& siblings = SiblingsOf(*window);
+    siblings.erase(std::remove(siblings.begin(), siblings.end(), handle), siblings.end());
+    TheRegistry().by_handle.erase(handle);
+}
+
+}  // namespace host
+
+using host::FindWindowState;
+using host::WindowPointer;
+
+BOOL WINAPI IsWindow(HWND handle) {
+    const auto& windows = host::TheRegistry().by_handle;
+    return windows.find(handle) != windows.end() ? TRUE : FALSE;
+}
+
+BOOL WINAPI IsChild(HWND parent, HWND handle) {
+    WindowPointer window = FindWindowState(handle);
+    while (window != nullptr && window->parent != nullptr) {
+        if (window->parent == parent) {
+            return TRUE;
+        }
+        window = FindWindowState(window->parent);
+    }
+    return FALSE;
+}
+
+LRESULT WINAPI SendMessageW(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    const host::WindowPointer found = host::FindWindowState(window);
+    return found == nullptr ? 0 : found->procedure(window, message, wparam, lparam);
+}
+
+LRESULT WINAPI CallWindowProcW(WNDPROC procedure, HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    return procedure(window, message, wparam, lparam);
+}
