@@ -26,10 +26,9 @@ std::vector<std::string> InheritedHandles() {
     if (listing == nullptr)
         throw std::runtime_error("Liste des descripteurs impossible.");
     std::vector<int> descriptors;
-    while (const dirent* const entry = readdir(listing.get())) {
+    while (const dirent* const entry = readdir(listing.get()))
         if (entry->d_name[0] != '.' && std::atoi(entry->d_name) != dirfd(listing.get()))
             descriptors.push_back(std::atoi(entry->d_name));
-    }
     std::sort(descriptors.begin(), descriptors.end());
     std::vector<std::string> texts;
     texts.reserve(descriptors.size());

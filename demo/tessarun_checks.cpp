@@ -92,10 +92,9 @@ void CheckKernelImage(std::string_view first_bytes, HeaderNeed need) {
 
 void CheckFiles(const VmConfig& config) {
     CheckKernel(config);
-    for (const WideText& path : config.ide) {
+    for (const WideText& path : config.ide)
         if (!path.empty())
             CheckDisk(path);
-    }
     for (const ModuleEntry& module : config.modules)
         PrintLine("Module vérifié : " + NumberText(OpenToCheck(module.path).size) + " octets.");
 }

@@ -135,10 +135,9 @@ constexpr std::array<ScriptWord, 6> SCRIPT_WORDS{{
 void TakeWord(MachineScript& script, WideView word) {
     if (!word.starts_with(DEMO_PREFIX))
         return;
-    for (const ScriptWord& row : SCRIPT_WORDS) {
+    for (const ScriptWord& row : SCRIPT_WORDS)
         if (word.starts_with(row.key))
             return row.take(script, word.substr(row.key.size()));
-    }
     Refuse("Mot inconnu : ", word);
 }
 

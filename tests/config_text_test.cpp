@@ -97,10 +97,9 @@ TEST(ConfigText, IsRefusedForTheFirstThingThatIsWrong) {
         {"Les valeurs de configuration doivent tenir sur une ligne.",
          {V + "kernel=a\r\r\n", V + "kernel=a\rdump=b", V + "command=a\0"s}},
         {"Le fichier d'un module est vide.", {V + "module_count=1\nmodule.0.command=x"}}};
-    for (const auto& c : cases) {
+    for (const auto& c : cases)
         for (const std::string& text : c.texts)
             EXPECT_EQ(MessageOf([&] { ParseConfigText(text); }), c.message) << text;
-    }
 }
 
 TEST(ConfigText, GivesAValueOnce) {

@@ -51,9 +51,8 @@ TEST(Form, HasItsControlsInTheOrderOfTheTable) {
                 SCOPED_TRACE(index + 1);
                 const bool is_edit = WideView(row.class_name) == TEXT("EDIT");
                 EXPECT_EQ((GetWindowLongPtrW(child, GWL_EXSTYLE) & WS_EX_CLIENTEDGE) != 0, is_edit);
-                if (is_edit) {
+                if (is_edit)
                     EXPECT_EQ(SendMessageW(child, EM_GETLIMITTEXT, 0, 0), 32760);
-                }
                 EXPECT_EQ(SendMessageW(child, WM_GETFONT, 0, 0),
                           reinterpret_cast<LRESULT>(GetStockObject(DEFAULT_GUI_FONT)));
                 EXPECT_EQ(items[index].window, child);
@@ -66,9 +65,8 @@ TEST(Form, HasItsControlsInTheOrderOfTheTable) {
                 EXPECT_EQ(place.left, row.x);
                 EXPECT_EQ(place.top, row.y);
                 EXPECT_EQ(place.right, row.width);
-                if (row.id != IDC_ZOOM) {  // its height counts the dropped-down list
+                if (row.id != IDC_ZOOM)  // its height counts the dropped-down list
                     EXPECT_EQ(place.bottom, row.height);
-                }
                 child = GetWindow(child, GW_HWNDNEXT);
             });
             numbered += row.id != 0 ? 1 : 0;
@@ -202,10 +200,9 @@ TEST(Form, RefusesABadNumberWithItsMessageAndTheFocusWhereItHelps) {
                 EXPECT_EQ(ReadFailure(run.launcher), c.message);
                 const HWND field = GetDlgItem(run.launcher.main_window, static_cast<int>(c.id));
                 EXPECT_EQ(GetFocus(), c.takes_focus ? field : first_focus);
-                if (c.takes_focus) {
+                if (c.takes_focus)
                     EXPECT_EQ(SendMessageW(field, EM_GETSEL, 0, 0),
                               MAKELPARAM(0, static_cast<unsigned>(c.text.size())));
-                }
                 EXPECT_EQ(user::ControlText(c.id), c.text) << "the field keeps its text";
                 SetField(run.launcher, c.id, TEXT("20"));
             }

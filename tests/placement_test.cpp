@@ -7,10 +7,9 @@
 namespace {
 
 const ControlRow& RowOf(UINT id) {
-    for (const ControlRow& row : CONTROL_TABLE) {
+    for (const ControlRow& row : CONTROL_TABLE)
         if (row.id == id)
             return row;
-    }
     throw std::runtime_error("no such control");
 }
 

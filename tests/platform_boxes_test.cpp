@@ -26,9 +26,8 @@ Answers answers;
 BOOL CALLBACK FindBox(HWND window, LPARAM found) {
     WCHAR name[16] = {};
     GetClassNameW(window, name, 16);
-    if (WideView(name) != TEXT("#32770") || !IsWindowVisible(window) || !IsWindowEnabled(window)) {
+    if (WideView(name) != TEXT("#32770") || !IsWindowVisible(window) || !IsWindowEnabled(window))
         return TRUE;
-    }
     *reinterpret_cast<HWND*>(found) = window;
     return FALSE;
 }
@@ -37,9 +36,8 @@ BOOL CALLBACK FindBox(HWND window, LPARAM found) {
 void CALLBACK AnswerOnTick(HWND, UINT, UINT_PTR, DWORD) {
     HWND box = nullptr;
     EnumThreadWindows(GetCurrentThreadId(), FindBox, reinterpret_cast<LPARAM>(&box));
-    if (box == nullptr || std::exchange(answers.seen, box) != box) {
+    if (box == nullptr || std::exchange(answers.seen, box) != box)
         return;
-    }
     answers.seen = nullptr;
     if (answers.steps.empty()) {
         ADD_FAILURE() << "a box without an answer: " << GetLastError();
@@ -118,9 +116,8 @@ constexpr DWORD SAVE_FLAGS = OFN_EXPLORER | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR 
 class PlatformFileBoxes : public PlatformBoxes {
 protected:
     PlatformFileBoxes() {
-        for (const auto* name : {TEXT("here.ppm"), TEXT("plain")}) {
+        for (const auto* name : {TEXT("here.ppm"), TEXT("plain")})
             WriteBytes(folder.Of(name), "x");
-        }
         MakeFolder(folder.Of(TEXT("sub")));
         request.lStructSize = sizeof request;
         request.hwndOwner = owner;
@@ -136,9 +133,8 @@ protected:
         std::fill(buffer.begin(), buffer.end(), WCHAR{});
         std::copy(name.begin(), name.end(), buffer.begin());
         request.Flags = save ? SAVE_FLAGS : OPEN_FLAGS;
-        if (!(save ? GetSaveFileNameW(&request) : GetOpenFileNameW(&request))) {
+        if (!(save ? GetSaveFileNameW(&request) : GetOpenFileNameW(&request)))
             return "";
-        }
         const WideText path = buffer.data();
         return Narrow(path.starts_with(folder.path) ? path.substr(folder.path.size() + 1) : path);
     }

@@ -39,18 +39,15 @@ constexpr CodeName CODE_NAMES[] = {
 // clang-format on
 
 void TellCode(int code, const std::string& details) {
-    for (const CodeName& known : CODE_NAMES) {
-        if (known.code == code) {
+    for (const CodeName& known : CODE_NAMES)
+        if (known.code == code)
             Tell(known.name + details);
-        }
-    }
 }
 
 // Which row, and from which states to which.
 std::string RowDetails(const NMHDR& header) {
-    if (header.code > LVN_ITEMCHANGING || header.code < LVN_DELETEALLITEMS) {
+    if (header.code > LVN_ITEMCHANGING || header.code < LVN_DELETEALLITEMS)
         return "";
-    }
     const auto& row = reinterpret_cast<const NMLISTVIEW&>(header);
     const std::string states = " " + std::to_string(row.uOldState) + ">" + std::to_string(row.uNewState);
     return " " + std::to_string(row.iItem) + (row.uChanged == LVIF_STATE ? states : "");
@@ -127,9 +124,8 @@ void Click(HWND window, int x, int y) {
 }
 
 void Type(HWND window, const char* text) {
-    for (; *text != 0; text++) {
+    for (; *text != 0; text++)
         SendMessageW(window, WM_CHAR, static_cast<WPARAM>(*text), 1);
-    }
 }
 
 void Select(HWND edit, int from, int to) {
@@ -188,9 +184,8 @@ TEST_F(PlatformControls, AReadOnlyTextOfManyLinesIsSetWholeAndSilentlyAndKeepsIt
         {10, 50, 300, 150});
     SendMessageW(edit, EM_SETLIMITTEXT, 0x200000, 0);
     WideText lines;
-    for (int line = 0; line < 0x100000; line++) {
+    for (int line = 0; line < 0x100000; line++)
         lines += TEXT("\r\n");
-    }
     SetWindowTextW(edit, lines.c_str());
     EXPECT_EQ(GetWindowTextLengthW(edit), 0x200000);
     EXPECT_EQ(SendMessageW(edit, EM_GETLINECOUNT, 0, 0), 0x100001);
@@ -236,9 +231,8 @@ TEST_F(PlatformControls, AButtonIsPressedByLettingGoOverItAndACheckBoxTurnsAhead
 
 TEST_F(PlatformControls, AComboBoxTellsWhatTheUserChoosesAndNothingElse) {
     const HWND combo = Make(TEXT("COMBOBOX"), WS_VSCROLL | CBS_DROPDOWNLIST, {10, 50, 100, 160});
-    for (const LPCWSTR text : {TEXT("100 %"), TEXT("200 %"), TEXT("300 %")}) {
+    for (const LPCWSTR text : {TEXT("100 %"), TEXT("200 %"), TEXT("300 %")})
         SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
-    }
     // clang-format off
     Follow(combo, TextOf, {
         {"nothing yet", [](HWND) {}, "", ""},
@@ -301,9 +295,8 @@ struct Rows {
         SendMessageW(list, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
         SendMessageW(list, LVM_INSERTCOLUMNW, 1, reinterpret_cast<LPARAM>(&column));
         SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_FULLROWSELECT);
-        for (int row = 0; row < count; row++) {
+        for (int row = 0; row < count; row++)
             SetText(LVM_INSERTITEMW, row, 0, Wide(std::to_string(row)));
-        }
     }
     LRESULT SetText(UINT message, int row, int column, WideText text) const {
         LVITEMW item{};

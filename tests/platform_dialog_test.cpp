@@ -22,9 +22,8 @@ struct ProbeDialog {
                 return true;
             }
             const auto code = codes.find(asked);
-            if (message != WM_GETDLGCODE || code == codes.end()) {
+            if (message != WM_GETDLGCODE || code == codes.end())
                 return false;
-            }
             answer = code->second;
             return true;
         };

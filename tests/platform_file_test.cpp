@@ -21,9 +21,8 @@ struct File {
         : handle(CreateFileW(path.c_str(), access, share_mode, nullptr, disposition, flags, nullptr)),
           error(handle == INVALID_HANDLE_VALUE ? GetLastError() : 0) {}
     ~File() {
-        if (error == 0) {
+        if (error == 0)
             CloseHandle(handle);
-        }
     }
     File(const File&) = delete;
     File& operator=(const File&) = delete;

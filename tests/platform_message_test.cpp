@@ -7,9 +7,8 @@ namespace {
 int WaitingTimerMessages(HWND window) {
     MSG message{};
     int count = 0;
-    while (count < 100 && PeekMessageW(&message, window, WM_TIMER, WM_TIMER, PM_REMOVE)) {
+    while (count < 100 && PeekMessageW(&message, window, WM_TIMER, WM_TIMER, PM_REMOVE))
         ++count;
-    }
     return count;
 }
 

@@ -52,9 +52,8 @@ TEST(PlatformPath, FullPathsFollowTheWindowsRules) {
         {TEXT(" "), ""},
     };
     ASSERT_TRUE(SetCurrentDirectoryW(TEXT("C:\\")));
-    for (const auto& c : cases) {
+    for (const auto& c : cases)
         EXPECT_EQ(FullPath(c.path), c.full) << Narrow(c.path);
-    }
 }
 
 TEST(PlatformPath, RelativePathsStartAtTheCurrentDirectory) {
@@ -88,8 +87,7 @@ TEST(PlatformPath, BufferSizesCountTheTerminatorOnlyWhenTooSmall) {
 
 TEST(PlatformPath, ALongPathIsBoundedByItsText) {
     WideText path = TEXT("C:\\");
-    while (path.size() < 32000) {
+    while (path.size() < 32000)
         path += TEXT("a\\..\\");
-    }
     EXPECT_EQ(FullPath(path), "C:\\");
 }

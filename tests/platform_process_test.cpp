@@ -40,9 +40,8 @@ struct Child {
         WideText line = TEXT("\"") + program + TEXT("\" ") + arguments;
         if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE,
                            CREATE_NO_WINDOW | EXTENDED_STARTUPINFO_PRESENT, nullptr, folder.c_str(),
-                           &startup.StartupInfo, &process) == FALSE) {
+                           &startup.StartupInfo, &process) == FALSE)
             error = GetLastError();
-        }
         DeleteProcThreadAttributeList(startup.lpAttributeList);
         CloseHandle(handles[1]);
         CloseHandle(handles[0]);
@@ -84,9 +83,8 @@ TEST(PlatformProcess, ExitCodesComeBackWhole) {
         const char* text;
         DWORD code;
     } cases[] = {{"0", 0}, {"1", 1}, {"255", 255}, {"3221225477", 0xC0000005}, {"3221225620", 0xC0000094}};
-    for (const auto& c : cases) {
+    for (const auto& c : cases)
         EXPECT_EQ(ExitCode(Child(scratch, ChildFile(), TEXT("exit ") + Wide(c.text), scratch.path)), c.code);
-    }
 }
 
 TEST(PlatformProcess, AStartThatCannotBeFailsAtOnce) {

@@ -14,9 +14,8 @@ int Length(std::string_view text) {
 std::string WideOf(std::string_view bytes, WideText& wide) {
     const int size =
         MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(), Length(bytes), nullptr, 0);
-    if (size == 0) {
+    if (size == 0)
         return "error " + std::to_string(GetLastError());
-    }
     wide.resize(static_cast<std::size_t>(size));
     MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(), Length(bytes), wide.data(), size);
     return {};
@@ -26,9 +25,8 @@ std::string BytesOf(const WideText& wide) {
     const int count = static_cast<int>(wide.size());
     const int size =
         WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, wide.data(), count, nullptr, 0, nullptr, nullptr);
-    if (size == 0) {
+    if (size == 0)
         return "error " + std::to_string(GetLastError());
-    }
     std::string bytes(static_cast<std::size_t>(size), '\0');
     WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, wide.data(), count, bytes.data(), size, nullptr,
                         nullptr);
@@ -72,9 +70,8 @@ TEST(PlatformText, IllFormedTextIsRefused) {
     const WCHAR high = 0xD83D;
     const WCHAR low = 0xDE00;
     for (const WideText& wide : {WideText{high}, WideText{low}, WideText{u'a', high, u'b'},
-                                 WideText{low, high}, WideText{high, high, low}, WideText{high, low, low}}) {
+                                 WideText{low, high}, WideText{high, high, low}, WideText{high, low, low}})
         EXPECT_EQ(BytesOf(wide), "error 1113") << Narrow(wide);
-    }
 }
 
 TEST(PlatformText, SizesAreChecked) {

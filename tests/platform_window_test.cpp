@@ -59,9 +59,8 @@ TEST(PlatformWindow, ARefusalInCreateTakesTheChildrenAlongWithoutDestroy) {
     const HWND main = probe.Make("main", WS_OVERLAPPEDWINDOW, {0, 0, 600, 400});
     probe.log.clear();
     probe.answers = [&](HWND window, UINT message, WPARAM, LRESULT& answer) {
-        if (message != WM_CREATE || probe.NameOf(window) != "refusing") {
+        if (message != WM_CREATE || probe.NameOf(window) != "refusing")
             return false;
-        }
         probe.names[window] = "refusing";
         probe.Make("child", WS_CHILD, {0, 0, 10, 10}, window);
         answer = -1;

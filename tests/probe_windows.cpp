@@ -58,9 +58,8 @@ LRESULT CALLBACK ProbeProc(HWND window, UINT message, WPARAM wparam, LPARAM lpar
         }
     }
     LRESULT answer = 0;
-    if (current->answers && current->answers(window, message, wparam, answer)) {
+    if (current->answers && current->answers(window, message, wparam, answer))
         return answer;
-    }
     return DefWindowProcW(window, message, wparam, lparam);
 }
 
@@ -94,11 +93,9 @@ ProbeWindows::ProbeWindows(UINT class_style) {
 
 ProbeWindows::~ProbeWindows() {
     answers = nullptr;
-    for (const auto& [window, name] : std::map<HWND, std::string>(names)) {
-        if (IsWindow(window)) {
+    for (const auto& [window, name] : std::map<HWND, std::string>(names))
+        if (IsWindow(window))
             DestroyWindow(window);
-        }
-    }
     UnregisterClassW(TEXT("VeldraneProbe"), nullptr);
 }
 
@@ -110,9 +107,8 @@ HWND ProbeWindows::Make(const char* name, DWORD style, RECT place, HWND parent, 
                         place.right - place.left, place.bottom - place.top, parent,
                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
     names.erase(nullptr);
-    if (window != nullptr) {
+    if (window != nullptr)
         names[window] = name;
-    }
     return window;
 }
 
@@ -131,9 +127,8 @@ std::string ProbeWindows::Take(std::string_view messages) {
     for (const std::string& line : log) {
         const std::size_t start = line.find(' ') + 1;
         const std::string message = line.substr(start, line.find(' ', start) - start);
-        if (wanted.find(" " + message + " ") != std::string::npos) {
+        if (wanted.find(" " + message + " ") != std::string::npos)
             taken += (taken.empty() ? "" : ", ") + line;
-        }
     }
     log.clear();
     return taken;
@@ -142,9 +137,8 @@ std::string ProbeWindows::Take(std::string_view messages) {
 // A window that is still being made has the name that stands for no window.
 std::string ProbeWindows::NameOf(HWND window) const {
     const auto found = names.find(window);
-    if (found != names.end()) {
+    if (found != names.end())
         return found->second;
-    }
     const auto unmade = names.find(nullptr);
     return window != nullptr && unmade != names.end() ? unmade->second : "none";
 }
@@ -159,9 +153,8 @@ bool PumpUntil(const std::function<bool()>& condition, HWND dialog) {
                 DispatchMessageW(&message);
             }
         }
-        if (GetTickCount64() - start > 5000) {
+        if (GetTickCount64() - start > 5000)
             return false;
-        }
         Sleep(1);
     }
     return true;

@@ -19,9 +19,8 @@ void AppendUtf8(std::string& text, char32_t point) {
     const int tail = point < 0x800 ? 1 : point < 0x10000 ? 2 : 3;
     constexpr std::array<unsigned, 4> LEADS = {0, 0xC0, 0xE0, 0xF0};
     text += static_cast<char>(LEADS[static_cast<std::size_t>(tail)] | (point >> (6 * tail)));
-    for (int left = tail - 1; left >= 0; left--) {
+    for (int left = tail - 1; left >= 0; left--)
         text += static_cast<char>(0x80 | ((point >> (6 * left)) & 0x3F));
-    }
 }
 
 fs::path FreshFolder() {
@@ -51,16 +50,14 @@ WideText ScratchFolder::Of(WideView name) const {
 void WriteBytes(WideView path, std::string_view bytes) {
     std::ofstream file(NativePath(path), std::ios::binary | std::ios::trunc);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    if (!file.flush()) {
+    if (!file.flush())
         throw std::runtime_error("cannot write " + Narrow(path));
-    }
 }
 
 std::string ReadBytes(WideView path) {
     std::ifstream file(NativePath(path), std::ios::binary);
-    if (!file) {
+    if (!file)
         throw std::runtime_error("cannot read " + Narrow(path));
-    }
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 

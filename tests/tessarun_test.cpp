@@ -30,12 +30,11 @@ std::string Failure(Work work) {
 // The arguments that bars separate.
 std::vector<WideText> Split(std::string_view text) {
     std::vector<WideText> parts{WideText()};
-    for (const WCHAR character : Wide(text)) {
+    for (const WCHAR character : Wide(text))
         if (character == TEXT('|'))
             parts.emplace_back();
         else
             parts.back() += character;
-    }
     return parts;
 }
 

@@ -140,10 +140,9 @@ void TakeModules(ConfigTable& table, VmConfig& config) {
 }
 
 void RequireAllTaken(const ConfigTable& table) {
-    for (const ConfigTable::Entry& entry : table.entries) {
+    for (const ConfigTable::Entry& entry : table.entries)
         if (!entry.taken)
             throw std::runtime_error("Clé de configuration inconnue : " + std::string(entry.key));
-    }
 }
 
 void AppendLine(std::string& text, std::string_view key, std::string_view value) {

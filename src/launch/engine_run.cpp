@@ -24,10 +24,9 @@ void RequireFile(const WideText& path) {
 // The files that the engine will read; the export file is its own to write and need not exist.
 void RequireInputFiles(const VmConfig& config) {
     RequireFile(config.kernel);
-    for (const WideText& image : config.ide) {
+    for (const WideText& image : config.ide)
         if (!image.empty())
             RequireFile(image);
-    }
     for (const ModuleEntry& module : config.modules)
         RequireFile(module.path);
 }

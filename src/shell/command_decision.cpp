@@ -35,10 +35,9 @@ constexpr std::array<ClickRow, 20> CLICKS{{
 }};
 
 Command ClickCommand(UINT id) {
-    for (const ClickRow& row : CLICKS) {
+    for (const ClickRow& row : CLICKS)
         if (row.id == id)
             return row.command;
-    }
     return Command::None;
 }
 

@@ -23,9 +23,8 @@ void PrintLine(WideView text) {
 }
 
 void Report(int argc, WCHAR** argv) {
-    for (int at = 2; at < argc; at++) {
+    for (int at = 2; at < argc; at++)
         PrintLine(argv[at]);
-    }
     WideText folder(1000, TEXT('\0'));
     folder.resize(GetCurrentDirectoryW(1000, folder.data()));
     PrintLine(folder);
@@ -40,15 +39,13 @@ void Report(int argc, WCHAR** argv) {
 
 extern "C" int wmain(int argc, WCHAR** argv) {
     const WideView task = argc > 1 ? WideView(argv[1]) : WideView();
-    if (task == TEXT("exit") && argc > 2) {
+    if (task == TEXT("exit") && argc > 2)
         ExitProcess(static_cast<UINT>(std::stoul(std::string(argv[2], argv[2] + WideView(argv[2]).size()))));
-    }
     if (task == TEXT("sleep")) {
         Print(GetStdHandle(STD_OUTPUT_HANDLE), "asleep\n");
         Sleep(60000);
     }
-    if (task == TEXT("report")) {
+    if (task == TEXT("report"))
         Report(argc, argv);
-    }
     return 0;
 }

@@ -6,9 +6,8 @@
 
 std::filesystem::path NativePath(WideView path) {
     const std::string native = host::NativePath(path);
-    if (native.empty()) {
+    if (native.empty())
         throw std::runtime_error("no full path on drive C: " + Narrow(path));
-    }
     return native;
 }
 

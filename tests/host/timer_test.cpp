@@ -8,9 +8,8 @@ namespace {
 std::size_t TimerMessages() {
     MSG message{};
     std::size_t count = 0;
-    while (PeekMessageW(&message, nullptr, WM_TIMER, WM_TIMER, PM_REMOVE)) {
+    while (PeekMessageW(&message, nullptr, WM_TIMER, WM_TIMER, PM_REMOVE))
         ++count;
-    }
     return count;
 }
 

@@ -62,17 +62,14 @@ std::vector<std::string> Trace() {
 
 bool CallFails(const char* name) {
     HookState& state = State();
-    if (state.own_calls > 0) {
+    if (state.own_calls > 0)
         return false;
-    }
-    if (state.tracing) {
+    if (state.tracing)
         state.trace.emplace_back(name);
-    }
     bool fails = false;
     for (Fault& fault : state.faults) {
-        if ((!fault.name.empty() && fault.name != name) || fault.calls_left == 0) {
+        if ((!fault.name.empty() && fault.name != name) || fault.calls_left == 0)
             continue;
-        }
         if (--fault.calls_left == 0) {
             SetLastError(fault.error);
             state.faults_that_came++;
@@ -91,9 +88,8 @@ OwnCalls::~OwnCalls() {
 }
 
 std::uint64_t Now() {
-    if (State().clock_is_taken) {
+    if (State().clock_is_taken)
         return State().taken_ms;
-    }
     const auto since_start = std::chrono::steady_clock::now().time_since_epoch();
     return static_cast<std::uint64_t>(
         std::chrono::duration_cast<std::chrono::milliseconds>(since_start).count());
@@ -105,9 +101,8 @@ void TakeClock() {
 }
 
 void MoveClock(std::uint64_t ms) {
-    if (!State().clock_is_taken) {
+    if (!State().clock_is_taken)
         NotImplemented("MoveClock", "a clock that nobody has taken over");
-    }
     State().taken_ms += ms;
 }
 

@@ -14,18 +14,16 @@ constexpr DWORD BOX_EXTENDED_STYLE = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT |
 
 POINT MiddleOf(HWND owner, int width, int height) {
     RECT around = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
-    if (owner != nullptr && IsWindowVisible(owner)) {
+    if (owner != nullptr && IsWindowVisible(owner))
         GetWindowRect(owner, &around);
-    }
     return {(around.left + around.right - width) / 2, (around.top + around.bottom - height) / 2};
 }
 
 LRESULT FollowFocus(Box& box, WPARAM activation) {
-    if (LOWORD(activation) != WA_INACTIVE) {
+    if (LOWORD(activation) != WA_INACTIVE)
         SetFocus(box.focus);
-    } else if (const HWND focus = GetFocus(); focus != nullptr && IsChild(box.window, focus)) {
+    else if (const HWND focus = GetFocus(); focus != nullptr && IsChild(box.window, focus))
         box.focus = focus;
-    }
     return 0;
 }
 
@@ -36,25 +34,21 @@ bool HasDialogCode(HWND control, int code) {
 // A button that gets the focus by an arrow key is the one that Enter presses.
 LRESULT MoveFocus(const Box& box, HWND next) {
     for (HWND button = GetWindow(box.window, GW_CHILD); button != nullptr;
-         button = GetWindow(button, GW_HWNDNEXT)) {
-        if (HasDialogCode(button, DLGC_DEFPUSHBUTTON)) {
+         button = GetWindow(button, GW_HWNDNEXT))
+        if (HasDialogCode(button, DLGC_DEFPUSHBUTTON))
             SendMessageW(button, BM_SETSTYLE, BS_PUSHBUTTON, TRUE);
-        }
-    }
     const HWND marked =
         HasDialogCode(next, DLGC_UNDEFPUSHBUTTON) ? next : GetDlgItem(box.window, box.default_id);
-    if (marked != nullptr) {
+    if (marked != nullptr)
         SendMessageW(marked, BM_SETSTYLE, BS_DEFPUSHBUTTON, TRUE);
-    }
     SetFocus(next);
     return 0;
 }
 
 LRESULT SetControlText(const Box& box, WPARAM id, LPARAM text) {
     const HWND control = GetDlgItem(box.window, static_cast<int>(id));
-    if (control != nullptr) {
+    if (control != nullptr)
         SetWindowTextW(control, TextAt(text));
-    }
     return 0;
 }
 
@@ -105,42 +99,35 @@ int RunBox(Box& box) {
     const HWND owner = GetWindow(box.window, GW_OWNER);
     const HWND active_before = owner != nullptr ? owner : GetActiveWindow();
     const bool disables = owner != nullptr && IsWindowEnabled(owner) != FALSE;
-    if (disables) {
+    if (disables)
         EnableWindow(owner, FALSE);
-    }
     ShowWindow(box.window, SW_SHOW);
     SetFocus(box.focus);
     PumpMessages(box);
-    if (disables && IsWindow(owner)) {
+    if (disables && IsWindow(owner))
         EnableWindow(owner, TRUE);
-    }
-    if (active_before != nullptr && IsWindow(active_before)) {
+    if (active_before != nullptr && IsWindow(active_before))
         SetActiveWindow(active_before);
-    }
-    if (box.window != nullptr) {
+    if (box.window != nullptr)
         DestroyWindow(box.window);
-    }
     return box.answer;
 }
 
 LRESULT CALLBACK BoxProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_NCCREATE) {
         const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lparam);
-        if (creation->lpCreateParams == nullptr) {
+        if (creation->lpCreateParams == nullptr)
             NotImplemented("CreateWindowExW", "#32770 other than by the boxes");
-        }
         SetWindowLongPtrW(window, STATE_OFFSET, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
         static_cast<Box*>(creation->lpCreateParams)->window = window;
     }
     auto* const box = reinterpret_cast<Box*>(GetWindowLongPtrW(window, STATE_OFFSET));
-    if (box == nullptr) {
+    if (box == nullptr)
         return DefWindowProcW(window, message, wparam, lparam);
-    }
     switch (message) {
         case WM_COMMAND:
-            if (HIWORD(wparam) == BN_CLICKED) {
+            if (HIWORD(wparam) == BN_CLICKED)
                 box->on_command(LOWORD(wparam));
-            }
             return 0;
         case WM_CLOSE:
             box->on_command(IDCANCEL);

@@ -54,9 +54,8 @@ BOOL Refuse(DWORD error) {
 FileKind KindOf(const Text& path) {
     std::string native;
     struct stat status {};
-    if (!FindNative(path.c_str(), native) || stat(native.c_str(), &status) != 0) {
+    if (!FindNative(path.c_str(), native) || stat(native.c_str(), &status) != 0)
         return FileKind::Missing;
-    }
     return S_ISDIR(status.st_mode) ? FileKind::Folder : FileKind::File;
 }
 
@@ -89,15 +88,13 @@ Text ParentOf(View path) {
 // What stands for the default extension: that of the first filter where it names just one, otherwise the one
 // given.
 Text ExtensionOf(const OPENFILENAMEW& request) {
-    if (request.lpstrDefExt == nullptr) {
+    if (request.lpstrDefExt == nullptr)
         return {};
-    }
     if (request.lpstrFilter != nullptr) {
         const View description = request.lpstrFilter;
         const View pattern = request.lpstrFilter + description.size() + 1;
-        if (pattern.starts_with(u"*.") && pattern.find_first_of(u"*?;", 1) == View::npos) {
+        if (pattern.starts_with(u"*.") && pattern.find_first_of(u"*?;", 1) == View::npos)
             return Text(pattern.substr(1));
-        }
     }
     return Text(u".") + request.lpstrDefExt;
 }
@@ -147,17 +144,15 @@ Text TypedName(const Showing& showing) {
     Text name(static_cast<std::size_t>(GetWindowTextLengthW(showing.name_field)) + 1, u'\0');
     GetWindowTextW(showing.name_field, name.data(), static_cast<int>(name.size()));
     name.pop_back();
-    if (name.size() >= 2 && name.starts_with(u'"') && name.ends_with(u'"')) {
+    if (name.size() >= 2 && name.starts_with(u'"') && name.ends_with(u'"'))
         name = name.substr(1, name.size() - 2);
-    }
     return name;
 }
 
 void Confirm(Showing& showing) {
     const Text name = TypedName(showing);
-    if (name.empty()) {
+    if (name.empty())
         return;
-    }
     const Text path = name.find(u'/') == Text::npos ? ResolveName(showing, name) : Text();
     if (path.empty()) {
         Complain(showing, u"Ce nom de fichier n'est pas valide.");
@@ -181,9 +176,8 @@ void Confirm(Showing& showing) {
 void StartFolder(Showing& showing, Text& name) {
     const OPENFILENAMEW& request = *showing.request;
     showing.folder = FullPathOf(u".");
-    if (request.lpstrInitialDir != nullptr && KindOf(request.lpstrInitialDir) == FileKind::Folder) {
+    if (request.lpstrInitialDir != nullptr && KindOf(request.lpstrInitialDir) == FileKind::Folder)
         showing.folder = FullPathOf(request.lpstrInitialDir);
-    }
     if (name.find(u'\\') != Text::npos) {
         const Text folder = ParentOf(name);
         if (!IsRelative(name) && KindOf(folder) == FileKind::Folder) {
@@ -206,9 +200,8 @@ bool FillBox(Showing& showing, const Text& name) {
                                         WS_TABSTOP | BS_DEFPUSHBUTTON,
                                         {300, 48, 94, 26}});
     const HWND cancel = AddToBox(box, {u"Button", u"Annuler", IDCANCEL, WS_TABSTOP, {402, 48, 94, 26}});
-    if (!is_labelled || showing.name_field == nullptr || confirm == nullptr || cancel == nullptr) {
+    if (!is_labelled || showing.name_field == nullptr || confirm == nullptr || cancel == nullptr)
         return false;
-    }
     showing.box.focus = showing.name_field;
     SetWindowTextW(showing.name_field, name.c_str());
     SendMessageW(showing.name_field, EM_SETSEL, 0, -1);
@@ -219,9 +212,8 @@ bool FillBox(Showing& showing, const Text& name) {
 // room.
 BOOL Deliver(const Text& path, OPENFILENAMEW& request) {
     if (path.size() + 1 > request.nMaxFile) {
-        if (request.nMaxFile > 0) {
+        if (request.nMaxFile > 0)
             request.lpstrFile[0] = static_cast<WCHAR>(path.size() + 1);
-        }
         return Refuse(FNERR_BUFFERTOOSMALL);
     }
     *std::copy(path.begin(), path.end(), request.lpstrFile) = u'\0';
@@ -241,42 +233,36 @@ void CheckRequest(const OPENFILENAMEW& request) {
     const bool has_hook = request.lpfnHook != nullptr || request.lpTemplateName != nullptr;
     const bool has_more = request.lpstrCustomFilter != nullptr || request.lpstrFileTitle != nullptr;
     if ((request.Flags & ~KNOWN_FLAGS) != 0 || (request.Flags & NEEDED_FLAGS) != NEEDED_FLAGS || has_hook ||
-        has_more || request.nFilterIndex > 1) {
+        has_more || request.nFilterIndex > 1)
         NotImplemented("GetOpenFileNameW, GetSaveFileNameW", "these flags or fields");
-    }
 }
 
 BOOL ShowFileBox(const char* call, Purpose purpose, OPENFILENAMEW* request) {
-    if (CallFails(call)) {
+    if (CallFails(call))
         return Refuse(GetLastError());
-    }
-    if (request == nullptr || request->lStructSize != sizeof(OPENFILENAMEW)) {
+    if (request == nullptr || request->lStructSize != sizeof(OPENFILENAMEW))
         return Refuse(CDERR_STRUCTSIZE);
-    }
     CheckRequest(*request);
     ExtendedError() = 0;
     Showing showing{purpose, request, {}, ExtensionOf(*request), {}, nullptr, {}};
     showing.box.on_command = [&showing](int id) {
-        if (id == IDOK) {
+        if (id == IDOK)
             Confirm(showing);
-        } else if (id == IDCANCEL) {
+        else if (id == IDCANCEL)
             CloseBox(showing.box, IDCANCEL);
-        }
     };
     Text name = request->lpstrFile;
     StartFolder(showing, name);
     const WCHAR* const usual_title = purpose == Purpose::Save ? u"Enregistrer sous" : u"Ouvrir";
     const WCHAR* const title = request->lpstrTitle == nullptr ? usual_title : request->lpstrTitle;
-    if (!MakeBox(showing.box, request->hwndOwner, title, BOX_WIDTH, BOX_HEIGHT)) {
+    if (!MakeBox(showing.box, request->hwndOwner, title, BOX_WIDTH, BOX_HEIGHT))
         return Refuse(CDERR_DIALOGFAILURE);
-    }
     if (!FillBox(showing, name)) {
         DestroyWindow(showing.box.window);
         return Refuse(CDERR_DIALOGFAILURE);
     }
-    if (RunBox(showing.box) != IDOK) {
+    if (RunBox(showing.box) != IDOK)
         return FALSE;
-    }
     return Deliver(showing.chosen, *request);
 }
 

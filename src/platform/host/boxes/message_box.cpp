@@ -41,9 +41,8 @@ void CheckFlags(UINT flags) {
     constexpr auto ICONS =
         std::to_array<UINT>({0, MB_ICONERROR, MB_ICONQUESTION, MB_ICONWARNING, MB_ICONINFORMATION});
     const bool icon_is_known = std::find(ICONS.begin(), ICONS.end(), flags & MB_ICONMASK) != ICONS.end();
-    if (!icon_is_known || (flags & ~(MB_TYPEMASK | MB_ICONMASK)) != 0) {
+    if (!icon_is_known || (flags & ~(MB_TYPEMASK | MB_ICONMASK)) != 0)
         NotImplemented("MessageBoxW", "these flags");
-    }
 }
 
 // What closing the box without a button counts as; 0 where it must be answered.
@@ -63,18 +62,16 @@ bool FillBox(Box& box, const WCHAR* text, const std::vector<BoxButton>& buttons,
     if (AddToBox(
             box,
             {u"Static", text, TEXT_ID, SS_NOPREFIX | WS_GROUP, {MARGIN, MARGIN, text_width, text_height}}) ==
-        nullptr) {
+        nullptr)
         return false;
-    }
     int left = MARGIN;
     for (const BoxButton& button : buttons) {
         const bool is_first = box.focus == nullptr;
         const DWORD style = WS_TABSTOP | (is_first ? BS_DEFPUSHBUTTON | WS_GROUP : BS_PUSHBUTTON);
         const RECT place = {left, text_height + 2 * MARGIN, BUTTON_WIDTH, BUTTON_HEIGHT};
         const HWND control = AddToBox(box, {u"Button", button.text, button.id, style, place});
-        if (control == nullptr) {
+        if (control == nullptr)
             return false;
-        }
         if (is_first) {
             box.focus = control;
             box.default_id = button.id;
@@ -93,9 +90,8 @@ int LinesOf(const std::u16string& text) {
 
 int WINAPI MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR title, UINT flags) {
     host::CheckFlags(flags);
-    if (host::CallFails("MessageBoxW")) {
+    if (host::CallFails("MessageBoxW"))
         return 0;
-    }
     if (owner != nullptr && !IsWindow(owner)) {
         SetLastError(ERROR_INVALID_WINDOW_HANDLE);
         return 0;
@@ -107,14 +103,12 @@ int WINAPI MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR title, UINT flags) {
     const int cancelled = host::AnswerToCancel(flags);
     box.on_command = [&box, cancelled](int id) {
         const int answer = id == IDCANCEL ? cancelled : id;
-        if (answer >= IDOK && answer <= IDNO) {
+        if (answer >= IDOK && answer <= IDNO)
             host::CloseBox(box, answer);
-        }
     };
     const WCHAR* const shown_title = title == nullptr ? u"Erreur" : title;
-    if (!host::MakeBox(box, owner, shown_title, host::BOX_WIDTH, height)) {
+    if (!host::MakeBox(box, owner, shown_title, host::BOX_WIDTH, height))
         return 0;
-    }
     if (!host::FillBox(box, shown.c_str(), host::ButtonsOf(flags), text_height)) {
         DestroyWindow(box.window);
         return 0;

@@ -18,9 +18,8 @@ DWORD StyleOf(HWND window) {
 
 DWORD KindOf(HWND window) {
     const DWORD kind = StyleOf(window) & BS_TYPEMASK;
-    if (kind > BS_AUTOCHECKBOX && kind != BS_GROUPBOX) {
+    if (kind > BS_AUTOCHECKBOX && kind != BS_GROUPBOX)
         NotImplemented("BUTTON", "this kind of button");
-    }
     return kind;
 }
 
@@ -53,22 +52,19 @@ LRESULT Hold(HWND window, Button& button) {
 
 // The last thing that a press does is to tell it: whoever hears of it may destroy the button.
 void Click(HWND window, Button& button) {
-    if (KindOf(window) == BS_AUTOCHECKBOX) {
+    if (KindOf(window) == BS_AUTOCHECKBOX)
         button.check = button.check == BST_CHECKED ? BST_UNCHECKED : BST_CHECKED;
-    }
     TellParent(window, BN_CLICKED);
 }
 
 LRESULT LetGo(HWND window, Button& button, bool clicks) {
-    if (!button.is_held) {
+    if (!button.is_held)
         return 0;
-    }
     button.is_held = false;
     button.is_pushed = false;
     ReleaseCapture();
-    if (clicks) {
+    if (clicks)
         Click(window, button);
-    }
     return 0;
 }
 
@@ -83,17 +79,15 @@ LRESULT ChangeFocus(HWND window, Button& button, UINT message) {
         Drop(button);
         ReleaseCapture();
     }
-    if ((StyleOf(window) & BS_NOTIFY) != 0) {
+    if ((StyleOf(window) & BS_NOTIFY) != 0)
         TellParent(window, message == WM_SETFOCUS ? BN_SETFOCUS : BN_KILLFOCUS);
-    }
     return 0;
 }
 
 LRESULT SetCheck(HWND window, Button& button, WPARAM check) {
     const DWORD kind = KindOf(window);
-    if (kind == BS_CHECKBOX || kind == BS_AUTOCHECKBOX) {
+    if (kind == BS_CHECKBOX || kind == BS_AUTOCHECKBOX)
         button.check = check == BST_UNCHECKED ? BST_UNCHECKED : BST_CHECKED;
-    }
     return 0;
 }
 
@@ -136,9 +130,8 @@ LRESULT HandleInput(HWND window, Button& button, UINT message, WPARAM wparam, LP
 
 LRESULT CALLBACK ButtonProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     auto* const button = StateAt<Button>(window, message);
-    if (button == nullptr) {
+    if (button == nullptr)
         return DefWindowProcW(window, message, wparam, lparam);
-    }
     switch (message) {
         case WM_GETDLGCODE:
             return DialogCode(window);

@@ -49,33 +49,29 @@ void ShowList(HWND window, Combo& combo) {
 }
 
 void HideList(HWND window, Combo& combo, int code) {
-    if (!combo.is_dropped) {
+    if (!combo.is_dropped)
         return;
-    }
     combo.is_dropped = false;
-    if (GetCapture() == combo.list) {
+    if (GetCapture() == combo.list)
         ReleaseCapture();
-    }
     TellParent(window, code);
     ShowWindow(combo.list, SW_HIDE);
     TellParent(window, CBN_CLOSEUP);
 }
 
 LRESULT SetDropped(HWND window, Combo& combo, bool dropped) {
-    if (dropped && !combo.is_dropped) {
+    if (dropped && !combo.is_dropped)
         ShowList(window, combo);
-    } else if (!dropped) {
+    else if (!dropped)
         HideList(window, combo, CBN_SELENDCANCEL);
-    }
     return TRUE;
 }
 
 LRESULT UseMouse(HWND window, Combo& combo) {
-    if (combo.is_dropped) {
+    if (combo.is_dropped)
         HideList(window, combo, CBN_SELENDOK);
-    } else {
+    else
         ShowList(window, combo);
-    }
     return 0;
 }
 
@@ -84,9 +80,8 @@ LRESULT UseMouse(HWND window, Combo& combo) {
 // The platform tells a choice by key even when it is the same entry again.
 void ChooseByKey(HWND window, Combo& combo, int index) {
     combo.chosen = index;
-    if (!combo.is_dropped) {
+    if (!combo.is_dropped)
         TellParent(window, CBN_SELENDOK);
-    }
     TellParent(window, CBN_SELCHANGE);
 }
 
@@ -109,9 +104,8 @@ LRESULT PressKey(HWND window, Combo& combo, WPARAM key) {
         default:
             break;
     }
-    if (combo.items.empty()) {
+    if (combo.items.empty())
         return 0;
-    }
     switch (key) {
         case VK_UP:
         case VK_LEFT:
@@ -149,9 +143,8 @@ LRESULT TypeCharacter(HWND window, Combo& combo, WCHAR character) {
 
 LRESULT ChooseByCode(HWND window, Combo& combo, WPARAM index) {
     const bool is_none = static_cast<int>(index) == NONE;
-    if (!is_none && !IsItem(combo, index)) {
+    if (!is_none && !IsItem(combo, index))
         return CB_ERR;
-    }
     combo.chosen = is_none ? NONE : static_cast<int>(index);
     InvalidateRect(window, nullptr, TRUE);
     return is_none ? CB_ERR : combo.chosen;
@@ -161,9 +154,8 @@ LRESULT ChooseByCode(HWND window, Combo& combo, WPARAM index) {
 
 // The height that a combo box is given is that of field and list together; the window itself has the field's.
 LRESULT LimitHeight(const Combo& combo, WINDOWPOS& position) {
-    if ((position.flags & SWP_NOSIZE) == 0) {
+    if ((position.flags & SWP_NOSIZE) == 0)
         position.cy = combo.field_height;
-    }
     return 0;
 }
 
@@ -177,9 +169,8 @@ void FitField(HWND window, const Combo& combo) {
 LRESULT Create(HWND window, Combo& combo) {
     auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
     constexpr DWORD KIND = CBS_SIMPLE | CBS_DROPDOWN | CBS_DROPDOWNLIST;
-    if ((style & KIND) != CBS_DROPDOWNLIST || (style & CBS_SORT) != 0) {
+    if ((style & KIND) != CBS_DROPDOWNLIST || (style & CBS_SORT) != 0)
         NotImplemented("COMBOBOX", "another kind than CBS_DROPDOWNLIST");
-    }
     // The scroll bar that was asked for is the list's.
     style &= ~WS_VSCROLL;
     SetWindowLongPtrW(window, GWL_STYLE, static_cast<LONG_PTR>(style));
@@ -215,9 +206,8 @@ std::u16string ChosenText(const Combo& combo) {
 }
 
 LRESULT GiveItem(const Combo& combo, WPARAM index, LPARAM buffer) {
-    if (!IsItem(combo, index)) {
+    if (!IsItem(combo, index))
         return CB_ERR;
-    }
     const std::u16string& item = combo.items[index];
     return GiveText(item, item.size() + 1, buffer);
 }
@@ -256,9 +246,8 @@ LRESULT HandleListMessage(HWND window, Combo& combo, UINT message, WPARAM wparam
 
 LRESULT CALLBACK ComboProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     auto* const combo = StateAt<Combo>(window, message);
-    if (combo == nullptr) {
+    if (combo == nullptr)
         return DefWindowProcW(window, message, wparam, lparam);
-    }
     switch (message) {
         case WM_CREATE:
             return Create(window, *combo);
@@ -295,9 +284,8 @@ LRESULT CALLBACK ComboListProcedure(HWND window, UINT message, WPARAM wparam, LP
     auto* const field = reinterpret_cast<HWND>(GetWindowLongPtrW(window, FONT_OFFSET));
     auto* const combo =
         field == nullptr ? nullptr : reinterpret_cast<Combo*>(GetWindowLongPtrW(field, STATE_OFFSET));
-    if (combo == nullptr) {
+    if (combo == nullptr)
         return DefWindowProcW(window, message, wparam, lparam);
-    }
     RECT client{};
     GetClientRect(window, &client);
     const bool is_inside = PtInRect(&client, {XOf(lparam), YOf(lparam)}) != FALSE;
@@ -305,14 +293,12 @@ LRESULT CALLBACK ComboListProcedure(HWND window, UINT message, WPARAM wparam, LP
         case WM_MOUSEACTIVATE:
             return MA_NOACTIVATE;
         case WM_LBUTTONDOWN:
-            if (!is_inside) {
+            if (!is_inside)
                 HideList(field, *combo, CBN_SELENDCANCEL);
-            }
             return 0;
         case WM_LBUTTONUP:
-            if (is_inside && YOf(lparam) / ITEM_HEIGHT <= Last(*combo)) {
+            if (is_inside && YOf(lparam) / ITEM_HEIGHT <= Last(*combo))
                 ChooseByMouse(field, *combo, YOf(lparam) / ITEM_HEIGHT);
-            }
             return 0;
         default:
             return DefWindowProcW(window, message, wparam, lparam);

@@ -57,12 +57,10 @@ LRESULT DefControlProcedure(const char* class_name, HWND window, UINT message, W
         SetWindowLongPtrW(window, FONT_OFFSET, static_cast<LONG_PTR>(wparam));
         return 0;
     }
-    if (message == WM_GETFONT) {
+    if (message == WM_GETFONT)
         return GetWindowLongPtrW(window, FONT_OFFSET);
-    }
-    if (IsControlMessage(message)) {
+    if (IsControlMessage(message))
         RefuseMessage(class_name, message);
-    }
     return DefWindowProcW(window, message, wparam, lparam);
 }
 
@@ -70,15 +68,13 @@ LRESULT DefControlProcedure(const char* class_name, HWND window, UINT message, W
 
 BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* classes) {
     constexpr DWORD KNOWN_CLASSES = ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES | ICC_STANDARD_CLASSES;
-    if (host::CallFails("InitCommonControlsEx")) {
+    if (host::CallFails("InitCommonControlsEx"))
         return FALSE;
-    }
     if (classes == nullptr || classes->dwSize != sizeof(INITCOMMONCONTROLSEX)) {
         SetLastError(ERROR_INVALID_PARAMETER);
         return FALSE;
     }
-    if ((classes->dwICC & ~KNOWN_CLASSES) != 0) {
+    if ((classes->dwICC & ~KNOWN_CLASSES) != 0)
         host::NotImplemented("InitCommonControlsEx", "other classes than lists and tabs");
-    }
     return TRUE;
 }

@@ -38,9 +38,8 @@ State* StateAt(HWND window, UINT message) {
                           reinterpret_cast<LONG_PTR>(std::make_unique<State>().release()));
     }
     auto* const state = reinterpret_cast<State*>(GetWindowLongPtrW(window, STATE_OFFSET));
-    if (message != WM_NCDESTROY) {
+    if (message != WM_NCDESTROY)
         return state;
-    }
     const std::unique_ptr<State> last(state);
     SetWindowLongPtrW(window, STATE_OFFSET, 0);
     return nullptr;

@@ -52,9 +52,8 @@ LRESULT SetText(HWND window, Edit& edit, const WCHAR* text) {
     edit.caret = 0;
     edit.first_line = 0;
     edit.is_modified = false;
-    if (!HasStyle(window, ES_MULTILINE)) {
+    if (!HasStyle(window, ES_MULTILINE))
         TellChange(window);
-    }
     return TRUE;
 }
 
@@ -68,9 +67,8 @@ LRESULT SetLimit(HWND window, Edit& edit, std::size_t limit) {
 // How many characters the field holds by hand and paste: the limit and, where the field does not scroll, what
 // is seen at once.
 std::size_t RoomFor(HWND window, const Edit& edit) {
-    if (HasStyle(window, ES_MULTILINE | ES_AUTOHSCROLL)) {
+    if (HasStyle(window, ES_MULTILINE | ES_AUTOHSCROLL))
         return edit.limit;
-    }
     RECT client{};
     GetClientRect(window, &client);
     const int seen = std::max<int>(client.right - FIELD_MARGINS, 0) / CHARACTER_WIDTH;
@@ -82,9 +80,8 @@ std::size_t RoomFor(HWND window, const Edit& edit) {
 // Puts the text in the place of the selection, as much of it as the field has room for.
 void ReplaceSelection(HWND window, Edit& edit, std::u16string_view text) {
     const Span selection = Selection(edit);
-    if (text.empty() && selection.start == selection.end) {
+    if (text.empty() && selection.start == selection.end)
         return;
-    }
     edit.text.erase(selection.start, selection.end - selection.start);
     const std::size_t room = RoomFor(window, edit);
     const std::size_t free = room - std::min(room, edit.text.size());
@@ -94,9 +91,8 @@ void ReplaceSelection(HWND window, Edit& edit, std::u16string_view text) {
     edit.caret = selection.start + text.size();
     edit.anchor = edit.caret;
     edit.is_modified = true;
-    if (is_cut) {
+    if (is_cut)
         TellParent(window, EN_MAXTEXT);
-    }
     TellChange(window);
 }
 
@@ -115,27 +111,22 @@ LRESULT SetSelection(Edit& edit, WPARAM from, LPARAM to) {
 LRESULT GiveSelection(const Edit& edit, WPARAM start, LPARAM end) {
     constexpr std::size_t LONGEST = 0xFFFF;
     const Span selection = Selection(edit);
-    if (start != 0) {
+    if (start != 0)
         *reinterpret_cast<DWORD*>(start) = static_cast<DWORD>(selection.start);
-    }
-    if (end != 0) {
+    if (end != 0)
         *reinterpret_cast<DWORD*>(end) = static_cast<DWORD>(selection.end);
-    }
-    if (selection.end > LONGEST) {
+    if (selection.end > LONGEST)
         return -1;
-    }
     return MAKELPARAM(static_cast<unsigned>(selection.start), static_cast<unsigned>(selection.end));
 }
 
 void EraseNeighbour(HWND window, Edit& edit, bool backwards) {
-    if (HasStyle(window, ES_READONLY)) {
+    if (HasStyle(window, ES_READONLY))
         return;
-    }
     const Span selection = Selection(edit);
     if (selection.start == selection.end) {
-        if (backwards ? edit.caret == 0 : edit.caret == edit.text.size()) {
+        if (backwards ? edit.caret == 0 : edit.caret == edit.text.size())
             return;
-        }
         edit.anchor = backwards ? edit.caret - 1 : edit.caret + 1;
     }
     ReplaceSelection(window, edit, {});
@@ -148,35 +139,30 @@ LRESULT TypeCharacter(HWND window, Edit& edit, WCHAR character) {
     constexpr WCHAR CONTROL_V = 22;
     constexpr WCHAR CONTROL_X = 24;
     constexpr WCHAR CONTROL_Z = 26;
-    if (character == CONTROL_C || character == CONTROL_V || character == CONTROL_X ||
-        character == CONTROL_Z) {
+    if (character == CONTROL_C || character == CONTROL_V || character == CONTROL_X || character == CONTROL_Z)
         NotImplemented("EDIT", "the clipboard and undoing");
-    }
     if (character == VK_BACK) {
         EraseNeighbour(window, edit, true);
         return 0;
     }
     const bool is_refused = HasStyle(window, ES_NUMBER) && (character < u'0' || character > u'9');
-    if (character < u' ' || character == 0x7F || is_refused || HasStyle(window, ES_READONLY)) {
+    if (character < u' ' || character == 0x7F || is_refused || HasStyle(window, ES_READONLY))
         return 0;
-    }
     ReplaceSelection(window, edit, {&character, 1});
     return 0;
 }
 
 void MoveCaret(Edit& edit, std::size_t place) {
     edit.caret = place;
-    if (GetKeyState(VK_SHIFT) >= 0) {
+    if (GetKeyState(VK_SHIFT) >= 0)
         edit.anchor = place;
-    }
 }
 
 LRESULT PressKey(HWND window, Edit& edit, WPARAM key) {
     const bool is_line_key = key == VK_UP || key == VK_DOWN || key == VK_HOME || key == VK_END;
     const bool is_caret_key = is_line_key || key == VK_LEFT || key == VK_RIGHT;
-    if (is_caret_key && (GetKeyState(VK_CONTROL) < 0 || (is_line_key && HasStyle(window, ES_MULTILINE)))) {
+    if (is_caret_key && (GetKeyState(VK_CONTROL) < 0 || (is_line_key && HasStyle(window, ES_MULTILINE))))
         NotImplemented("EDIT", "moving by words and by lines");
-    }
     switch (key) {
         case VK_LEFT:
         case VK_UP:
@@ -220,24 +206,20 @@ LRESULT UseMouse(HWND window, Edit& edit, UINT message, LPARAM point) {
         case WM_LBUTTONDOWN:
             SetFocus(window);
             SetCapture(window);
-            if (is_single_line) {
+            if (is_single_line)
                 MoveCaret(edit, PlaceAt(edit, XOf(point)));
-            }
             return 0;
         case WM_LBUTTONDBLCLK:
-            if (is_single_line) {
+            if (is_single_line)
                 SelectWord(edit);
-            }
             return 0;
         case WM_MOUSEMOVE:
-            if (is_single_line && GetCapture() == window) {
+            if (is_single_line && GetCapture() == window)
                 edit.caret = PlaceAt(edit, XOf(point));
-            }
             return 0;
         default:
-            if (GetCapture() == window) {
+            if (GetCapture() == window)
                 ReleaseCapture();
-            }
             return 0;
     }
 }
@@ -245,16 +227,14 @@ LRESULT UseMouse(HWND window, Edit& edit, UINT message, LPARAM point) {
 // --- lines ---
 
 std::size_t LineCount(HWND window, const Edit& edit) {
-    if (!HasStyle(window, ES_MULTILINE)) {
+    if (!HasStyle(window, ES_MULTILINE))
         return 1;
-    }
     return 1 + static_cast<std::size_t>(std::count(edit.text.begin(), edit.text.end(), u'\n'));
 }
 
 LRESULT ScrollLines(HWND window, Edit& edit, LPARAM lines) {
-    if (!HasStyle(window, ES_MULTILINE)) {
+    if (!HasStyle(window, ES_MULTILINE))
         return FALSE;
-    }
     RECT client{};
     GetClientRect(window, &client);
     const std::int64_t seen = (client.bottom + LINE_HEIGHT - 1) / LINE_HEIGHT;
@@ -277,15 +257,13 @@ LRESULT SetReadOnly(HWND window, bool read_only) {
 }
 
 LRESULT Create(HWND window, Edit& edit, const CREATESTRUCTW& creation) {
-    if (creation.lpszName != nullptr) {
+    if (creation.lpszName != nullptr)
         edit.text = creation.lpszName;
-    }
     constexpr DWORD UNKNOWN_STYLES =
         ES_CENTER | ES_RIGHT | ES_UPPERCASE | ES_LOWERCASE | ES_PASSWORD | ES_WANTRETURN;
     if (HasStyle(window, UNKNOWN_STYLES) ||
-        (HasStyle(window, ES_MULTILINE) && !HasStyle(window, ES_READONLY))) {
+        (HasStyle(window, ES_MULTILINE) && !HasStyle(window, ES_READONLY)))
         NotImplemented("EDIT", "this style");
-    }
     return 0;
 }
 
@@ -329,9 +307,8 @@ LRESULT DialogCode(HWND window) {
 
 LRESULT CALLBACK EditProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     auto* const edit = StateAt<Edit>(window, message);
-    if (edit == nullptr) {
+    if (edit == nullptr)
         return DefWindowProcW(window, message, wparam, lparam);
-    }
     switch (message) {
         case WM_CREATE:
             return Create(window, *edit, *reinterpret_cast<const CREATESTRUCTW*>(lparam));

@@ -48,11 +48,9 @@ Row& RowAt(List& list, int index) {
 
 // The first row behind the start that is in all of these states.
 int NextRow(const List& list, int start, UINT states) {
-    for (int index = std::max(start, NONE) + 1; index < Count(list); index++) {
-        if ((list.rows[static_cast<std::size_t>(index)].state & states) == states) {
+    for (int index = std::max(start, NONE) + 1; index < Count(list); index++)
+        if ((list.rows[static_cast<std::size_t>(index)].state & states) == states)
             return index;
-        }
-    }
     return NONE;
 }
 
@@ -84,66 +82,55 @@ bool SetRowState(HWND window, List& list, int index, UINT state, UINT mask);
 
 // Takes the state off the row that has it, unless that is the one given.
 void TakeFromOthers(HWND window, List& list, int kept, UINT state) {
-    for (int index = NextRow(list, NONE, state); index != NONE; index = NextRow(list, index, state)) {
-        if (index != kept) {
+    for (int index = NextRow(list, NONE, state); index != NONE; index = NextRow(list, index, state))
+        if (index != kept)
             SetRowState(window, list, index, 0, state);
-        }
-    }
 }
 
 bool SetRowState(HWND window, List& list, int index, UINT state, UINT mask) {
     const UINT before = RowAt(list, index).state;
     const UINT after = (before & ~mask) | (state & mask);
     const UINT gained = after & ~before;
-    if (NotifyState(window, LVN_ITEMCHANGING, index, before, after) != FALSE) {
+    if (NotifyState(window, LVN_ITEMCHANGING, index, before, after) != FALSE)
         return false;
-    }
-    if (after == before) {
+    if (after == before)
         return true;
-    }
-    if ((gained & LVIS_SELECTED) != 0) {
+    if ((gained & LVIS_SELECTED) != 0)
         TakeFromOthers(window, list, index, LVIS_SELECTED);
-    }
     RowAt(list, index).state = after;
-    if ((gained & LVIS_FOCUSED) != 0) {
+    if ((gained & LVIS_FOCUSED) != 0)
         TakeFromOthers(window, list, index, LVIS_FOCUSED);
-    }
     NotifyState(window, LVN_ITEMCHANGED, index, before, after);
     return true;
 }
 
 LRESULT SetState(HWND window, List& list, WPARAM which, const LVITEMW& item) {
     const auto index = static_cast<int>(which);
-    if ((item.stateMask & ~KNOWN_STATES) != 0) {
+    if ((item.stateMask & ~KNOWN_STATES) != 0)
         NotImplemented("LVM_SETITEMSTATE", "states other than selected and focused");
-    }
     if (index != NONE) {
         return IsRow(list, index) && SetRowState(window, list, index, item.state, item.stateMask) ? TRUE
                                                                                                   : FALSE;
     }
-    if ((item.state & item.stateMask) != 0) {
+    if ((item.state & item.stateMask) != 0)
         return FALSE;
-    }
-    for (int row = 0; row < Count(list); row++) {
+    for (int row = 0; row < Count(list); row++)
         SetRowState(window, list, row, 0, item.stateMask);
-    }
     return TRUE;
 }
 
 // What the user selects; NONE takes the selection away and leaves the focus where it is.
 void SelectByHand(HWND window, List& list, int index) {
     TakeFromOthers(window, list, index, LVIS_SELECTED);
-    if (IsRow(list, index) && RowAt(list, index).state != KNOWN_STATES) {
+    if (IsRow(list, index) && RowAt(list, index).state != KNOWN_STATES)
         SetRowState(window, list, index, KNOWN_STATES, KNOWN_STATES);
-    }
 }
 
 // --- rows ---
 
 LRESULT InsertRow(HWND window, List& list, const LVITEMW& item) {
-    if (item.mask != LVIF_TEXT || item.iSubItem != 0) {
+    if (item.mask != LVIF_TEXT || item.iSubItem != 0)
         NotImplemented("LVM_INSERTITEMW", "more than the text of the first column");
-    }
     const int index = std::clamp(item.iItem, 0, Count(list));
     list.rows.insert(list.rows.begin() + index, Row{{item.pszText}, 0});
     NotifyRow(window, LVN_INSERTITEM, index);
@@ -152,29 +139,25 @@ LRESULT InsertRow(HWND window, List& list, const LVITEMW& item) {
 }
 
 LRESULT DeleteRow(HWND window, List& list, int index) {
-    if (!IsRow(list, index)) {
+    if (!IsRow(list, index))
         return FALSE;
-    }
     const bool had_focus = (RowAt(list, index).state & LVIS_FOCUSED) != 0;
     SetRowState(window, list, index, 0, KNOWN_STATES);
     NotifyRow(window, LVN_DELETEITEM, index);
     list.rows.erase(list.rows.begin() + index);
-    if (had_focus && !list.rows.empty()) {
+    if (had_focus && !list.rows.empty())
         RowAt(list, std::min(index, Count(list) - 1)).state |= LVIS_FOCUSED;
-    }
     return TRUE;
 }
 
 // The rows go without a word on their states.
 LRESULT DeleteAllRows(HWND window, List& list) {
-    for (Row& row : list.rows) {
+    for (Row& row : list.rows)
         row.state = 0;
-    }
     const bool each_is_told = NotifyRow(window, LVN_DELETEALLITEMS, NONE) == FALSE;
     while (!list.rows.empty()) {
-        if (each_is_told) {
+        if (each_is_told)
             NotifyRow(window, LVN_DELETEITEM, Count(list) - 1);
-        }
         list.rows.pop_back();
     }
     list.top = 0;
@@ -182,22 +165,19 @@ LRESULT DeleteAllRows(HWND window, List& list) {
 }
 
 LRESULT SetRowText(HWND window, List& list, int index, const LVITEMW& item) {
-    if (!IsRow(list, index) || item.iSubItem < 0 || item.iSubItem >= static_cast<int>(list.columns.size())) {
+    if (!IsRow(list, index) || item.iSubItem < 0 || item.iSubItem >= static_cast<int>(list.columns.size()))
         return FALSE;
-    }
     const auto column = static_cast<std::size_t>(item.iSubItem);
     NMLISTVIEW told{};
     told.iItem = index;
     told.uChanged = LVIF_TEXT;
-    if (column == 0 && NotifyParent(window, LVN_ITEMCHANGING, told.hdr) != FALSE) {
+    if (column == 0 && NotifyParent(window, LVN_ITEMCHANGING, told.hdr) != FALSE)
         return FALSE;
-    }
     Row& row = RowAt(list, index);
     row.texts.resize(std::max(row.texts.size(), column + 1));
     row.texts[column] = item.pszText == nullptr ? u"" : item.pszText;
-    if (column == 0) {
+    if (column == 0)
         NotifyParent(window, LVN_ITEMCHANGED, told.hdr);
-    }
     InvalidateRect(window, nullptr, TRUE);
     return TRUE;
 }
@@ -212,13 +192,11 @@ LRESULT GiveRowText(List& list, int index, const LVITEMW& item) {
 // --- columns ---
 
 LRESULT InsertColumn(List& list, WPARAM which, const LVCOLUMNW& column) {
-    if ((column.mask & ~(LVCF_WIDTH | LVCF_TEXT)) != 0) {
+    if ((column.mask & ~(LVCF_WIDTH | LVCF_TEXT)) != 0)
         NotImplemented("LVM_INSERTCOLUMNW", "more than width and title");
-    }
     const auto index = std::min<std::size_t>(which, list.columns.size());
-    if (index != list.columns.size() && !list.rows.empty()) {
+    if (index != list.columns.size() && !list.rows.empty())
         NotImplemented("LVM_INSERTCOLUMNW", "a column between those that rows have texts in");
-    }
     const bool has_title = (column.mask & LVCF_TEXT) != 0;
     list.columns.insert(list.columns.begin() + static_cast<std::ptrdiff_t>(index),
                         {has_title ? column.pszText : u"", (column.mask & LVCF_WIDTH) != 0 ? column.cx : 0});
@@ -226,21 +204,18 @@ LRESULT InsertColumn(List& list, WPARAM which, const LVCOLUMNW& column) {
 }
 
 LRESULT SetColumnWidth(List& list, WPARAM index, int width) {
-    if (index >= list.columns.size()) {
+    if (index >= list.columns.size())
         return FALSE;
-    }
-    if (width < 0) {
+    if (width < 0)
         NotImplemented("LVM_SETCOLUMNWIDTH", "widths after the contents");
-    }
     list.columns[index].width = width;
     return TRUE;
 }
 
 int WidthOfAll(const List& list) {
     int width = 0;
-    for (const Column& column : list.columns) {
+    for (const Column& column : list.columns)
         width += column.width;
-    }
     return width;
 }
 
@@ -262,22 +237,19 @@ int ColumnAtPoint(const List& list, LPARAM point) {
     int right = 0;
     for (std::size_t index = 0; index < list.columns.size(); index++) {
         right += list.columns[index].width;
-        if (XOf(point) < right) {
+        if (XOf(point) < right)
             return static_cast<int>(index);
-        }
     }
     return NONE;
 }
 
 // The part of the row that is asked for stands in the rectangle's left side.
 LRESULT GivePlace(const List& list, int index, RECT& place) {
-    if (!IsRow(list, index)) {
+    if (!IsRow(list, index))
         return FALSE;
-    }
     const LONG part = place.left;
-    if (part != LVIR_BOUNDS && part != LVIR_SELECTBOUNDS && part != LVIR_LABEL) {
+    if (part != LVIR_BOUNDS && part != LVIR_SELECTBOUNDS && part != LVIR_LABEL)
         NotImplemented("LVM_GETITEMRECT", "the place of the icon");
-    }
     const int top = HEADER_HEIGHT + (index - list.top) * LINE_HEIGHT;
     place = {0, top, WidthOfAll(list), top + LINE_HEIGHT};
     if (part == LVIR_LABEL && !list.columns.empty()) {
@@ -288,9 +260,8 @@ LRESULT GivePlace(const List& list, int index, RECT& place) {
 }
 
 LRESULT EnsureVisible(HWND window, List& list, int index) {
-    if (!IsRow(list, index)) {
+    if (!IsRow(list, index))
         return FALSE;
-    }
     const int last_top = std::max(index - RowsInSight(window) + 1, 0);
     list.top = std::clamp(list.top, last_top, index);
     return TRUE;
@@ -299,9 +270,8 @@ LRESULT EnsureVisible(HWND window, List& list, int index) {
 // --- the user ---
 
 LRESULT PressMouse(HWND window, List& list, LPARAM point) {
-    if (YOf(point) < HEADER_HEIGHT) {
+    if (YOf(point) < HEADER_HEIGHT)
         return 0;
-    }
     Notify(window, NM_RELEASEDCAPTURE);
     SelectByHand(window, list, RowAtPoint(list, point));
     SetFocus(window);
@@ -309,9 +279,8 @@ LRESULT PressMouse(HWND window, List& list, LPARAM point) {
 }
 
 LRESULT TellMouse(HWND window, const List& list, UINT code, LPARAM point) {
-    if (YOf(point) < HEADER_HEIGHT) {
+    if (YOf(point) < HEADER_HEIGHT)
         return 0;
-    }
     NMITEMACTIVATE told{};
     told.iItem = RowAtPoint(list, point);
     told.iSubItem = ColumnAtPoint(list, point);
@@ -360,9 +329,8 @@ LRESULT PressKey(HWND window, List& list, WPARAM key, LPARAM flags) {
 
 LRESULT Create(HWND window) {
     const auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
-    if ((style & LVS_TYPEMASK) != LVS_REPORT || (style & LVS_SINGLESEL) == 0) {
+    if ((style & LVS_TYPEMASK) != LVS_REPORT || (style & LVS_SINGLESEL) == 0)
         NotImplemented("SysListView32", "other views than a report with one selection");
-    }
     return 0;
 }
 
@@ -393,9 +361,8 @@ LRESULT HandleRowMessage(HWND window, List& list, UINT message, WPARAM wparam, L
         case LVM_GETITEMSTATE:
             return IsRow(list, index) ? RowAt(list, index).state & static_cast<UINT>(lparam) : 0;
         case LVM_GETNEXTITEM:
-            if ((lparam & ~static_cast<LPARAM>(KNOWN_STATES)) != 0) {
+            if ((lparam & ~static_cast<LPARAM>(KNOWN_STATES)) != 0)
                 NotImplemented("LVM_GETNEXTITEM", "directions");
-            }
             return NextRow(list, index, static_cast<UINT>(lparam));
         case LVM_GETSELECTEDCOUNT:
             return NextRow(list, NONE, LVIS_SELECTED) == NONE ? 0 : 1;
@@ -433,9 +400,8 @@ LRESULT HandleColumnMessage(HWND window, List& list, UINT message, WPARAM wparam
 
 LRESULT CALLBACK ListProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     auto* const list = StateAt<List>(window, message);
-    if (list == nullptr) {
+    if (list == nullptr)
         return DefWindowProcW(window, message, wparam, lparam);
-    }
     switch (message) {
         case WM_CREATE:
             return Create(window);

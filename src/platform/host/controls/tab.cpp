@@ -32,9 +32,8 @@ bool IsTab(const Tabs& tabs, WPARAM index) {
 
 RECT PlaceOf(const Tabs& tabs, std::size_t index) {
     RECT place = {FIRST_TAB_X, TAB_TOP, FIRST_TAB_X, TAB_BOTTOM};
-    for (std::size_t before = 0; before < index; before++) {
+    for (std::size_t before = 0; before < index; before++)
         place.left += WidthOf(tabs.texts[before]);
-    }
     place.right = place.left + WidthOf(tabs.texts[index]);
     return place;
 }
@@ -42,9 +41,8 @@ RECT PlaceOf(const Tabs& tabs, std::size_t index) {
 int TabAt(const Tabs& tabs, POINT point) {
     for (std::size_t index = 0; index < tabs.texts.size(); index++) {
         const RECT place = PlaceOf(tabs, index);
-        if (PtInRect(&place, point)) {
+        if (PtInRect(&place, point))
             return static_cast<int>(index);
-        }
     }
     return NONE;
 }
@@ -56,44 +54,38 @@ LRESULT Notify(HWND window, UINT code) {
 
 // The user's choice, which the parent may refuse.
 void Choose(HWND window, Tabs& tabs, int index) {
-    if (index == NONE || index == tabs.chosen || Notify(window, TCN_SELCHANGING) != FALSE) {
+    if (index == NONE || index == tabs.chosen || Notify(window, TCN_SELCHANGING) != FALSE)
         return;
-    }
     tabs.chosen = index;
     Notify(window, TCN_SELCHANGE);
 }
 
 LRESULT ChooseByCode(HWND window, Tabs& tabs, WPARAM index) {
     const int before = tabs.chosen;
-    if (!IsTab(tabs, index)) {
+    if (!IsTab(tabs, index))
         return NONE;
-    }
     tabs.chosen = static_cast<int>(index);
     InvalidateRect(window, nullptr, TRUE);
     return before;
 }
 
 LRESULT Insert(Tabs& tabs, WPARAM index, const TCITEMW& item) {
-    if (item.mask != TCIF_TEXT) {
+    if (item.mask != TCIF_TEXT)
         NotImplemented("TCM_INSERTITEMW", "more than a text");
-    }
     const std::size_t place = std::min<std::size_t>(index, tabs.texts.size());
     tabs.texts.insert(tabs.texts.begin() + static_cast<std::ptrdiff_t>(place), item.pszText);
-    if (tabs.chosen == NONE) {
+    if (tabs.chosen == NONE)
         tabs.chosen = 0;
-    } else if (static_cast<int>(place) <= tabs.chosen) {
+    else if (static_cast<int>(place) <= tabs.chosen)
         tabs.chosen++;
-    }
     return static_cast<LRESULT>(place);
 }
 
 LRESULT GiveItem(const Tabs& tabs, WPARAM index, const TCITEMW& item) {
-    if (item.mask != TCIF_TEXT) {
+    if (item.mask != TCIF_TEXT)
         NotImplemented("TCM_GETITEMW", "more than a text");
-    }
-    if (!IsTab(tabs, index)) {
+    if (!IsTab(tabs, index))
         return FALSE;
-    }
     GiveText(tabs.texts[index], static_cast<std::size_t>(item.cchTextMax),
              reinterpret_cast<LPARAM>(item.pszText));
     return TRUE;
@@ -106,9 +98,8 @@ LRESULT PressKey(HWND window, Tabs& tabs, WPARAM key, LPARAM flags) {
     NotifyParent(window, TCN_KEYDOWN, pressed.hdr);
     const int step = key == VK_RIGHT ? 1 : -1;
     const int target = tabs.chosen + step;
-    if ((key == VK_LEFT || key == VK_RIGHT) && target >= 0 && IsTab(tabs, static_cast<WPARAM>(target))) {
+    if ((key == VK_LEFT || key == VK_RIGHT) && target >= 0 && IsTab(tabs, static_cast<WPARAM>(target)))
         Choose(window, tabs, target);
-    }
     return 0;
 }
 
@@ -125,9 +116,8 @@ LRESULT HitTest(HWND window, const Tabs& tabs, LPARAM place) {
 }
 
 LRESULT GivePlace(const Tabs& tabs, WPARAM index, RECT& place) {
-    if (!IsTab(tabs, index)) {
+    if (!IsTab(tabs, index))
         return FALSE;
-    }
     place = PlaceOf(tabs, index);
     return TRUE;
 }
@@ -136,9 +126,8 @@ LRESULT GivePlace(const Tabs& tabs, WPARAM index, RECT& place) {
 
 LRESULT CALLBACK TabProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     auto* const tabs = StateAt<Tabs>(window, message);
-    if (tabs == nullptr) {
+    if (tabs == nullptr)
         return DefWindowProcW(window, message, wparam, lparam);
-    }
     switch (message) {
         case WM_NCHITTEST:
             return HitTest(window, *tabs, lparam);

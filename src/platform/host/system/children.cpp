@@ -33,14 +33,11 @@ constexpr DWORD OTHER_SIGNAL_CODE = 1;
 constexpr UINT LARGEST_NATIVE_CODE = 255;
 
 DWORD ExitCodeOf(int status) {
-    if (WIFEXITED(status)) {
+    if (WIFEXITED(status))
         return static_cast<DWORD>(WEXITSTATUS(status));
-    }
-    for (const SignalCode& entry : SIGNAL_CODES) {
-        if (entry.signal_number == WTERMSIG(status)) {
+    for (const SignalCode& entry : SIGNAL_CODES)
+        if (entry.signal_number == WTERMSIG(status))
             return entry.exit_code;
-        }
-    }
     return OTHER_SIGNAL_CODE;
 }
 
@@ -58,14 +55,12 @@ void Reap(ChildProcess& child, int options) {
     do {
         ended = child.has_ended ? 0 : waitpid(child.process_id, &status, options);
     } while (ended < 0 && errno == EINTR);
-    if (ended == 0) {
+    if (ended == 0)
         return;
-    }
     child.has_ended = true;
     child.claims.clear();
-    if (!child.was_terminated) {
+    if (!child.was_terminated)
         child.exit_code = ended > 0 ? ExitCodeOf(status) : OTHER_SIGNAL_CODE;
-    }
 }
 
 void AddChild(std::shared_ptr<ChildProcess> child) {
@@ -74,18 +69,16 @@ void AddChild(std::shared_ptr<ChildProcess> child) {
 
 void ReapChildren() {
     auto& running = Running();
-    for (const auto& child : running) {
+    for (const auto& child : running)
         Reap(*child, WNOHANG);
-    }
     std::erase_if(running, [](const auto& child) { return child->has_ended; });
 }
 
 }  // namespace host
 
 [[noreturn]] void WINAPI ExitProcess(UINT exit_code) {
-    if (exit_code <= host::LARGEST_NATIVE_CODE) {
+    if (exit_code <= host::LARGEST_NATIVE_CODE)
         _exit(static_cast<int>(exit_code));
-    }
     for (const host::SignalCode& entry : host::SIGNAL_CODES) {
         if (entry.exit_code == exit_code) {
             const rlimit no_core = {0, 0};

@@ -76,14 +76,12 @@ constexpr auto TEXTS = std::to_array<ErrorText>({
 
 DWORD WINAPI FormatMessageW(DWORD flags, LPCVOID source, DWORD code, DWORD language, LPWSTR buffer,
                             DWORD size, void* arguments) {
-    if (host::CallFails("FormatMessageW")) {
+    if (host::CallFails("FormatMessageW"))
         return 0;
-    }
     constexpr DWORD FLAGS =
         FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
-    if (flags != FLAGS || source != nullptr || language != 0 || size != 0 || arguments != nullptr) {
+    if (flags != FLAGS || source != nullptr || language != 0 || size != 0 || arguments != nullptr)
         host::NotImplemented("FormatMessageW", "anything but a system text in a buffer of its own");
-    }
     const auto* const found = std::find_if(TEXTS.begin(), TEXTS.end(),
                                            [code](const ErrorText& entry) { return entry.code == code; });
     if (found == TEXTS.end()) {

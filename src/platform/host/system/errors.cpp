@@ -47,20 +47,17 @@ constexpr auto ERRORS = std::to_array<ErrorPair>({
 }  // namespace
 
 DWORD ErrorOf(int code) {
-    for (const ErrorPair& pair : ERRORS) {
-        if (pair.native == code) {
+    for (const ErrorPair& pair : ERRORS)
+        if (pair.native == code)
             return pair.windows;
-        }
-    }
     return ERROR_GEN_FAILURE;
 }
 
 DWORD ErrorOf(int code, const std::string& native) {
     struct stat folder = {};
     const std::string parent = native.substr(0, native.find_last_of('/', native.find_last_not_of('/')) + 1);
-    if (code == ENOENT && stat(parent.c_str(), &folder) != 0) {
+    if (code == ENOENT && stat(parent.c_str(), &folder) != 0)
         return ERROR_PATH_NOT_FOUND;
-    }
     return ErrorOf(code);
 }
 

@@ -50,9 +50,8 @@ std::vector<std::shared_ptr<const host::ShareClaim>> ClaimsOn(const Status& stat
     std::vector<std::shared_ptr<const host::ShareClaim>> found;
     for (const auto& weak : all) {
         auto claim = weak.lock();
-        if (claim != nullptr && claim->device == status.st_dev && claim->inode == status.st_ino) {
+        if (claim != nullptr && claim->device == status.st_dev && claim->inode == status.st_ino)
             found.push_back(std::move(claim));
-        }
     }
     return found;
 }
@@ -64,16 +63,13 @@ bool Allows(const host::ShareClaim& holder, const host::ShareClaim& other) {
 
 // Enters the open among the claims, unless it and one that is held exclude each other.
 bool Claim(const OpenRequest& request, const Status& status, std::shared_ptr<const host::ShareClaim>& claim) {
-    if (!request.reads && !request.writes) {
+    if (!request.reads && !request.writes)
         return true;
-    }
     const host::ShareClaim wanted = {status.st_dev, status.st_ino, request.reads, request.writes,
                                      request.share_mode};
-    for (const auto& held : ClaimsOn(status)) {
-        if (!Allows(*held, wanted) || !Allows(wanted, *held)) {
+    for (const auto& held : ClaimsOn(status))
+        if (!Allows(*held, wanted) || !Allows(wanted, *held))
             return host::Fail(ERROR_SHARING_VIOLATION);
-        }
-    }
     claim = std::make_shared<const host::ShareClaim>(wanted);
     Claims().push_back(claim);
     return true;
@@ -90,30 +86,24 @@ bool CheckOpenArguments(DWORD access, LPSECURITY_ATTRIBUTES security, DWORD disp
     constexpr DWORD READS = GENERIC_READ | FILE_READ_DATA;
     constexpr DWORD WRITES = GENERIC_WRITE | FILE_WRITE_DATA;
     constexpr DWORD FLAGS = FILE_ATTRIBUTE_NORMAL | FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_SEQUENTIAL_SCAN;
-    if ((access & ~(READS | WRITES | FILE_READ_ATTRIBUTES | SYNCHRONIZE)) != 0) {
+    if ((access & ~(READS | WRITES | FILE_READ_ATTRIBUTES | SYNCHRONIZE)) != 0)
         host::NotImplemented("CreateFileW", "an access other than reading, writing and attributes");
-    }
-    if ((flags & ~FLAGS) != 0 || template_file != nullptr) {
+    if ((flags & ~FLAGS) != 0 || template_file != nullptr)
         host::NotImplemented("CreateFileW", "this flag, or a template");
-    }
-    if (security != nullptr && security->lpSecurityDescriptor != nullptr) {
+    if (security != nullptr && security->lpSecurityDescriptor != nullptr)
         host::NotImplemented("CreateFileW", "a security descriptor");
-    }
-    if (disposition < CREATE_NEW || disposition > TRUNCATE_EXISTING) {
+    if (disposition < CREATE_NEW || disposition > TRUNCATE_EXISTING)
         return host::Fail(ERROR_INVALID_PARAMETER);
-    }
     const bool truncates = disposition == CREATE_ALWAYS || disposition == TRUNCATE_EXISTING;
-    if (truncates && (access & WRITES) == 0) {
+    if (truncates && (access & WRITES) == 0)
         host::NotImplemented("CreateFileW", "emptying a file without writing access");
-    }
     return true;
 }
 
 // A name with a separator at its end can only be a folder's.
 bool CheckTrailingSeparator(OpenRequest& request) {
-    if (request.native.size() < 2 || !request.native.ends_with('/')) {
+    if (request.native.size() < 2 || !request.native.ends_with('/'))
         return true;
-    }
     request.native.pop_back();
     Status status = {};
     const bool creates = request.disposition != OPEN_EXISTING && request.disposition != TRUNCATE_EXISTING;
@@ -122,18 +112,16 @@ bool CheckTrailingSeparator(OpenRequest& request) {
 }
 
 int OpenMode(const OpenRequest& request) {
-    if (request.writes) {
+    if (request.writes)
         return request.reads ? O_RDWR : O_WRONLY;
-    }
     return request.reads ? O_RDONLY : O_PATH;
 }
 
 // Opens a descriptor beyond the standard three, which a child's streams may then take without overwriting it.
 host::Descriptor OpenDescriptor(const std::string& native, int flags) {
     const int number = open(native.c_str(), flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, NEW_FILE_MODE);
-    if (number < 0 || number > STDERR_FILENO) {
+    if (number < 0 || number > STDERR_FILENO)
         return host::Descriptor(number);
-    }
     const int moved = fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     close(number);
     return host::Descriptor(moved);
@@ -157,9 +145,8 @@ int OpenNative(const OpenRequest& request, host::Descriptor& descriptor, bool& e
     const int mode = OpenMode(request) == O_PATH ? O_RDONLY : OpenMode(request);
     descriptor = OpenDescriptor(request.native, mode | O_CREAT | O_EXCL);
     existed = descriptor.number < 0;
-    if (existed && errno == EEXIST && request.disposition != CREATE_NEW) {
+    if (existed && errno == EEXIST && request.disposition != CREATE_NEW)
         descriptor = OpenDescriptor(request.native, mode | O_CREAT);
-    }
     return descriptor.number < 0 ? errno : 0;
 }
 
@@ -167,21 +154,16 @@ int OpenNative(const OpenRequest& request, host::Descriptor& descriptor, bool& e
 bool SettleFile(const OpenRequest& request, host::OpenFile& file, bool existed) {
     Status status = {};
     const int number = file.descriptor.number;
-    if (fstat(number, &status) != 0) {
+    if (fstat(number, &status) != 0)
         return host::Fail(host::ErrorOf(errno));
-    }
-    if (S_ISDIR(status.st_mode)) {
+    if (S_ISDIR(status.st_mode))
         return request.allows_folder || host::Fail(ERROR_ACCESS_DENIED);
-    }
-    if (!S_ISREG(status.st_mode)) {
+    if (!S_ISREG(status.st_mode))
         return true;
-    }
-    if (existed && request.writes && IsReadOnly(status)) {
+    if (existed && request.writes && IsReadOnly(status))
         return host::Fail(ERROR_ACCESS_DENIED);
-    }
-    if (!Claim(request, status, file.claim)) {
+    if (!Claim(request, status, file.claim))
         return false;
-    }
     const bool empties = request.disposition == CREATE_ALWAYS || request.disposition == TRUNCATE_EXISTING;
     return !existed || !empties || ftruncate(number, 0) == 0 || host::Fail(host::ErrorOf(errno));
 }
@@ -193,9 +175,8 @@ HANDLE OpenRequested(const OpenRequest& request) {
         host::Fail(host::ErrorOf(error, request.native));
         return INVALID_HANDLE_VALUE;
     }
-    if (!SettleFile(request, *file, existed)) {
+    if (!SettleFile(request, *file, existed))
         return INVALID_HANDLE_VALUE;
-    }
     // Non-blocking only so that the open itself could not wait for the other end of a pipe.
     fcntl(file->descriptor.number, F_SETFL, 0);
     file->can_read = request.reads;
@@ -211,19 +192,16 @@ BOOL Done(ssize_t result) {
 }
 
 void RequireNoOverlap(LPOVERLAPPED overlapped, const char* call) {
-    if (overlapped != nullptr) {
+    if (overlapped != nullptr)
         host::NotImplemented(call, "work behind the caller's back");
-    }
 }
 
 DWORD Attributes(const Status& status) {
     DWORD attributes = S_ISDIR(status.st_mode) ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
-    if (S_ISLNK(status.st_mode)) {
+    if (S_ISLNK(status.st_mode))
         attributes |= FILE_ATTRIBUTE_REPARSE_POINT;
-    }
-    if (S_ISREG(status.st_mode) && IsReadOnly(status)) {
+    if (S_ISREG(status.st_mode) && IsReadOnly(status))
         attributes |= FILE_ATTRIBUTE_READONLY;
-    }
     return attributes;
 }
 
@@ -245,15 +223,12 @@ FILETIME FileTime(const timespec& time) {
 // Why the file cannot move over the target; success where it can, or where there is no target.
 DWORD ReplaceError(const Status& from, const std::string& target, DWORD flags) {
     Status status = {};
-    if (lstat(target.c_str(), &status) != 0) {
+    if (lstat(target.c_str(), &status) != 0)
         return errno == ENOENT ? ERROR_SUCCESS : host::ErrorOf(errno, target);
-    }
-    if (status.st_dev == from.st_dev && status.st_ino == from.st_ino) {
+    if (status.st_dev == from.st_dev && status.st_ino == from.st_ino)
         return ERROR_SUCCESS;
-    }
-    if ((flags & MOVEFILE_REPLACE_EXISTING) == 0) {
+    if ((flags & MOVEFILE_REPLACE_EXISTING) == 0)
         return ERROR_ALREADY_EXISTS;
-    }
     const bool has_folder = S_ISDIR(status.st_mode) || S_ISDIR(from.st_mode);
     return has_folder || IsReadOnly(status) || !ClaimsOn(status).empty() ? ERROR_ACCESS_DENIED
                                                                          : ERROR_SUCCESS;
@@ -270,13 +245,11 @@ bool SyncFolderOf(const std::string& native) {
 HANDLE WINAPI CreateFileW(LPCWSTR path, DWORD access, DWORD share_mode, LPSECURITY_ATTRIBUTES security,
                           DWORD disposition, DWORD flags, HANDLE template_file) {
     if (host::CallFails("CreateFileW") ||
-        !CheckOpenArguments(access, security, disposition, flags, template_file)) {
+        !CheckOpenArguments(access, security, disposition, flags, template_file))
         return INVALID_HANDLE_VALUE;
-    }
     OpenRequest request;
-    if (!host::FindNative(path, request.native)) {
+    if (!host::FindNative(path, request.native))
         return INVALID_HANDLE_VALUE;
-    }
     request.reads = (access & (GENERIC_READ | FILE_READ_DATA)) != 0;
     request.writes = (access & (GENERIC_WRITE | FILE_WRITE_DATA)) != 0;
     request.share_mode = share_mode;
@@ -289,16 +262,13 @@ HANDLE WINAPI CreateFileW(LPCWSTR path, DWORD access, DWORD share_mode, LPSECURI
 BOOL WINAPI ReadFile(HANDLE file, LPVOID buffer, DWORD size, LPDWORD read_size, LPOVERLAPPED overlapped) {
     RequireNoOverlap(overlapped, "ReadFile");
     *read_size = 0;
-    if (host::CallFails("ReadFile")) {
+    if (host::CallFails("ReadFile"))
         return FALSE;
-    }
     const host::OpenFile* const open_file = host::FindFile(file);
-    if (open_file == nullptr) {
+    if (open_file == nullptr)
         return FALSE;
-    }
-    if (!open_file->can_read) {
+    if (!open_file->can_read)
         return host::Fail(ERROR_ACCESS_DENIED);
-    }
     ssize_t result = 0;
     do {
         result = read(open_file->descriptor.number, buffer, size);
@@ -310,85 +280,69 @@ BOOL WINAPI ReadFile(HANDLE file, LPVOID buffer, DWORD size, LPDWORD read_size, 
 BOOL WINAPI WriteFile(HANDLE file, LPCVOID buffer, DWORD size, LPDWORD written, LPOVERLAPPED overlapped) {
     RequireNoOverlap(overlapped, "WriteFile");
     *written = 0;
-    if (host::CallFails("WriteFile")) {
+    if (host::CallFails("WriteFile"))
         return FALSE;
-    }
     const host::OpenFile* const open_file = host::FindFile(file);
-    if (open_file == nullptr) {
+    if (open_file == nullptr)
         return FALSE;
-    }
-    if (!open_file->can_write) {
+    if (!open_file->can_write)
         return host::Fail(ERROR_ACCESS_DENIED);
-    }
     while (*written < size) {
         const char* const rest = static_cast<const char*>(buffer) + *written;
         const ssize_t result = write(open_file->descriptor.number, rest, size - *written);
-        if (result < 0 && errno != EINTR) {
+        if (result < 0 && errno != EINTR)
             return Done(result);
-        }
         *written += result > 0 ? static_cast<DWORD>(result) : 0;
     }
     return TRUE;
 }
 
 BOOL WINAPI SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, PLARGE_INTEGER position, DWORD method) {
-    if (host::CallFails("SetFilePointerEx")) {
+    if (host::CallFails("SetFilePointerEx"))
         return FALSE;
-    }
     const host::OpenFile* const open_file = host::FindFile(file);
-    if (open_file == nullptr) {
+    if (open_file == nullptr)
         return FALSE;
-    }
-    if (method > FILE_END) {
+    if (method > FILE_END)
         return host::Fail(ERROR_INVALID_PARAMETER);
-    }
     constexpr int ORIGINS[] = {SEEK_SET, SEEK_CUR, SEEK_END};
     const off_t result = lseek(open_file->descriptor.number, distance.QuadPart, ORIGINS[method]);
-    if (result < 0) {
+    if (result < 0)
         return host::Fail(errno == EINVAL ? ERROR_NEGATIVE_SEEK : host::ErrorOf(errno));
-    }
-    if (position != nullptr) {
+    if (position != nullptr)
         position->QuadPart = result;
-    }
     return TRUE;
 }
 
 BOOL WINAPI GetFileSizeEx(HANDLE file, PLARGE_INTEGER size) {
-    if (host::CallFails("GetFileSizeEx")) {
+    if (host::CallFails("GetFileSizeEx"))
         return FALSE;
-    }
     const host::OpenFile* const open_file = host::FindFile(file);
     Status status = {};
-    if (open_file == nullptr || !Done(fstat(open_file->descriptor.number, &status))) {
+    if (open_file == nullptr || !Done(fstat(open_file->descriptor.number, &status)))
         return FALSE;
-    }
     size->QuadPart = status.st_size;
     return TRUE;
 }
 
 BOOL WINAPI FlushFileBuffers(HANDLE file) {
-    if (host::CallFails("FlushFileBuffers")) {
+    if (host::CallFails("FlushFileBuffers"))
         return FALSE;
-    }
     const host::OpenFile* const open_file = host::FindFile(file);
-    if (open_file == nullptr) {
+    if (open_file == nullptr)
         return FALSE;
-    }
     return open_file->can_write ? Done(fsync(open_file->descriptor.number)) : host::Fail(ERROR_ACCESS_DENIED);
 }
 
 BOOL WINAPI GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION information) {
-    if (host::CallFails("GetFileInformationByHandle")) {
+    if (host::CallFails("GetFileInformationByHandle"))
         return FALSE;
-    }
     const host::OpenFile* const open_file = host::FindFile(file);
     Status status = {};
-    if (open_file == nullptr || !Done(fstat(open_file->descriptor.number, &status))) {
+    if (open_file == nullptr || !Done(fstat(open_file->descriptor.number, &status)))
         return FALSE;
-    }
-    if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) {
+    if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode))
         return host::Fail(ERROR_INVALID_PARAMETER);
-    }
     const auto size = static_cast<std::uint64_t>(S_ISREG(status.st_mode) ? status.st_size : 0);
     *information = {Attributes(status),
                     FileTime(status.st_ctim),
@@ -404,70 +358,54 @@ BOOL WINAPI GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION
 }
 
 DWORD WINAPI GetFileType(HANDLE file) {
-    if (host::CallFails("GetFileType")) {
+    if (host::CallFails("GetFileType"))
         return FILE_TYPE_UNKNOWN;
-    }
     const host::OpenFile* const open_file = host::FindFile(file);
     Status status = {};
-    if (open_file == nullptr || !Done(fstat(open_file->descriptor.number, &status))) {
+    if (open_file == nullptr || !Done(fstat(open_file->descriptor.number, &status)))
         return FILE_TYPE_UNKNOWN;
-    }
     SetLastError(ERROR_SUCCESS);
-    if (S_ISCHR(status.st_mode)) {
+    if (S_ISCHR(status.st_mode))
         return FILE_TYPE_CHAR;
-    }
     return S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode) ? FILE_TYPE_PIPE : FILE_TYPE_DISK;
 }
 
 BOOL WINAPI MoveFileExW(LPCWSTR from, LPCWSTR to, DWORD flags) {
-    if (host::CallFails("MoveFileExW")) {
+    if (host::CallFails("MoveFileExW"))
         return FALSE;
-    }
-    if ((flags & ~(MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) != 0) {
+    if ((flags & ~(MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) != 0)
         host::NotImplemented("MoveFileExW", "this flag");
-    }
     std::string source;
     std::string target;
-    if (!host::FindNative(from, source) || !host::FindNative(to, target)) {
+    if (!host::FindNative(from, source) || !host::FindNative(to, target))
         return FALSE;
-    }
     Status status = {};
-    if (lstat(source.c_str(), &status) != 0) {
+    if (lstat(source.c_str(), &status) != 0)
         return host::Fail(host::ErrorOf(errno, source));
-    }
-    if (!CanBeDeleted(status)) {
+    if (!CanBeDeleted(status))
         return host::Fail(ERROR_SHARING_VIOLATION);
-    }
-    if (const DWORD error = ReplaceError(status, target, flags); error != ERROR_SUCCESS) {
+    if (const DWORD error = ReplaceError(status, target, flags); error != ERROR_SUCCESS)
         return host::Fail(error);
-    }
-    if (rename(source.c_str(), target.c_str()) != 0) {
+    if (rename(source.c_str(), target.c_str()) != 0)
         return host::Fail(host::ErrorOf(errno, target));
-    }
     const bool must_sync = (flags & MOVEFILE_WRITE_THROUGH) != 0;
     return !must_sync || SyncFolderOf(target) ? TRUE : host::Fail(host::ErrorOf(errno));
 }
 
 BOOL WINAPI DeleteFileW(LPCWSTR path) {
-    if (host::CallFails("DeleteFileW")) {
+    if (host::CallFails("DeleteFileW"))
         return FALSE;
-    }
     std::string native;
     Status status = {};
-    if (!host::FindNative(path, native)) {
+    if (!host::FindNative(path, native))
         return FALSE;
-    }
-    if (native == "/dev/null") {
+    if (native == "/dev/null")
         return host::Fail(ERROR_ACCESS_DENIED);
-    }
-    if (lstat(native.c_str(), &status) != 0) {
+    if (lstat(native.c_str(), &status) != 0)
         return host::Fail(host::ErrorOf(errno, native));
-    }
-    if (S_ISDIR(status.st_mode) || IsReadOnly(status)) {
+    if (S_ISDIR(status.st_mode) || IsReadOnly(status))
         return host::Fail(ERROR_ACCESS_DENIED);
-    }
-    if (!CanBeDeleted(status)) {
+    if (!CanBeDeleted(status))
         return host::Fail(ERROR_SHARING_VIOLATION);
-    }
     return unlink(native.c_str()) == 0 ? TRUE : host::Fail(host::ErrorOf(errno, native));
 }

@@ -32,9 +32,8 @@ constexpr std::uintptr_t FIRST_STANDARD = 0x10;
 std::size_t StandardIndex(HANDLE handle) {
     const auto number = reinterpret_cast<std::uintptr_t>(handle);
     const std::size_t count = Table().standard.size();
-    if (number < FIRST_STANDARD || number % HANDLE_STEP != 0) {
+    if (number < FIRST_STANDARD || number % HANDLE_STEP != 0)
         return count;
-    }
     return std::min<std::size_t>((number - FIRST_STANDARD) / HANDLE_STEP, count);
 }
 
@@ -53,9 +52,8 @@ namespace host {
 
 Descriptor::~Descriptor() {
     // The three standard streams belong to the process and stay open.
-    if (number > STDERR_FILENO) {
+    if (number > STDERR_FILENO)
         close(number);
-    }
 }
 
 Descriptor::Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
@@ -76,9 +74,8 @@ HANDLE AddHandle(KernelObject object) {
 const KernelObject* FindObject(HANDLE handle) {
     HandleTable& table = Table();
     const std::size_t standard = StandardIndex(handle);
-    if (standard < table.standard.size() && table.standard[standard].file != nullptr) {
+    if (standard < table.standard.size() && table.standard[standard].file != nullptr)
         return &table.standard[standard];
-    }
     const auto found = table.open.find(reinterpret_cast<std::uintptr_t>(handle));
     if (found == table.open.end()) {
         SetLastError(ERROR_INVALID_HANDLE);
@@ -105,30 +102,26 @@ std::size_t OpenHandles() {
 BOOL WINAPI CloseHandle(HANDLE handle) {
     const bool must_fail = host::CallFails("CloseHandle");
     const DWORD injected_error = GetLastError();
-    if (host::FindObject(handle) == nullptr) {
+    if (host::FindObject(handle) == nullptr)
         return FALSE;
-    }
     Table().open.erase(reinterpret_cast<std::uintptr_t>(handle));
     host::ReapChildren();
     return must_fail ? host::Fail(injected_error) : TRUE;
 }
 
 HANDLE WINAPI GetStdHandle(DWORD which) {
-    if (host::CallFails("GetStdHandle")) {
+    if (host::CallFails("GetStdHandle"))
         return INVALID_HANDLE_VALUE;
-    }
     const DWORD index = STD_INPUT_HANDLE - which;
     if (index >= Table().standard.size()) {
         host::Fail(ERROR_INVALID_HANDLE);
         return INVALID_HANDLE_VALUE;
     }
     const int number = static_cast<int>(index);
-    if (fcntl(number, F_GETFD) == -1) {
+    if (fcntl(number, F_GETFD) == -1)
         return nullptr;
-    }
     host::KernelObject& object = Table().standard[index];
-    if (object.file == nullptr) {
+    if (object.file == nullptr)
         object = StandardObject(number);
-    }
     return reinterpret_cast<HANDLE>(FIRST_STANDARD + HANDLE_STEP * index);
 }

@@ -40,8 +40,9 @@ WCHAR Upper(WCHAR unit) {
 }
 
 bool SameName(View left, View right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](WCHAR a, WCHAR b) { return Upper(a) == Upper(b); });
+    return std::equal(
+        left.begin(), left.end(), right.begin(), right.end(),
+        [](WCHAR a, WCHAR b) { return Upper(a) == Upper(b); });
 }
 
 bool HasDrive(View path) {
@@ -58,34 +59,28 @@ bool HasServer(View path) {
 }
 
 std::size_t NextSeparator(View path, std::size_t from) {
-    while (from < path.size() && !IsSeparator(path[from])) {
+    while (from < path.size() && !IsSeparator(path[from]))
         from++;
-    }
     return from;
 }
 
 // The device that the path's last element names, whatever folder stands in front and whatever stands behind a
 // dot or a colon in it; empty for none.
 View DeviceIn(View path) {
-    if (HasServer(path)) {
+    if (HasServer(path))
         return {};
-    }
     std::size_t start = path.size();
-    while (start > 0 && !IsSeparator(path[start - 1])) {
+    while (start > 0 && !IsSeparator(path[start - 1]))
         start--;
-    }
     View name = path.substr(start);
-    if (start == 0 && HasDrive(path)) {
+    if (start == 0 && HasDrive(path))
         name.remove_prefix(2);
-    }
     name = name.substr(0, name.find_first_of(u".:"));
-    while (name.ends_with(u' ')) {
+    while (name.ends_with(u' '))
         name.remove_suffix(1);
-    }
     const auto is_name = [name](View device) { return SameName(name, device); };
-    if (std::any_of(DEVICES.begin(), DEVICES.end(), is_name)) {
+    if (std::any_of(DEVICES.begin(), DEVICES.end(), is_name))
         return name;
-    }
     const bool has_number = name.size() == 4 && name[3] >= u'1' && name[3] <= u'9';
     const auto is_port = [name](View device) { return SameName(name.substr(0, 3), device); };
     return has_number && std::any_of(NUMBERED_DEVICES.begin(), NUMBERED_DEVICES.end(), is_port) ? name
@@ -106,9 +101,8 @@ Text CurrentDirectory() {
         return {};
     }
     Text path = host::WidePath(native.data());
-    if (path.empty()) {
+    if (path.empty())
         SetLastError(ERROR_NO_UNICODE_TRANSLATION);
-    }
     return path;
 }
 
@@ -135,9 +129,8 @@ PathInMaking StartWithServer(View path) {
 bool StartWithDrive(View path, PathInMaking& start) {
     start = {Text(path.substr(0, 2)), 2, path.substr(2)};
     const bool is_relative = start.rest.empty() || !IsSeparator(start.rest.front());
-    if (is_relative && Upper(path[0]) == u'C') {
+    if (is_relative && Upper(path[0]) == u'C')
         start.text = CurrentDirectory();
-    }
     return !start.text.empty();
 }
 
@@ -150,9 +143,8 @@ bool StartPath(View path, PathInMaking& start) {
         start = StartWithServer(path);
         return true;
     }
-    if (HasDrive(path)) {
+    if (HasDrive(path))
         return StartWithDrive(path, start);
-    }
     start = {IsSeparator(path.front()) ? u"C:" : CurrentDirectory(), 2, path};
     return !start.text.empty();
 }
@@ -164,26 +156,22 @@ void DropLastElement(PathInMaking& path) {
 
 // The last element loses its dots and blanks at the end, one in the middle only a single dot.
 View Trimmed(View element, bool is_last) {
-    if (is_last) {
+    if (is_last)
         return element.substr(0, element.find_last_not_of(u" .") + 1);
-    }
-    if (element.size() > 1 && element.ends_with(u'.') && !element.ends_with(u"..")) {
+    if (element.size() > 1 && element.ends_with(u'.') && !element.ends_with(u".."))
         element.remove_suffix(1);
-    }
     return element;
 }
 
 void TakeElement(PathInMaking& path, View element, bool is_last) {
-    if (element.empty() || element == u".") {
+    if (element.empty() || element == u".")
         return;
-    }
     if (element == u"..") {
         DropLastElement(path);
         return;
     }
-    if (!path.text.ends_with(u'\\')) {
+    if (!path.text.ends_with(u'\\'))
         path.text += u'\\';
-    }
     path.text += Trimmed(element, is_last);
 }
 
@@ -195,9 +183,8 @@ Text FinishPath(PathInMaking path) {
         at = end;
     }
     const bool is_bare_root = path.text.ends_with(u':') || path.text.size() == 3;
-    if ((ends_in_separator || is_bare_root) && !path.text.ends_with(u'\\')) {
+    if ((ends_in_separator || is_bare_root) && !path.text.ends_with(u'\\'))
         path.text += u'\\';
-    }
     return std::move(path.text);
 }
 
@@ -212,9 +199,8 @@ Text FullPath(View path) {
         SetLastError(ERROR_FILENAME_EXCED_RANGE);
         return {};
     }
-    if (const View device = DeviceIn(path); !device.empty()) {
+    if (const View device = DeviceIn(path); !device.empty())
         return Text(DEVICE_PREFIX) + Text(device);
-    }
     PathInMaking start = {};
     return StartPath(path, start) ? FinishPath(std::move(start)) : Text{};
 }
@@ -223,25 +209,23 @@ LPWSTR FilePart(LPWSTR full, std::size_t length) {
     const View path(full, length);
     const std::size_t separator = path.rfind(u'\\');
     const bool names_device = path.starts_with(DEVICE_PREFIX) && !path.substr(4).starts_with(u"\\");
-    if (names_device || separator + 1 == length || separator <= 1) {
+    if (names_device || separator + 1 == length || separator <= 1)
         return nullptr;
-    }
     return full + separator + 1;
 }
 
 bool HasForbiddenCharacter(View path) {
-    return std::any_of(path.begin(), path.end(),
-                       [](WCHAR unit) { return unit < u' ' || View(u"*?<>|\":").find(unit) != View::npos; });
+    return std::any_of(
+        path.begin(), path.end(),
+        [](WCHAR unit) { return unit < u' ' || View(u"*?<>|\":").find(unit) != View::npos; });
 }
 
 // The Linux path behind a drive's root.
 bool FindOnDrive(View full, std::string& native) {
-    if (Upper(full[0]) != u'C') {
+    if (Upper(full[0]) != u'C')
         return host::Fail(ERROR_PATH_NOT_FOUND);
-    }
-    if (HasForbiddenCharacter(full.substr(2)) || !host::ToUtf8(full.substr(2), native)) {
+    if (HasForbiddenCharacter(full.substr(2)) || !host::ToUtf8(full.substr(2), native))
         return host::Fail(ERROR_INVALID_NAME);
-    }
     std::replace(native.begin(), native.end(), '\\', '/');
     return true;
 }
@@ -251,19 +235,16 @@ bool FindOnDrive(View full, std::string& native) {
 namespace host {
 
 bool FindNative(LPCWSTR path, std::string& native) {
-    if (path == nullptr || *path == u'\0') {
+    if (path == nullptr || *path == u'\0')
         return Fail(ERROR_PATH_NOT_FOUND);
-    }
     const Text full = FullPath(path);
-    if (full.empty()) {
+    if (full.empty())
         return false;
-    }
     View rest = full;
-    if (HasDevicePrefix(rest)) {
+    if (HasDevicePrefix(rest))
         rest.remove_prefix(std::min<std::size_t>(rest.size(), DEVICE_PREFIX_LENGTH));
-    } else if (HasServer(rest)) {
+    else if (HasServer(rest))
         return Fail(ERROR_BAD_NETPATH);
-    }
     if (SameName(rest, u"NUL")) {
         native = "/dev/null";
         return true;
@@ -272,31 +253,27 @@ bool FindNative(LPCWSTR path, std::string& native) {
 }
 
 DWORD CopyOut(View text, LPWSTR buffer, DWORD size) {
-    if (size <= text.size()) {
+    if (size <= text.size())
         return static_cast<DWORD>(text.size() + 1);
-    }
     *std::copy(text.begin(), text.end(), buffer) = u'\0';
     return static_cast<DWORD>(text.size());
 }
 
 std::string NativePath(View path) {
-    if (path.starts_with(u"\\\\?\\")) {
+    if (path.starts_with(u"\\\\?\\"))
         path.remove_prefix(DEVICE_PREFIX_LENGTH);
-    }
     std::string native;
     if (!HasDrive(path) || Upper(path[0]) != u'C' || path.size() < 3 || !IsSeparator(path[2]) ||
-        !ToUtf8(path.substr(2), native)) {
+        !ToUtf8(path.substr(2), native))
         return {};
-    }
     std::replace(native.begin(), native.end(), '\\', '/');
     return native;
 }
 
 Text WidePath(std::string_view native) {
     Text path;
-    if (!native.starts_with('/') || !FromUtf8(native, path)) {
+    if (!native.starts_with('/') || !FromUtf8(native, path))
         return {};
-    }
     std::replace(path.begin(), path.end(), u'/', u'\\');
     return u"C:" + path;
 }
@@ -304,54 +281,44 @@ Text WidePath(std::string_view native) {
 }  // namespace host
 
 DWORD WINAPI GetFullPathNameW(LPCWSTR path, DWORD size, LPWSTR full, LPWSTR* file_part) {
-    if (host::CallFails("GetFullPathNameW")) {
+    if (host::CallFails("GetFullPathNameW"))
         return 0;
-    }
     const Text text = FullPath(path == nullptr ? View{} : View(path));
-    if (text.empty()) {
+    if (text.empty())
         return 0;
-    }
     const DWORD length = host::CopyOut(text, full, size);
-    if (file_part != nullptr && length == text.size()) {
+    if (file_part != nullptr && length == text.size())
         *file_part = FilePart(full, length);
-    }
     return length;
 }
 
 DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR path) {
-    if (host::CallFails("GetCurrentDirectoryW")) {
+    if (host::CallFails("GetCurrentDirectoryW"))
         return 0;
-    }
     const Text current = CurrentDirectory();
     return current.empty() ? 0 : host::CopyOut(current, path, size);
 }
 
 BOOL WINAPI SetCurrentDirectoryW(LPCWSTR path) {
-    if (host::CallFails("SetCurrentDirectoryW")) {
+    if (host::CallFails("SetCurrentDirectoryW"))
         return FALSE;
-    }
-    if (path == nullptr || *path == u'\0') {
+    if (path == nullptr || *path == u'\0')
         return host::Fail(ERROR_INVALID_NAME);
-    }
     std::string native;
-    if (!host::FindNative(path, native)) {
+    if (!host::FindNative(path, native))
         return FALSE;
-    }
     struct stat status = {};
-    if (stat(native.c_str(), &status) == 0 && !S_ISDIR(status.st_mode)) {
+    if (stat(native.c_str(), &status) == 0 && !S_ISDIR(status.st_mode))
         return host::Fail(ERROR_DIRECTORY);
-    }
     return chdir(native.c_str()) == 0 ? TRUE : host::Fail(host::ErrorOf(errno, native));
 }
 
 DWORD WINAPI GetTempPathW(DWORD size, LPWSTR path) {
-    if (host::CallFails("GetTempPathW")) {
+    if (host::CallFails("GetTempPathW"))
         return 0;
-    }
     const char* const chosen = getenv("TMPDIR");
     Text folder = host::WidePath(chosen != nullptr ? chosen : "/tmp");
-    if (!folder.ends_with(u'\\')) {
+    if (!folder.ends_with(u'\\'))
         folder += u'\\';
-    }
     return host::CopyOut(folder, path, size);
 }

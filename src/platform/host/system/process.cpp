@@ -48,12 +48,10 @@ StartState& State() {
 
 host::ChildProcess* FindProcess(HANDLE handle, const char* call) {
     const host::KernelObject* const object = host::FindObject(handle);
-    if (object == nullptr) {
+    if (object == nullptr)
         return nullptr;
-    }
-    if (object->process == nullptr) {
+    if (object->process == nullptr)
         host::NotImplemented(call, "a handle that is no process");
-    }
     host::ReapChildren();
     return object->process.get();
 }
@@ -65,11 +63,10 @@ std::u16string TakeProgramName(std::u16string_view& line) {
     std::u16string name;
     bool is_quoted = false;
     while (!line.empty() && (is_quoted || (line.front() != u' ' && line.front() != u'\t'))) {
-        if (line.front() == u'"') {
+        if (line.front() == u'"')
             is_quoted = !is_quoted;
-        } else {
+        else
             name += line.front();
-        }
         line.remove_prefix(1);
     }
     return name;
@@ -118,9 +115,8 @@ void SkipBlanks(std::u16string_view& line) {
 // The arguments in UTF-8; false where one is ill-formed.
 bool SplitCommandLine(std::u16string_view line, std::vector<std::string>& arguments) {
     bool is_sound = host::ToUtf8(TakeProgramName(line), arguments.emplace_back());
-    for (SkipBlanks(line); !line.empty(); SkipBlanks(line)) {
+    for (SkipBlanks(line); !line.empty(); SkipBlanks(line))
         is_sound = host::ToUtf8(TakeArgument(line), arguments.emplace_back()) && is_sound;
-    }
     return is_sound;
 }
 
@@ -137,36 +133,30 @@ struct StartRequest {
 
 void CheckStartArguments(LPCWSTR application, LPSECURITY_ATTRIBUTES process_security,
                          LPSECURITY_ATTRIBUTES thread_security, DWORD flags, LPVOID environment) {
-    if (application == nullptr) {
+    if (application == nullptr)
         host::NotImplemented("CreateProcessW", "looking for the program in the command line");
-    }
-    if (process_security != nullptr || thread_security != nullptr || environment != nullptr) {
+    if (process_security != nullptr || thread_security != nullptr || environment != nullptr)
         host::NotImplemented("CreateProcessW", "security attributes or an environment of the child's own");
-    }
-    if ((flags & ~(CREATE_NO_WINDOW | EXTENDED_STARTUPINFO_PRESENT)) != 0) {
+    if ((flags & ~(CREATE_NO_WINDOW | EXTENDED_STARTUPINFO_PRESENT)) != 0)
         host::NotImplemented("CreateProcessW", "this flag");
-    }
 }
 
 AttributeList* ListIn(LPPROC_THREAD_ATTRIBUTE_LIST list, const char* call) {
     auto* const attributes = reinterpret_cast<AttributeList*>(list);
-    if (attributes == nullptr || attributes->mark != ATTRIBUTE_LIST_MARK) {
+    if (attributes == nullptr || attributes->mark != ATTRIBUTE_LIST_MARK)
         host::NotImplemented(call, "an attribute list that is not initialised");
-    }
     return attributes;
 }
 
 // Which handles may be inherited: those of the list, or all where there is no list.
 bool ReadHandleList(LPSTARTUPINFOW startup, DWORD flags, BOOL inherit_handles, const AttributeList*& list) {
     const bool is_extended = (flags & EXTENDED_STARTUPINFO_PRESENT) != 0;
-    if (startup->cb != (is_extended ? sizeof(STARTUPINFOEXW) : sizeof(STARTUPINFOW))) {
+    if (startup->cb != (is_extended ? sizeof(STARTUPINFOEXW) : sizeof(STARTUPINFOW)))
         return host::Fail(ERROR_INVALID_PARAMETER);
-    }
     const auto* const extended = reinterpret_cast<const STARTUPINFOEXW*>(startup);
     list = nullptr;
-    if (!is_extended || extended->lpAttributeList == nullptr) {
+    if (!is_extended || extended->lpAttributeList == nullptr)
         return true;
-    }
     list = ListIn(extended->lpAttributeList, "CreateProcessW");
     if (list->handles == nullptr) {
         list = nullptr;
@@ -189,24 +179,20 @@ bool IsListed(HANDLE handle, const AttributeList* list) {
 // Takes copies beyond the standard three, so that placing one stream cannot overwrite the source of another.
 bool TakeStreams(const STARTUPINFOW& startup, BOOL inherit_handles, const AttributeList* list,
                  StartRequest& request) {
-    if ((startup.dwFlags & STARTF_USESTDHANDLES) == 0 || inherit_handles == FALSE) {
+    if ((startup.dwFlags & STARTF_USESTDHANDLES) == 0 || inherit_handles == FALSE)
         return true;
-    }
     const std::array<HANDLE, STREAMS> handles = {startup.hStdInput, startup.hStdOutput, startup.hStdError};
     for (std::size_t at = 0; at < STREAMS; at++) {
         const host::OpenFile* const file =
             IsListed(handles[at], list) ? host::FindFile(handles[at]) : nullptr;
-        if (file == nullptr || !file->is_inheritable) {
+        if (file == nullptr || !file->is_inheritable)
             continue;
-        }
         const int copy = fcntl(file->descriptor.number, F_DUPFD_CLOEXEC, static_cast<int>(STREAMS));
-        if (copy < 0) {
+        if (copy < 0)
             return host::Fail(host::ErrorOf(errno));
-        }
         request.streams[at] = host::Descriptor(copy);
-        if (file->claim != nullptr) {
+        if (file->claim != nullptr)
             request.claims.push_back(file->claim);
-        }
     }
     return true;
 }
@@ -218,36 +204,29 @@ bool IsFolder(const std::string& native) {
 
 // Full native paths of the program and of its folder, the former against the current folder.
 bool FindPlaces(LPCWSTR application, LPCWSTR folder, StartRequest& request) {
-    if (!host::FindNative(application, request.program)) {
+    if (!host::FindNative(application, request.program))
         return false;
-    }
-    if (IsFolder(request.program)) {
+    if (IsFolder(request.program))
         return host::Fail(ERROR_ACCESS_DENIED);
-    }
-    if (access(request.program.c_str(), F_OK) != 0) {
+    if (access(request.program.c_str(), F_OK) != 0)
         return host::Fail(host::ErrorOf(errno, request.program));
-    }
-    if (folder == nullptr) {
+    if (folder == nullptr)
         return true;
-    }
-    if (!host::FindNative(folder, request.folder) || !IsFolder(request.folder)) {
+    if (!host::FindNative(folder, request.folder) || !IsFolder(request.folder))
         return host::Fail(ERROR_DIRECTORY);
-    }
     return true;
 }
 
 // What the child does between its making and the start of the program.
 void PrepareActions(const StartRequest& request, posix_spawn_file_actions_t& actions) {
-    if (!request.folder.empty()) {
+    if (!request.folder.empty())
         posix_spawn_file_actions_addchdir_np(&actions, request.folder.c_str());
-    }
     for (std::size_t at = 0; at < STREAMS; at++) {
         const int stream = static_cast<int>(at);
-        if (request.streams[at].number >= 0) {
+        if (request.streams[at].number >= 0)
             posix_spawn_file_actions_adddup2(&actions, request.streams[at].number, stream);
-        } else {
+        else
             posix_spawn_file_actions_addclose(&actions, stream);
-        }
     }
     posix_spawn_file_actions_addclosefrom_np(&actions, static_cast<int>(STREAMS));
 }
@@ -255,9 +234,8 @@ void PrepareActions(const StartRequest& request, posix_spawn_file_actions_t& act
 // Gives an errno value, or 0 with the child running.
 int Spawn(StartRequest& request, pid_t& process_id) {
     std::vector<char*> arguments;
-    for (std::string& argument : request.arguments) {
+    for (std::string& argument : request.arguments)
         arguments.push_back(argument.data());
-    }
     arguments.push_back(nullptr);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -277,18 +255,16 @@ int Spawn(StartRequest& request, pid_t& process_id) {
 DWORD StartError(int error, const std::string& program) {
     struct stat status = {};
     constexpr mode_t ANY_EXECUTE_BIT = 0111;
-    if (error == EACCES && stat(program.c_str(), &status) == 0 && (status.st_mode & ANY_EXECUTE_BIT) == 0) {
+    if (error == EACCES && stat(program.c_str(), &status) == 0 && (status.st_mode & ANY_EXECUTE_BIT) == 0)
         return ERROR_BAD_EXE_FORMAT;
-    }
     return host::ErrorOf(error, program);
 }
 
 BOOL Start(StartRequest& request, LPPROCESS_INFORMATION information) {
     auto child = std::make_shared<host::ChildProcess>();
     pid_t process_id = 0;
-    if (const int error = Spawn(request, process_id); error != 0) {
+    if (const int error = Spawn(request, process_id); error != 0)
         return host::Fail(StartError(error, request.program));
-    }
     child->process_id = process_id;
     child->claims = std::move(request.claims);
     host::AddChild(child);
@@ -313,17 +289,14 @@ void SetModuleFile(std::u16string path) {
 
 BOOL WINAPI InitializeProcThreadAttributeList(LPPROC_THREAD_ATTRIBUTE_LIST list, DWORD count, DWORD flags,
                                               SIZE_T* size) {
-    if (host::CallFails("InitializeProcThreadAttributeList")) {
+    if (host::CallFails("InitializeProcThreadAttributeList"))
         return FALSE;
-    }
-    if (flags != 0 || count != 1) {
+    if (flags != 0 || count != 1)
         host::NotImplemented("InitializeProcThreadAttributeList", "anything but one attribute without flags");
-    }
     const SIZE_T given = *size;
     *size = sizeof(AttributeList);
-    if (list == nullptr || given < sizeof(AttributeList)) {
+    if (list == nullptr || given < sizeof(AttributeList))
         return host::Fail(ERROR_INSUFFICIENT_BUFFER);
-    }
     *reinterpret_cast<AttributeList*>(list) = {ATTRIBUTE_LIST_MARK, count, nullptr, 0};
     State().attribute_lists++;
     return TRUE;
@@ -331,17 +304,14 @@ BOOL WINAPI InitializeProcThreadAttributeList(LPPROC_THREAD_ATTRIBUTE_LIST list,
 
 BOOL WINAPI UpdateProcThreadAttribute(LPPROC_THREAD_ATTRIBUTE_LIST list, DWORD flags, DWORD_PTR attribute,
                                       PVOID value, SIZE_T size, PVOID previous_value, SIZE_T* return_size) {
-    if (host::CallFails("UpdateProcThreadAttribute")) {
+    if (host::CallFails("UpdateProcThreadAttribute"))
         return FALSE;
-    }
     AttributeList* const attributes = ListIn(list, "UpdateProcThreadAttribute");
     if (attribute != PROC_THREAD_ATTRIBUTE_HANDLE_LIST || flags != 0 || previous_value != nullptr ||
-        return_size != nullptr) {
+        return_size != nullptr)
         host::NotImplemented("UpdateProcThreadAttribute", "anything but a new list of handles");
-    }
-    if (value == nullptr || size == 0 || size % sizeof(HANDLE) != 0) {
+    if (value == nullptr || size == 0 || size % sizeof(HANDLE) != 0)
         return host::Fail(ERROR_BAD_LENGTH);
-    }
     attributes->handles = static_cast<const HANDLE*>(value);
     attributes->handle_count = size / sizeof(HANDLE);
     return TRUE;
@@ -356,33 +326,28 @@ BOOL WINAPI CreateProcessW(LPCWSTR application, LPWSTR command_line, LPSECURITY_
                            LPSECURITY_ATTRIBUTES thread_security, BOOL inherit_handles, DWORD flags,
                            LPVOID environment, LPCWSTR current_directory, LPSTARTUPINFOW startup,
                            LPPROCESS_INFORMATION information) {
-    if (host::CallFails("CreateProcessW")) {
+    if (host::CallFails("CreateProcessW"))
         return FALSE;
-    }
     CheckStartArguments(application, process_security, thread_security, flags, environment);
     host::ReapChildren();
     StartRequest request;
     const AttributeList* list = nullptr;
     if (!FindPlaces(application, current_directory, request) ||
         !ReadHandleList(startup, flags, inherit_handles, list) ||
-        !TakeStreams(*startup, inherit_handles, list, request)) {
+        !TakeStreams(*startup, inherit_handles, list, request))
         return FALSE;
-    }
-    if (!SplitCommandLine(command_line != nullptr ? command_line : application, request.arguments)) {
+    if (!SplitCommandLine(command_line != nullptr ? command_line : application, request.arguments))
         return host::Fail(ERROR_NO_UNICODE_TRANSLATION);
-    }
     request.leaves_terminal = (flags & CREATE_NO_WINDOW) != 0;
     return Start(request, information);
 }
 
 DWORD WINAPI WaitForSingleObject(HANDLE handle, DWORD milliseconds) {
-    if (host::CallFails("WaitForSingleObject")) {
+    if (host::CallFails("WaitForSingleObject"))
         return WAIT_FAILED;
-    }
     host::ChildProcess* const child = FindProcess(handle, "WaitForSingleObject");
-    if (child == nullptr) {
+    if (child == nullptr)
         return WAIT_FAILED;
-    }
     if (milliseconds == INFINITE) {
         host::Reap(*child, 0);
         return WAIT_OBJECT_0;
@@ -397,28 +362,23 @@ DWORD WINAPI WaitForSingleObject(HANDLE handle, DWORD milliseconds) {
 }
 
 BOOL WINAPI GetExitCodeProcess(HANDLE process, LPDWORD exit_code) {
-    if (host::CallFails("GetExitCodeProcess")) {
+    if (host::CallFails("GetExitCodeProcess"))
         return FALSE;
-    }
     const host::ChildProcess* const child = FindProcess(process, "GetExitCodeProcess");
-    if (child == nullptr) {
+    if (child == nullptr)
         return FALSE;
-    }
     *exit_code = child->has_ended ? child->exit_code : STILL_ACTIVE;
     return TRUE;
 }
 
 BOOL WINAPI TerminateProcess(HANDLE process, UINT exit_code) {
-    if (host::CallFails("TerminateProcess")) {
+    if (host::CallFails("TerminateProcess"))
         return FALSE;
-    }
     host::ChildProcess* const child = FindProcess(process, "TerminateProcess");
-    if (child == nullptr) {
+    if (child == nullptr)
         return FALSE;
-    }
-    if (child->has_ended) {
+    if (child->has_ended)
         return host::Fail(ERROR_ACCESS_DENIED);
-    }
     child->was_terminated = true;
     child->exit_code = exit_code;
     return kill(child->process_id, SIGKILL) == 0 ? TRUE : host::Fail(host::ErrorOf(errno));
@@ -429,17 +389,14 @@ DWORD WINAPI GetCurrentProcessId() {
 }
 
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
-    if (host::CallFails("GetModuleFileNameW")) {
+    if (host::CallFails("GetModuleFileNameW"))
         return 0;
-    }
-    if (module != nullptr) {
+    if (module != nullptr)
         host::NotImplemented("GetModuleFileNameW", "a module other than the program");
-    }
     std::u16string file = State().module_file;
     std::array<char, PATH_MAX> native{};
-    if (file.empty() && readlink("/proc/self/exe", native.data(), native.size() - 1) > 0) {
+    if (file.empty() && readlink("/proc/self/exe", native.data(), native.size() - 1) > 0)
         file = host::WidePath(native.data());
-    }
     if (file.empty() || size == 0) {
         host::Fail(file.empty() ? ERROR_FILE_NOT_FOUND : ERROR_INSUFFICIENT_BUFFER);
         return 0;
@@ -453,12 +410,10 @@ DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
 }
 
 HMODULE WINAPI GetModuleHandleW(LPCWSTR name) {
-    if (host::CallFails("GetModuleHandleW")) {
+    if (host::CallFails("GetModuleHandleW"))
         return nullptr;
-    }
-    if (name != nullptr) {
+    if (name != nullptr)
         host::NotImplemented("GetModuleHandleW", "a module other than the program");
-    }
     static int program;
     return reinterpret_cast<HMODULE>(&program);
 }

@@ -33,9 +33,8 @@ bool Room(const Sink<Unit>& sink, std::size_t count) {
 
 template <typename Unit>
 void Put(Sink<Unit>& sink, unsigned value) {
-    if (sink.buffer != nullptr) {
+    if (sink.buffer != nullptr)
         sink.buffer[sink.used] = static_cast<Unit>(value);
-    }
     sink.used++;
 }
 
@@ -69,17 +68,15 @@ SecondByteRange SecondBytes(unsigned char lead) {
 
 Sequence DecodeSequence(std::string_view bytes) {
     const auto lead = static_cast<unsigned char>(bytes.front());
-    if (lead < 0xC2 || lead > 0xF4) {
+    if (lead < 0xC2 || lead > 0xF4)
         return {REPLACEMENT, 1, false};
-    }
     const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
     char32_t point = lead & (0xFFU >> (length + 1));
     SecondByteRange range = SecondBytes(lead);
     for (std::size_t at = 1; at < length; at++) {
         const unsigned char byte = at < bytes.size() ? static_cast<unsigned char>(bytes[at]) : 0;
-        if (byte < range.lowest || byte > range.highest) {
+        if (byte < range.lowest || byte > range.highest)
             return {REPLACEMENT, at, false};
-        }
         point = (point << 6) | (byte & 0x3FU);
         range = {0x80, 0xBF};
     }
@@ -92,32 +89,27 @@ std::size_t AsciiRun(std::string_view bytes) {
     for (; at + 8 <= bytes.size(); at += 8) {
         std::uint64_t eight = 0;
         std::memcpy(&eight, bytes.data() + at, 8);
-        if ((eight & 0x8080808080808080U) != 0) {
+        if ((eight & 0x8080808080808080U) != 0)
             break;
-        }
     }
-    while (at < bytes.size() && static_cast<unsigned char>(bytes[at]) < 0x80) {
+    while (at < bytes.size() && static_cast<unsigned char>(bytes[at]) < 0x80)
         at++;
-    }
     return at;
 }
 
 DWORD PutAscii(std::string_view ascii, Sink<WCHAR>& sink) {
-    if (!Room(sink, ascii.size())) {
+    if (!Room(sink, ascii.size()))
         return ERROR_INSUFFICIENT_BUFFER;
-    }
-    if (sink.buffer != nullptr) {
+    if (sink.buffer != nullptr)
         std::copy(ascii.begin(), ascii.end(), sink.buffer + sink.used);
-    }
     sink.used += ascii.size();
     return ERROR_SUCCESS;
 }
 
 DWORD PutPoint(char32_t point, Sink<WCHAR>& sink) {
     const bool needs_pair = point > 0xFFFF;
-    if (!Room(sink, needs_pair ? 2 : 1)) {
+    if (!Room(sink, needs_pair ? 2 : 1))
         return ERROR_INSUFFICIENT_BUFFER;
-    }
     if (needs_pair) {
         Put(sink, 0xD7C0 + (point >> 10));
         Put(sink, 0xDC00 + (point & 0x3FF));
@@ -137,17 +129,15 @@ DWORD DecodeUtf8(std::string_view bytes, bool strict, Sink<WCHAR>& sink) {
             bytes.remove_prefix(next.length);
             error = strict && !next.is_valid ? ERROR_NO_UNICODE_TRANSLATION : PutPoint(next.point, sink);
         }
-        if (error != ERROR_SUCCESS) {
+        if (error != ERROR_SUCCESS)
             return error;
-        }
     }
     return ERROR_SUCCESS;
 }
 
 DWORD Decode1252(std::string_view bytes, Sink<WCHAR>& sink) {
-    if (!Room(sink, bytes.size())) {
+    if (!Room(sink, bytes.size()))
         return ERROR_INSUFFICIENT_BUFFER;
-    }
     for (const char byte : bytes) {
         const auto code = static_cast<unsigned char>(byte);
         Put(sink, code >= 0x80 && code < 0xA0 ? HIGH_1252[code - 0x80U] : code);
@@ -157,14 +147,12 @@ DWORD Decode1252(std::string_view bytes, Sink<WCHAR>& sink) {
 
 DWORD PutUtf8(char32_t point, Sink<char>& sink) {
     const unsigned tail = point < 0x80 ? 0 : point < 0x800 ? 1 : point < 0x10000 ? 2 : 3;
-    if (!Room(sink, tail + 1)) {
+    if (!Room(sink, tail + 1))
         return ERROR_INSUFFICIENT_BUFFER;
-    }
     constexpr std::array<unsigned, 4> LEADS = {0, 0xC0, 0xE0, 0xF0};
     Put(sink, LEADS[tail] | (point >> (6 * tail)));
-    for (unsigned left = tail; left > 0; left--) {
+    for (unsigned left = tail; left > 0; left--)
         Put(sink, 0x80 | ((point >> (6 * (left - 1))) & 0x3F));
-    }
     return ERROR_SUCCESS;
 }
 
@@ -182,26 +170,23 @@ DWORD EncodeUtf8(std::u16string_view wide, bool strict, Sink<char>& sink) {
                 point = REPLACEMENT;
             }
         }
-        if (const DWORD error = PutUtf8(point, sink); error != ERROR_SUCCESS) {
+        if (const DWORD error = PutUtf8(point, sink); error != ERROR_SUCCESS)
             return error;
-        }
     }
     return ERROR_SUCCESS;
 }
 
 // The byte of code page 1252, or a negative number.
 int ByteOf1252(WCHAR unit) {
-    if (unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF)) {
+    if (unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF))
         return unit;
-    }
     const auto* const found = std::find(HIGH_1252.begin(), HIGH_1252.end(), unit);
     return found == HIGH_1252.end() ? -1 : 0x80 + static_cast<int>(found - HIGH_1252.begin());
 }
 
 DWORD Encode1252(std::u16string_view wide, char default_char, bool& used_default, Sink<char>& sink) {
-    if (!Room(sink, wide.size())) {
+    if (!Room(sink, wide.size()))
         return ERROR_INSUFFICIENT_BUFFER;
-    }
     for (const WCHAR unit : wide) {
         const int byte = ByteOf1252(unit);
         used_default = used_default || byte < 0;
@@ -219,9 +204,8 @@ bool ArgumentsAreSound(const From* text, int count, const To* buffer, int size) 
 
 template <typename Unit>
 std::basic_string_view<Unit> TextOf(const Unit* text, int count) {
-    if (count < 0) {
+    if (count < 0)
         return {text, std::char_traits<Unit>::length(text) + 1};
-    }
     return {text, static_cast<std::size_t>(count)};
 }
 
@@ -245,9 +229,8 @@ int Refuse(DWORD error) {
 }
 
 bool Is1252(UINT code_page, const char* call) {
-    if (code_page != CP_UTF8 && code_page != CP_ACP && code_page != CODE_PAGE_1252) {
+    if (code_page != CP_UTF8 && code_page != CP_ACP && code_page != CODE_PAGE_1252)
         host::NotImplemented(call, "a code page other than 1252 and UTF-8");
-    }
     return code_page != CP_UTF8;
 }
 
@@ -275,45 +258,36 @@ bool FromUtf8(std::string_view utf8, std::u16string& wide) {
 
 int WINAPI MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR bytes, int byte_count, LPWSTR wide,
                                int wide_size) {
-    if (host::CallFails("MultiByteToWideChar")) {
+    if (host::CallFails("MultiByteToWideChar"))
         return 0;
-    }
-    if (!ArgumentsAreSound(bytes, byte_count, wide, wide_size)) {
+    if (!ArgumentsAreSound(bytes, byte_count, wide, wide_size))
         return Refuse(ERROR_INVALID_PARAMETER);
-    }
     Sink<WCHAR> sink = SinkFor(wide, wide_size);
-    if (Is1252(code_page, "MultiByteToWideChar")) {
+    if (Is1252(code_page, "MultiByteToWideChar"))
         return Result(Decode1252(TextOf(bytes, byte_count), sink), sink);
-    }
-    if ((flags & ~MB_ERR_INVALID_CHARS) != 0) {
+    if ((flags & ~MB_ERR_INVALID_CHARS) != 0)
         return Refuse(ERROR_INVALID_FLAGS);
-    }
     return Result(DecodeUtf8(TextOf(bytes, byte_count), flags != 0, sink), sink);
 }
 
 int WINAPI WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, int wide_count, LPSTR bytes,
                                int byte_size, LPCSTR default_char, LPBOOL used_default_char) {
-    if (host::CallFails("WideCharToMultiByte")) {
+    if (host::CallFails("WideCharToMultiByte"))
         return 0;
-    }
-    if (!ArgumentsAreSound(wide, wide_count, bytes, byte_size)) {
+    if (!ArgumentsAreSound(wide, wide_count, bytes, byte_size))
         return Refuse(ERROR_INVALID_PARAMETER);
-    }
     Sink<char> sink = SinkFor(bytes, byte_size);
     if (Is1252(code_page, "WideCharToMultiByte")) {
         bool used_default = false;
         const char substitute = default_char != nullptr ? *default_char : '?';
         const DWORD error = Encode1252(TextOf(wide, wide_count), substitute, used_default, sink);
-        if (used_default_char != nullptr) {
+        if (used_default_char != nullptr)
             *used_default_char = used_default ? TRUE : FALSE;
-        }
         return Result(error, sink);
     }
-    if ((flags & ~WC_ERR_INVALID_CHARS) != 0) {
+    if ((flags & ~WC_ERR_INVALID_CHARS) != 0)
         return Refuse(ERROR_INVALID_FLAGS);
-    }
-    if (default_char != nullptr || used_default_char != nullptr) {
+    if (default_char != nullptr || used_default_char != nullptr)
         return Refuse(ERROR_INVALID_PARAMETER);
-    }
     return Result(EncodeUtf8(TextOf(wide, wide_count), flags != 0, sink), sink);
 }

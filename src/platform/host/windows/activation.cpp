@@ -30,47 +30,38 @@ bool IsInside(HWND outer, HWND inner) {
 
 void TellApplication(BOOL active) {
     const std::vector<HWND> top_levels = TopLevelWindows();
-    for (const HWND window : top_levels) {
-        if (IsWindow(window)) {
+    for (const HWND window : top_levels)
+        if (IsWindow(window))
             SendMessageW(window, WM_ACTIVATEAPP, static_cast<WPARAM>(active), 0);
-        }
-    }
 }
 
 void MoveFocus(HWND next) {
     const HWND previous = State().focus;
-    if (previous == next) {
+    if (previous == next)
         return;
-    }
     State().focus = next;
-    if (previous != nullptr && IsWindow(previous)) {
+    if (previous != nullptr && IsWindow(previous))
         SendMessageW(previous, WM_KILLFOCUS, AsWparam(next), 0);
-    }
-    if (next != nullptr && State().focus == next && IsWindow(next)) {
+    if (next != nullptr && State().focus == next && IsWindow(next))
         SendMessageW(next, WM_SETFOCUS, AsWparam(previous), 0);
-    }
 }
 
 bool TakesFocus(HWND handle) {
     for (HWND next = handle; next != nullptr; next = FindWindowState(next)->parent) {
         const WindowPointer window = FindWindowState(next);
-        if (window == nullptr || (window->style & (WS_MINIMIZE | WS_DISABLED)) != 0) {
+        if (window == nullptr || (window->style & (WS_MINIMIZE | WS_DISABLED)) != 0)
             return false;
-        }
     }
     return true;
 }
 
 HWND NextActive(HWND leaving) {
     const WindowPointer window = FindWindowState(leaving);
-    if (window->owner != nullptr && CanBeActive(*FindWindowState(window->owner))) {
+    if (window->owner != nullptr && CanBeActive(*FindWindowState(window->owner)))
         return window->owner;
-    }
-    for (const HWND other : TopLevelWindows()) {
-        if (other != leaving && CanBeActive(*FindWindowState(other))) {
+    for (const HWND other : TopLevelWindows())
+        if (other != leaving && CanBeActive(*FindWindowState(other)))
             return other;
-        }
-    }
     return nullptr;
 }
 
@@ -78,16 +69,13 @@ void Disable(Window& window) {
     const HWND handle = window.handle;
     const bool was_enabled = (window.style & WS_DISABLED) == 0;
     SendMessageW(handle, WM_CANCELMODE, 0, 0);
-    if (!was_enabled) {
+    if (!was_enabled)
         return;
-    }
     window.style |= WS_DISABLED;
-    if (IsInside(handle, State().focus)) {
+    if (IsInside(handle, State().focus))
         MoveFocus(nullptr);
-    }
-    if (State().capture == handle) {
+    if (State().capture == handle)
         ReleaseCapture();
-    }
     SendMessageW(handle, WM_ENABLE, FALSE, 0);
 }
 
@@ -100,9 +88,8 @@ bool CanBeActive(const Window& window) {
 
 void ActivateWindow(HWND handle, int how) {
     const HWND previous = State().active;
-    if (previous == handle) {
+    if (previous == handle)
         return;
-    }
     if (previous != nullptr && IsWindow(previous)) {
         SendMessageW(previous, WM_NCACTIVATE, FALSE, AsLparam(handle));
         SendMessageW(previous, WM_ACTIVATE, WA_INACTIVE, AsLparam(handle));
@@ -114,39 +101,32 @@ void ActivateWindow(HWND handle, int how) {
         return;
     }
     RaiseWindow(handle);
-    if (previous == nullptr) {
+    if (previous == nullptr)
         TellApplication(TRUE);
-    }
     SendMessageW(handle, WM_NCACTIVATE, TRUE, AsLparam(previous));
     SendMessageW(handle, WM_ACTIVATE, static_cast<WPARAM>(how), AsLparam(previous));
 }
 
 void PassActivationOn(HWND handle) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return;
-    }
-    if (State().capture != nullptr && IsInside(handle, State().capture)) {
+    if (State().capture != nullptr && IsInside(handle, State().capture))
         ReleaseCapture();
-    }
     if (window->parent != nullptr) {
-        if (IsInside(handle, State().focus)) {
+        if (IsInside(handle, State().focus))
             SetFocus(window->parent);
-        }
         return;
     }
-    if (State().active == handle) {
+    if (State().active == handle)
         ActivateWindow(NextActive(handle), WA_ACTIVE);
-    }
 }
 
 void ForgetInput(HWND handle) {
     Activation& state = State();
-    for (HWND* const held : {&state.active, &state.focus, &state.capture}) {
-        if (*held == handle) {
+    for (HWND* const held : {&state.active, &state.focus, &state.capture})
+        if (*held == handle)
             *held = nullptr;
-        }
-    }
 }
 
 }  // namespace host
@@ -156,23 +136,19 @@ using host::WindowPointer;
 
 HWND WINAPI SetFocus(HWND handle) {
     const HWND previous = host::State().focus;
-    if (handle == previous) {
+    if (handle == previous)
         return previous;
-    }
     if (handle == nullptr) {
         host::MoveFocus(nullptr);
         return previous;
     }
-    if (FindWindowState(handle) == nullptr || !host::TakesFocus(handle)) {
+    if (FindWindowState(handle) == nullptr || !host::TakesFocus(handle))
         return nullptr;
-    }
     const HWND root = host::RootOf(handle);
-    if (root != host::State().active) {
+    if (root != host::State().active)
         host::ActivateWindow(root, WA_ACTIVE);
-    }
-    if (IsWindow(handle)) {
+    if (IsWindow(handle))
         host::MoveFocus(handle);
-    }
     return previous;
 }
 
@@ -183,9 +159,8 @@ HWND WINAPI GetFocus() {
 HWND WINAPI SetActiveWindow(HWND handle) {
     const HWND previous = host::State().active;
     const WindowPointer window = handle == nullptr ? nullptr : FindWindowState(handle);
-    if (window == nullptr || window->parent != nullptr || (window->style & WS_DISABLED) != 0) {
+    if (window == nullptr || window->parent != nullptr || (window->style & WS_DISABLED) != 0)
         return nullptr;
-    }
     host::ActivateWindow(handle, WA_ACTIVE);
     return previous;
 }
@@ -195,18 +170,16 @@ HWND WINAPI GetActiveWindow() {
 }
 
 BOOL WINAPI SetForegroundWindow(HWND handle) {
-    if (FindWindowState(handle) == nullptr) {
+    if (FindWindowState(handle) == nullptr)
         return FALSE;
-    }
     host::ActivateWindow(host::RootOf(handle), WA_ACTIVE);
     return TRUE;
 }
 
 BOOL WINAPI EnableWindow(HWND handle, BOOL enable) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return FALSE;
-    }
     const bool was_disabled = (window->style & WS_DISABLED) != 0;
     if (enable == FALSE) {
         host::Disable(*window);
@@ -223,14 +196,12 @@ BOOL WINAPI IsWindowEnabled(HWND handle) {
 }
 
 HWND WINAPI SetCapture(HWND handle) {
-    if (handle != nullptr && FindWindowState(handle) == nullptr) {
+    if (handle != nullptr && FindWindowState(handle) == nullptr)
         return nullptr;
-    }
     const HWND previous = host::State().capture;
     host::State().capture = handle;
-    if (previous != nullptr && previous != handle) {
+    if (previous != nullptr && previous != handle)
         SendMessageW(previous, WM_CAPTURECHANGED, 0, host::AsLparam(handle));
-    }
     return previous;
 }
 

@@ -42,9 +42,8 @@ bool SameName(std::u16string_view one, std::u16string_view other) {
 }
 
 ClassPointer FindWindowClass(LPCWSTR name) {
-    if (name == nullptr) {
+    if (name == nullptr)
         return nullptr;
-    }
     const auto found = Registered().find(Folded(name));
     return found == Registered().end() ? nullptr : found->second;
 }
@@ -55,9 +54,8 @@ using host::FindWindowClass;
 using host::FindWindowState;
 
 ATOM WINAPI RegisterClassW(const WNDCLASSW* window_class) {
-    if (host::CallFails("RegisterClassW")) {
+    if (host::CallFails("RegisterClassW"))
         return 0;
-    }
     if (window_class == nullptr || window_class->lpszClassName == nullptr || window_class->cbWndExtra < 0) {
         SetLastError(ERROR_INVALID_PARAMETER);
         return 0;
@@ -92,9 +90,8 @@ BOOL WINAPI UnregisterClassW(LPCWSTR name, HINSTANCE) {
 
 int WINAPI GetClassNameW(HWND window, LPWSTR name, int capacity) {
     const host::WindowPointer found = FindWindowState(window);
-    if (found == nullptr || capacity <= 0) {
+    if (found == nullptr || capacity <= 0)
         return 0;
-    }
     return static_cast<int>(host::GiveText(found->window_class->name, static_cast<std::size_t>(capacity),
                                            reinterpret_cast<LPARAM>(name)));
 }

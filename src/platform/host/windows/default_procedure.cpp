@@ -10,15 +10,13 @@ namespace {
 // The part of a frame at a point: first the client area, then the caption with its buttons, then the edges.
 LRESULT HitFrame(const Window& window, POINT point) {
     const RECT outer = OuterOnScreen(window);
-    if (!Contains(outer, point)) {
+    if (!Contains(outer, point))
         return HTNOWHERE;
-    }
     const POINT origin = ClientOrigin(window);
     const RECT client = {origin.x, origin.y, origin.x + window.client.right - window.client.left,
                          origin.y + window.client.bottom - window.client.top};
-    if (Contains(client, point)) {
+    if (Contains(client, point))
         return HTCLIENT;
-    }
     const FrameSize frame = FrameOf(window.style, window.extended_style);
     const bool in_caption = (window.style & WS_CAPTION) == WS_CAPTION &&
                             point.y >= outer.top + frame.bottom && point.y < outer.top + frame.top &&
@@ -37,21 +35,18 @@ LRESULT CalculateFrame(const Window& window, RECT& rectangle) {
     rectangle.top += frame.top;
     rectangle.right -= frame.right;
     rectangle.bottom -= frame.bottom;
-    if ((window.style & WS_VSCROLL) != 0) {
+    if ((window.style & WS_VSCROLL) != 0)
         rectangle.right -= GetSystemMetrics(SM_CXVSCROLL);
-    }
-    if ((window.style & WS_HSCROLL) != 0) {
+    if ((window.style & WS_HSCROLL) != 0)
         rectangle.bottom -= GetSystemMetrics(SM_CYHSCROLL);
-    }
     rectangle.right = std::max(rectangle.right, rectangle.left);
     rectangle.bottom = std::max(rectangle.bottom, rectangle.top);
     return 0;
 }
 
 LRESULT LimitSize(const Window& window, WINDOWPOS& position) {
-    if ((position.flags & SWP_NOSIZE) != 0 || !HasLimits(window.style)) {
+    if ((position.flags & SWP_NOSIZE) != 0 || !HasLimits(window.style))
         return 0;
-    }
     MINMAXINFO limits = DefaultLimits(window.style, window.extended_style);
     SendMessageW(window.handle, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
     if ((window.style & WS_MINIMIZE) == 0) {
@@ -71,11 +66,10 @@ LRESULT TellChange(const Window& window, const WINDOWPOS& position) {
     }
     if ((position.flags & SWP_NOCLIENTSIZE) == 0 || (position.flags & SWP_STATECHANGED) != 0) {
         WPARAM kind = SIZE_RESTORED;
-        if ((style & WS_MINIMIZE) != 0) {
+        if ((style & WS_MINIMIZE) != 0)
             kind = SIZE_MINIMIZED;
-        } else if ((style & WS_MAXIMIZE) != 0) {
+        else if ((style & WS_MAXIMIZE) != 0)
             kind = SIZE_MAXIMIZED;
-        }
         SendMessageW(handle, WM_SIZE, kind,
                      MAKELPARAM(static_cast<unsigned>(client.right - client.left),
                                 static_cast<unsigned>(client.bottom - client.top)));
@@ -91,9 +85,8 @@ LRESULT Paint(HWND handle) {
 }
 
 LRESULT EraseBackground(const Window& window, HDC dc) {
-    if (window.window_class->background == nullptr) {
+    if (window.window_class->background == nullptr)
         return 0;
-    }
     RECT client{};
     GetClientRect(window.handle, &client);
     FillRect(dc, &client, window.window_class->background);
@@ -121,24 +114,21 @@ LRESULT SystemCommand(HWND handle, WPARAM command) {
 
 // Children ask their parent first whether a click may activate it.
 LRESULT MayActivate(const Window& window, WPARAM wparam, LPARAM lparam) {
-    if (window.parent == nullptr) {
+    if (window.parent == nullptr)
         return MA_ACTIVATE;
-    }
     const LRESULT answer = SendMessageW(window.parent, WM_MOUSEACTIVATE, wparam, lparam);
     return answer == 0 ? MA_ACTIVATE : answer;
 }
 
 LRESULT SystemKey(const Window& window, WPARAM key) {
-    if (key == VK_F4 && GetKeyState(VK_MENU) < 0) {
+    if (key == VK_F4 && GetKeyState(VK_MENU) < 0)
         PostMessageW(RootOf(window.handle), WM_SYSCOMMAND, SC_CLOSE, 0);
-    }
     return 0;
 }
 
 LRESULT FocusOnActivation(const Window& window, WPARAM wparam) {
-    if (LOWORD(wparam) != WA_INACTIVE && (window.style & WS_MINIMIZE) == 0) {
+    if (LOWORD(wparam) != WA_INACTIVE && (window.style & WS_MINIMIZE) == 0)
         SetFocus(window.handle);
-    }
     return 0;
 }
 
@@ -147,9 +137,8 @@ LRESULT FocusOnActivation(const Window& window, WPARAM wparam) {
 
 LRESULT WINAPI DefWindowProcW(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
     const host::WindowPointer window = host::FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return 0;
-    }
     switch (message) {
         case WM_NCCREATE: {
             const LPCWSTR title = reinterpret_cast<const CREATESTRUCTW*>(lparam)->lpszName;
@@ -190,9 +179,8 @@ LRESULT WINAPI DefWindowProcW(HWND handle, UINT message, WPARAM wparam, LPARAM l
         case WM_NCLBUTTONDOWN:
             return 0;
         case WM_NCLBUTTONUP:
-            if (wparam == HTCLOSE) {
+            if (wparam == HTCLOSE)
                 SendMessageW(handle, WM_SYSCOMMAND, SC_CLOSE, lparam);
-            }
             return 0;
         case WM_SYSCOMMAND:
             return host::SystemCommand(handle, wparam);

@@ -14,9 +14,8 @@ int WINAPI GetWindowTextLengthW(HWND window) {
 }
 
 int WINAPI GetWindowTextW(HWND window, LPWSTR text, int capacity) {
-    if (capacity <= 0) {
+    if (capacity <= 0)
         return 0;
-    }
     text[0] = 0;
     return static_cast<int>(
         SendMessageW(window, WM_GETTEXT, static_cast<WPARAM>(capacity), reinterpret_cast<LPARAM>(text)));
@@ -24,14 +23,11 @@ int WINAPI GetWindowTextW(HWND window, LPWSTR text, int capacity) {
 
 HWND WINAPI GetDlgItem(HWND dialog, int id) {
     const WindowPointer window = FindWindowState(dialog);
-    if (window == nullptr) {
+    if (window == nullptr)
         return nullptr;
-    }
-    for (const HWND child : window->children) {
-        if (static_cast<int>(FindWindowState(child)->id) == id) {
+    for (const HWND child : window->children)
+        if (static_cast<int>(FindWindowState(child)->id) == id)
             return child;
-        }
-    }
     SetLastError(ERROR_CONTROL_ID_NOT_FOUND);
     return nullptr;
 }

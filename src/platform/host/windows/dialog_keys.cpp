@@ -11,9 +11,8 @@ namespace {
 HWND ControlOf(HWND dialog, HWND handle) {
     while (handle != nullptr && handle != dialog) {
         const WindowPointer window = FindWindowState(handle);
-        if (window == nullptr || window->parent == dialog) {
+        if (window == nullptr || window->parent == dialog)
             return window == nullptr ? nullptr : handle;
-        }
         handle = window->parent;
     }
     return nullptr;
@@ -58,34 +57,30 @@ void MarkDefaultButton(HWND dialog, HWND focus) {
     const std::vector<HWND> children = FindWindowState(dialog)->children;
     for (const HWND child : children) {
         const bool marked = (DialogCode(child) & DLGC_DEFPUSHBUTTON) != 0;
-        if (marked && (child != focus || (code & DLGC_DEFPUSHBUTTON) != 0)) {
+        if (marked && (child != focus || (code & DLGC_DEFPUSHBUTTON) != 0))
             SetButtonStyle(child, BS_PUSHBUTTON);
-        }
     }
     if ((code & DLGC_UNDEFPUSHBUTTON) != 0) {
         SetButtonStyle(focus, BS_DEFPUSHBUTTON);
     } else if ((code & DLGC_DEFPUSHBUTTON) != 0) {
-        if (const HWND button = DefaultButton(dialog); button != nullptr) {
+        if (const HWND button = DefaultButton(dialog); button != nullptr)
             SetButtonStyle(button, BS_DEFPUSHBUTTON);
-        }
     }
 }
 
 // --- the keys ---
 
 void SelectText(HWND control, int code) {
-    if ((code & DLGC_HASSETSEL) != 0) {
+    if ((code & DLGC_HASSETSEL) != 0)
         SendMessageW(control, EM_SETSEL, 0, GetWindowTextLengthW(control));
-    }
 }
 
 void Tab(HWND dialog, MSG& message) {
     const bool backwards = GetKeyState(VK_SHIFT) < 0;
     const HWND from = message.hwnd == dialog ? nullptr : message.hwnd;
     const HWND next = GetNextDlgTabItem(dialog, from, backwards ? TRUE : FALSE);
-    if (next == nullptr) {
+    if (next == nullptr)
         return;
-    }
     SelectText(next, DialogCodeFor(next, message));
     SetFocus(next);
     MarkDefaultButton(dialog, next);
@@ -107,9 +102,8 @@ void Enter(HWND dialog) {
     const bool has_default = HIWORD(std::uintptr_t{answer}) == DC_HASDEFID;
     const int id = has_default ? LOWORD(std::uintptr_t{answer}) : IDOK;
     const HWND button = GetDlgItem(dialog, id);
-    if (button == nullptr || IsWindowEnabled(button) != FALSE) {
+    if (button == nullptr || IsWindowEnabled(button) != FALSE)
         Press(dialog, id, button);
-    }
 }
 
 void Arrow(HWND dialog, MSG& message) {
@@ -163,23 +157,20 @@ using host::FindWindowState;
 
 HWND WINAPI GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous) {
     const host::WindowPointer window = FindWindowState(dialog);
-    if (window == nullptr || window->children.empty()) {
+    if (window == nullptr || window->children.empty())
         return nullptr;
-    }
     const std::vector<HWND>& children = window->children;
     const std::size_t count = children.size();
     const bool backwards = previous != FALSE;
     const HWND start = host::ControlOf(dialog, control);
     const auto place = std::find(children.begin(), children.end(), start);
     std::size_t index = backwards ? 0 : count - 1;
-    if (place != children.end()) {
+    if (place != children.end())
         index = static_cast<std::size_t>(place - children.begin());
-    }
     for (std::size_t looked_at = 0; looked_at < count; ++looked_at) {
         index = host::StepFrom(index, count, backwards);
-        if (host::IsTabStop(children[index])) {
+        if (host::IsTabStop(children[index]))
             return children[index];
-        }
     }
     return start;
 }
@@ -187,40 +178,34 @@ HWND WINAPI GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous) {
 HWND WINAPI GetNextDlgGroupItem(HWND dialog, HWND control, BOOL previous) {
     const host::WindowPointer window = FindWindowState(dialog);
     const HWND start = host::ControlOf(dialog, control);
-    if (window == nullptr || start == nullptr) {
+    if (window == nullptr || start == nullptr)
         return nullptr;
-    }
     const std::vector<HWND>& children = window->children;
     auto first = std::find(children.begin(), children.end(), start);
     auto last = first + 1;
-    while (first != children.begin() && !host::StartsGroup(*first)) {
+    while (first != children.begin() && !host::StartsGroup(*first))
         --first;
-    }
     last = std::find_if(last, children.end(), host::StartsGroup);
     const auto count = static_cast<std::size_t>(last - first);
     auto index = static_cast<std::size_t>(std::find(first, last, start) - first);
     for (std::size_t looked_at = 0; looked_at < count; ++looked_at) {
         index = host::StepFrom(index, count, previous != FALSE);
         const HWND candidate = *(first + static_cast<std::ptrdiff_t>(index));
-        if (host::IsReachable(candidate)) {
+        if (host::IsReachable(candidate))
             return candidate;
-        }
     }
     return start;
 }
 
 BOOL WINAPI IsDialogMessageW(HWND dialog, LPMSG message) {
-    if (FindWindowState(dialog) == nullptr || message->hwnd == nullptr) {
+    if (FindWindowState(dialog) == nullptr || message->hwnd == nullptr)
         return FALSE;
-    }
-    if (message->hwnd != dialog && IsChild(dialog, message->hwnd) == FALSE) {
+    if (message->hwnd != dialog && IsChild(dialog, message->hwnd) == FALSE)
         return FALSE;
-    }
     if (message->message == WM_KEYDOWN) {
         const int code = host::DialogCodeFor(message->hwnd, *message);
-        if ((code & DLGC_WANTALLKEYS) == 0 && host::TakeKeyDown(dialog, *message, code)) {
+        if ((code & DLGC_WANTALLKEYS) == 0 && host::TakeKeyDown(dialog, *message, code))
             return TRUE;
-        }
     } else if (message->message == WM_CHAR) {
         // The keys that the dialog took above bring their characters no more; all others are the control's.
         host::DialogCodeFor(message->hwnd, *message);

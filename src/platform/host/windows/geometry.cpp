@@ -21,13 +21,12 @@ POINT OriginOf(HWND handle) {
 
 LONG FrameThickness(DWORD style, DWORD extended_style) {
     LONG thickness = 0;
-    if ((style & WS_THICKFRAME) != 0) {
+    if ((style & WS_THICKFRAME) != 0)
         thickness = SIZING_FRAME;
-    } else if ((style & WS_DLGFRAME) != 0 || (extended_style & WS_EX_DLGMODALFRAME) != 0) {
+    else if ((style & WS_DLGFRAME) != 0 || (extended_style & WS_EX_DLGMODALFRAME) != 0)
         thickness = DIALOG_FRAME;
-    } else if ((style & WS_BORDER) != 0 || (extended_style & WS_EX_STATICEDGE) != 0) {
+    else if ((style & WS_BORDER) != 0 || (extended_style & WS_EX_STATICEDGE) != 0)
         thickness = 1;
-    }
     return (extended_style & WS_EX_CLIENTEDGE) != 0 ? thickness + CLIENT_EDGE : thickness;
 }
 
@@ -36,9 +35,8 @@ LONG FrameThickness(DWORD style, DWORD extended_style) {
 FrameSize FrameOf(DWORD style, DWORD extended_style) {
     const LONG side = FrameThickness(style, extended_style);
     LONG caption = 0;
-    if ((style & WS_CAPTION) == WS_CAPTION) {
+    if ((style & WS_CAPTION) == WS_CAPTION)
         caption = (extended_style & WS_EX_TOOLWINDOW) != 0 ? TOOL_CAPTION : CAPTION;
-    }
     return {side, side + caption, side, side};
 }
 
@@ -92,18 +90,16 @@ using host::WindowPointer;
 
 BOOL WINAPI GetWindowRect(HWND handle, LPRECT rectangle) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return FALSE;
-    }
     *rectangle = host::OuterOnScreen(*window);
     return TRUE;
 }
 
 BOOL WINAPI GetClientRect(HWND handle, LPRECT rectangle) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return FALSE;
-    }
     const RECT& client = window->client;
     *rectangle = {0, 0, client.right - client.left, client.bottom - client.top};
     return TRUE;
@@ -112,9 +108,8 @@ BOOL WINAPI GetClientRect(HWND handle, LPRECT rectangle) {
 int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) {
     const bool known = (from == nullptr || FindWindowState(from) != nullptr) &&
                        (to == nullptr || FindWindowState(to) != nullptr);
-    if (!known) {
+    if (!known)
         return 0;
-    }
     const POINT start = host::OriginOf(from);
     const POINT end = host::OriginOf(to);
     std::for_each(points, points + count, [&](POINT& point) {
@@ -125,25 +120,22 @@ int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) {
 }
 
 BOOL WINAPI ClientToScreen(HWND window, LPPOINT point) {
-    if (FindWindowState(window) == nullptr) {
+    if (FindWindowState(window) == nullptr)
         return FALSE;
-    }
     MapWindowPoints(window, nullptr, point, 1);
     return TRUE;
 }
 
 BOOL WINAPI ScreenToClient(HWND window, LPPOINT point) {
-    if (FindWindowState(window) == nullptr) {
+    if (FindWindowState(window) == nullptr)
         return FALSE;
-    }
     MapWindowPoints(nullptr, window, point, 1);
     return TRUE;
 }
 
 BOOL WINAPI AdjustWindowRectEx(LPRECT rectangle, DWORD style, BOOL menu, DWORD extended_style) {
-    if (menu != FALSE) {
+    if (menu != FALSE)
         host::NotImplemented("AdjustWindowRectEx", "menus");
-    }
     const host::FrameSize frame = host::FrameOf(style, extended_style);
     rectangle->left -= frame.left;
     rectangle->top -= frame.top;

@@ -85,14 +85,12 @@ void TellParents(HWND target, POINT point) {
 // A press on a window that is not the active one. False: the press was all that there was to it.
 bool ActivateByClick(HWND target, LRESULT part) {
     const HWND root = RootOf(target);
-    if (target == GetActiveWindow()) {
+    if (target == GetActiveWindow())
         return true;
-    }
     const LRESULT answer = SendMessageW(target, WM_MOUSEACTIVATE, reinterpret_cast<WPARAM>(root),
                                         MAKELPARAM(static_cast<unsigned>(part), WM_LBUTTONDOWN));
-    if (answer != MA_NOACTIVATE && answer != MA_NOACTIVATEANDEAT && IsWindow(root)) {
+    if (answer != MA_NOACTIVATE && answer != MA_NOACTIVATEANDEAT && IsWindow(root))
         ActivateWindow(root, WA_CLICKACTIVE);
-    }
     return answer != MA_ACTIVATEANDEAT && answer != MA_NOACTIVATEANDEAT && IsWindow(target);
 }
 
@@ -141,25 +139,20 @@ Outcome TakeMouse(const InputEvent& event, const MessageFilter& filter, bool rem
     const HWND target = GetCapture() != nullptr ? GetCapture() : HitWindow(event.point, part);
     const bool held = target != nullptr && part != HTERROR &&
                       !PassesFilter(filter, target, MouseMessage(event, target, part).message);
-    if (held) {
+    if (held)
         return Outcome::HELD_BACK;
-    }
-    if (remove && event.mouse_message != WM_MOUSEMOVE) {
+    if (remove && event.mouse_message != WM_MOUSEMOVE)
         State().down_in_messages[VK_LBUTTON] = pressed;
-    }
-    if (target == nullptr || part == HTERROR) {
+    if (target == nullptr || part == HTERROR)
         return Outcome::SWALLOWED;
-    }
     if (remove && pressed && GetCapture() == nullptr) {
         TellParents(target, event.point);
-        if (!ActivateByClick(target, part)) {
+        if (!ActivateByClick(target, part))
             return Outcome::SWALLOWED;
-        }
     }
     message = MouseMessage(event, target, part);
-    if (remove && pressed && part == HTCLIENT && IsSecondClick(target, event.point)) {
+    if (remove && pressed && part == HTCLIENT && IsSecondClick(target, event.point))
         message.message = WM_LBUTTONDBLCLK;
-    }
     return Outcome::TAKEN;
 }
 
@@ -173,19 +166,16 @@ Outcome TakeKey(const InputEvent& event, const MessageFilter& filter, bool remov
     // Without a focus the active window gets its keys as system keys.
     const bool system = focus == nullptr || with_alt;
     UINT number = system ? WM_SYSKEYDOWN : WM_KEYDOWN;
-    if (event.up) {
+    if (event.up)
         number = system ? WM_SYSKEYUP : WM_KEYUP;
-    }
-    if (target != nullptr && !PassesFilter(filter, target, number)) {
+    if (target != nullptr && !PassesFilter(filter, target, number))
         return Outcome::HELD_BACK;
-    }
     if (remove) {
         State().down_in_messages.at(event.key) = !event.up;
         State().down_in_messages.at(key) = !event.up;
     }
-    if (target == nullptr) {
+    if (target == nullptr)
         return Outcome::SWALLOWED;
-    }
     constexpr DWORD REPEAT_ONCE = 1;
     constexpr DWORD EXTENDED = 0x01000000;
     constexpr DWORD RELEASED = 0xC0000000;
@@ -205,17 +195,14 @@ WCHAR CharacterOf(WPARAM key) {
     constexpr unsigned CONTROL_BITS = 0x1F;
     const bool shift = IsDown(VK_SHIFT);
     if (key >= u'A' && key <= u'Z') {
-        if (IsDown(VK_CONTROL)) {
+        if (IsDown(VK_CONTROL))
             return static_cast<WCHAR>(key & CONTROL_BITS);
-        }
         return static_cast<WCHAR>(shift ? key : key - u'A' + u'a');
     }
-    if (key >= u'0' && key <= u'9') {
+    if (key >= u'0' && key <= u'9')
         return shift ? SHIFTED_DIGITS[key - u'0'] : static_cast<WCHAR>(key);
-    }
-    if (key >= FIRST_SIGN && key <= LAST_SIGN) {
+    if (key >= FIRST_SIGN && key <= LAST_SIGN)
         NotImplemented("TranslateMessage", "the keys of punctuation; send such characters as text");
-    }
     const bool plain =
         key == VK_SPACE || key == VK_BACK || key == VK_TAB || key == VK_RETURN || key == VK_ESCAPE;
     return plain ? static_cast<WCHAR>(key) : u'\0';
@@ -226,9 +213,8 @@ WCHAR CharacterOf(WPARAM key) {
 void AddMouse(const MOUSEINPUT& mouse) {
     constexpr DWORD KNOWN =
         MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_LEFTDOWN | MOUSEEVENTF_LEFTUP;
-    if ((mouse.dwFlags & ~KNOWN) != 0) {
+    if ((mouse.dwFlags & ~KNOWN) != 0)
         NotImplemented("SendInput", "other mouse actions than moves and the left button");
-    }
     Input& state = State();
     if ((mouse.dwFlags & MOUSEEVENTF_MOVE) != 0) {
         const bool absolute = (mouse.dwFlags & MOUSEEVENTF_ABSOLUTE) != 0;
@@ -249,9 +235,8 @@ void AddMouse(const MOUSEINPUT& mouse) {
 }
 
 void AddKey(const KEYBDINPUT& key) {
-    if ((key.dwFlags & KEYEVENTF_SCANCODE) != 0) {
+    if ((key.dwFlags & KEYEVENTF_SCANCODE) != 0)
         NotImplemented("SendInput", "keys by their scan code");
-    }
     const bool is_text = (key.dwFlags & KEYEVENTF_UNICODE) != 0;
     const bool up = (key.dwFlags & KEYEVENTF_KEYUP) != 0;
     const auto code = static_cast<WORD>(is_text ? VK_PACKET : key.wVk & 0xFF);
@@ -277,18 +262,15 @@ bool TakeInput(const MessageFilter& filter, bool remove, MSG& message) {
         }
         const Outcome outcome = event.is_key ? TakeKey(event, filter, remove, message)
                                              : TakeMouse(event, filter, remove, message);
-        if (outcome == Outcome::TAKEN) {
+        if (outcome == Outcome::TAKEN)
             return true;
-        }
         if (outcome == Outcome::HELD_BACK) {
-            if (remove) {
+            if (remove)
                 State().waiting.push_front(event);
-            }
             return false;
         }
-        if (!remove) {
+        if (!remove)
             State().waiting.pop_front();
-        }
     }
     return false;
 }
@@ -301,21 +283,19 @@ UINT WINAPI SendInput(UINT count, INPUT* inputs, int input_bytes) {
         return 0;
     }
     std::for_each(inputs, inputs + count, [](const INPUT& input) {
-        if (input.type == INPUT_MOUSE) {
+        if (input.type == INPUT_MOUSE)
             host::AddMouse(input.mi);
-        } else if (input.type == INPUT_KEYBOARD) {
+        else if (input.type == INPUT_KEYBOARD)
             host::AddKey(input.ki);
-        } else {
+        else
             host::NotImplemented("SendInput", "other devices");
-        }
     });
     return count;
 }
 
 BOOL WINAPI TranslateMessage(const MSG* message) {
-    if (message->message != WM_KEYDOWN && message->message != WM_SYSKEYDOWN) {
+    if (message->message != WM_KEYDOWN && message->message != WM_SYSKEYDOWN)
         return message->message == WM_KEYUP || message->message == WM_SYSKEYUP ? TRUE : FALSE;
-    }
     const WCHAR character =
         message->wParam == VK_PACKET ? HIWORD(message->lParam) : host::CharacterOf(message->wParam);
     if (character != 0) {
@@ -334,9 +314,8 @@ BOOL WINAPI SetCursorPos(int x, int y) {
     host::MovePointer({std::clamp(x, 0, host::SCREEN_WIDTH - 1), std::clamp(y, 0, host::SCREEN_HEIGHT - 1)});
     auto& waiting = state.waiting;
     // Only the last of several moves is told.
-    if (!waiting.empty() && !waiting.back().is_key && waiting.back().mouse_message == WM_MOUSEMOVE) {
+    if (!waiting.empty() && !waiting.back().is_key && waiting.back().mouse_message == WM_MOUSEMOVE)
         waiting.pop_back();
-    }
     waiting.push_back({false, WM_MOUSEMOVE, host::PointerPosition(), 0, 0, false, false});
     return TRUE;
 }

@@ -13,27 +13,22 @@ namespace {
 void SendDestroy(HWND handle) {
     SendMessageW(handle, WM_DESTROY, 0, 0);
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return;
-    }
     const std::vector<HWND> children = window->children;
-    for (const HWND child : children) {
-        if (IsWindow(child)) {
+    for (const HWND child : children)
+        if (IsWindow(child))
             SendDestroy(child);
-        }
-    }
 }
 
 // Children go first, each with its last message.
 void Remove(HWND handle) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return;
-    }
     const std::vector<HWND> children = window->children;
-    for (const HWND child : children) {
+    for (const HWND child : children)
         Remove(child);
-    }
     SendMessageW(handle, WM_NCDESTROY, 0, 0);
     ForgetMessages(handle);
     ForgetTimers(handle);
@@ -43,11 +38,9 @@ void Remove(HWND handle) {
 
 void DestroyOwned(HWND owner) {
     const std::vector<HWND> top_levels = TopLevelWindows();
-    for (const HWND handle : top_levels) {
-        if (IsWindow(handle) && FindWindowState(handle)->owner == owner) {
+    for (const HWND handle : top_levels)
+        if (IsWindow(handle) && FindWindowState(handle)->owner == owner)
             DestroyWindow(handle);
-        }
-    }
 }
 
 void TellParent(const Window& window, UINT event) {
@@ -60,15 +53,13 @@ void TellParent(const Window& window, UINT event) {
 void CompleteStyles(Window& window) {
     if (!IsChildStyle(window.style)) {
         window.style |= WS_CLIPSIBLINGS;
-        if ((window.style & WS_POPUP) == 0) {
+        if ((window.style & WS_POPUP) == 0)
             window.style |= WS_CAPTION;
-        }
     }
     const bool has_dialog_edge = (window.extended_style & WS_EX_DLGMODALFRAME) != 0;
     const bool has_frame = (window.style & (WS_DLGFRAME | WS_THICKFRAME)) != 0;
-    if (has_dialog_edge || (has_frame && (window.extended_style & WS_EX_STATICEDGE) == 0)) {
+    if (has_dialog_edge || (has_frame && (window.extended_style & WS_EX_STATICEDGE) == 0))
         window.extended_style |= WS_EX_WINDOWEDGE;
-    }
 }
 
 void PlaceFirst(Window& window, const CREATESTRUCTW& create) {
@@ -107,9 +98,8 @@ bool Introduce(const WindowPointer& window, CREATESTRUCTW& create) {
         return false;
     }
     CalculateClient(*window, FALSE);
-    if (IsWindow(handle) && SendMessageW(handle, WM_CREATE, 0, parameter) != -1) {
+    if (IsWindow(handle) && SendMessageW(handle, WM_CREATE, 0, parameter) != -1)
         return IsWindow(handle) != FALSE;
-    }
     // A window that refuses in WM_CREATE goes without WM_DESTROY, and so do its children.
     Remove(handle);
     return false;
@@ -140,9 +130,8 @@ bool CanCreate(const CREATESTRUCTW& create, const ClassPointer& window_class) {
         return false;
     }
     const auto style = static_cast<DWORD>(create.style);
-    if ((style & (WS_MINIMIZE | WS_MAXIMIZE)) != 0) {
+    if ((style & (WS_MINIMIZE | WS_MAXIMIZE)) != 0)
         NotImplemented("CreateWindowExW", "a window that is born minimised or maximised");
-    }
     if (create.hwndParent == nullptr && IsChildStyle(style)) {
         SetLastError(ERROR_TLW_WITH_WSCHILD);
         return false;
@@ -169,40 +158,33 @@ using host::WindowPointer;
 HWND WINAPI CreateWindowExW(DWORD extended_style, LPCWSTR class_name, LPCWSTR title, DWORD style, int x,
                             int y, int width, int height, HWND parent, HMENU menu, HINSTANCE instance,
                             LPVOID parameter) {
-    if (host::CallFails("CreateWindowExW")) {
+    if (host::CallFails("CreateWindowExW"))
         return nullptr;
-    }
     const host::ClassPointer window_class = host::FindWindowClass(class_name);
     CREATESTRUCTW create{
         parameter, instance,   menu,          parent, height, width, y, x, static_cast<LONG>(style),
         title,     class_name, extended_style};
-    if (!host::CanCreate(create, window_class)) {
+    if (!host::CanCreate(create, window_class))
         return nullptr;
-    }
     const WindowPointer window = host::MakeWindow(create, window_class);
     const HWND handle = host::EnterWindow(window);
-    if (!host::Introduce(window, create)) {
+    if (!host::Introduce(window, create))
         return nullptr;
-    }
-    if ((style & (WS_CHILD | WS_POPUP)) == 0) {
+    if ((style & (WS_CHILD | WS_POPUP)) == 0)
         window->size_on_show = true;
-    } else {
+    else
         host::SendSizeAndMove(handle);
-    }
-    if (IsWindow(handle)) {
+    if (IsWindow(handle))
         host::TellParent(*window, WM_CREATE);
-    }
-    if ((style & WS_VISIBLE) != 0 && IsWindow(handle)) {
+    if ((style & WS_VISIBLE) != 0 && IsWindow(handle))
         ShowWindow(handle, SW_SHOW);
-    }
     return IsWindow(handle) ? handle : nullptr;
 }
 
 BOOL WINAPI DestroyWindow(HWND handle) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return FALSE;
-    }
     host::TellParent(*window, WM_DESTROY);
     if (host::IsChildStyle(window->style)) {
         ShowWindow(handle, SW_HIDE);
@@ -212,9 +194,8 @@ BOOL WINAPI DestroyWindow(HWND handle) {
     }
     host::DestroyOwned(handle);
     host::PassActivationOn(handle);
-    if (!IsWindow(handle)) {
+    if (!IsWindow(handle))
         return TRUE;
-    }
     host::SendDestroy(handle);
     host::Remove(handle);
     return TRUE;
@@ -222,9 +203,8 @@ BOOL WINAPI DestroyWindow(HWND handle) {
 
 LONG_PTR WINAPI GetWindowLongPtrW(HWND handle, int index) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return 0;
-    }
     switch (index) {
         case GWLP_WNDPROC:
             return reinterpret_cast<LONG_PTR>(window->procedure);
@@ -244,18 +224,16 @@ LONG_PTR WINAPI GetWindowLongPtrW(HWND handle, int index) {
             break;
     }
     LONG_PTR value = 0;
-    if (const std::byte* const bytes = host::ExtraBytes(*window, index); bytes != nullptr) {
+    if (const std::byte* const bytes = host::ExtraBytes(*window, index); bytes != nullptr)
         std::memcpy(&value, bytes, sizeof(value));
-    }
     return value;
 }
 
 LONG_PTR WINAPI SetWindowLongPtrW(HWND handle, int index, LONG_PTR value) {
     const LONG_PTR previous = GetWindowLongPtrW(handle, index);
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return 0;
-    }
     switch (index) {
         case GWLP_WNDPROC:
             window->procedure = reinterpret_cast<WNDPROC>(value);
@@ -278,9 +256,8 @@ LONG_PTR WINAPI SetWindowLongPtrW(HWND handle, int index, LONG_PTR value) {
         default:
             break;
     }
-    if (std::byte* const bytes = host::ExtraBytes(*window, index); bytes != nullptr) {
+    if (std::byte* const bytes = host::ExtraBytes(*window, index); bytes != nullptr)
         std::memcpy(bytes, &value, sizeof(value));
-    }
     return previous;
 }
 
@@ -290,11 +267,9 @@ DWORD WINAPI GetCurrentThreadId() {
 
 DWORD WINAPI GetWindowThreadProcessId(HWND handle, LPDWORD process) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return 0;
-    }
-    if (process != nullptr) {
+    if (process != nullptr)
         *process = static_cast<DWORD>(getpid());
-    }
     return window->thread;
 }

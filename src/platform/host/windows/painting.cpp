@@ -46,26 +46,21 @@ constexpr std::array<SystemColour, 7> COLOURS = {{{COLOR_SCROLLBAR, RGB(212, 208
 
 HWND DamagedIn(HWND handle) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr || (window->style & WS_VISIBLE) == 0 || (window->style & WS_MINIMIZE) != 0) {
+    if (window == nullptr || (window->style & WS_VISIBLE) == 0 || (window->style & WS_MINIMIZE) != 0)
         return nullptr;
-    }
-    if (window->damaged) {
+    if (window->damaged)
         return handle;
-    }
-    for (const HWND child : window->children) {
-        if (const HWND found = DamagedIn(child); found != nullptr) {
+    for (const HWND child : window->children)
+        if (const HWND found = DamagedIn(child); found != nullptr)
             return found;
-        }
-    }
     return nullptr;
 }
 
 void Mend(Window& window, bool with_children) {
     window.damaged = false;
     window.unerased = false;
-    for (const HWND child : with_children ? window.children : std::vector<HWND>{}) {
+    for (const HWND child : with_children ? window.children : std::vector<HWND>{})
         Mend(*FindWindowState(child), true);
-    }
 }
 
 void PaintNow(HWND handle) {
@@ -73,9 +68,8 @@ void PaintNow(HWND handle) {
         SendMessageW(next, WM_PAINT, 0, 0);
         if (const WindowPointer window = FindWindowState(next); window != nullptr) {
             // A window that did not paint when it was told to stays due.
-            if (window->damaged) {
+            if (window->damaged)
                 return;
-            }
         }
     }
 }
@@ -83,25 +77,20 @@ void PaintNow(HWND handle) {
 }  // namespace
 
 void DamageWindow(Window& window, bool with_children, bool erase) {
-    if (IsWindowVisible(window.handle) == FALSE) {
+    if (IsWindowVisible(window.handle) == FALSE)
         return;
-    }
     window.damaged = true;
     window.unerased = window.unerased || erase;
-    for (const HWND child : with_children ? window.children : std::vector<HWND>{}) {
+    for (const HWND child : with_children ? window.children : std::vector<HWND>{})
         DamageWindow(*FindWindowState(child), true, erase);
-    }
 }
 
 HWND NextDamagedWindow(HWND filter) {
-    if (filter != nullptr) {
+    if (filter != nullptr)
         return IsWindowVisible(filter) != FALSE ? DamagedIn(filter) : nullptr;
-    }
-    for (const HWND handle : TopLevelWindows()) {
-        if (const HWND found = DamagedIn(handle); found != nullptr) {
+    for (const HWND handle : TopLevelWindows())
+        if (const HWND found = DamagedIn(handle); found != nullptr)
             return found;
-        }
-    }
     return nullptr;
 }
 
@@ -112,31 +101,26 @@ using host::WindowPointer;
 
 BOOL WINAPI RedrawWindow(HWND handle, const RECT*, HRGN, UINT flags) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return FALSE;
-    }
     constexpr UINT KNOWN = RDW_INVALIDATE | RDW_ERASE | RDW_VALIDATE | RDW_NOCHILDREN | RDW_ALLCHILDREN |
                            RDW_UPDATENOW | RDW_FRAME | RDW_NOERASE | RDW_NOFRAME;
-    if ((flags & ~KNOWN) != 0) {
+    if ((flags & ~KNOWN) != 0)
         host::NotImplemented("RedrawWindow", "these flags");
-    }
     const bool clips = (window->style & WS_CLIPCHILDREN) != 0 || (flags & RDW_NOCHILDREN) != 0;
     const bool with_children = (flags & RDW_ALLCHILDREN) != 0 || !clips;
-    if ((flags & RDW_INVALIDATE) != 0) {
+    if ((flags & RDW_INVALIDATE) != 0)
         host::DamageWindow(*window, with_children, (flags & RDW_ERASE) != 0);
-    } else if ((flags & RDW_VALIDATE) != 0) {
+    else if ((flags & RDW_VALIDATE) != 0)
         host::Mend(*window, with_children);
-    }
-    if ((flags & RDW_UPDATENOW) != 0 && IsWindowVisible(handle) != FALSE) {
+    if ((flags & RDW_UPDATENOW) != 0 && IsWindowVisible(handle) != FALSE)
         host::PaintNow(handle);
-    }
     return TRUE;
 }
 
 BOOL WINAPI InvalidateRect(HWND window, const RECT* rectangle, BOOL erase) {
-    if (window == nullptr) {
+    if (window == nullptr)
         host::NotImplemented("InvalidateRect", "all windows at once");
-    }
     return RedrawWindow(window, rectangle, nullptr, RDW_INVALIDATE | (erase != FALSE ? RDW_ERASE : 0));
 }
 
@@ -146,14 +130,12 @@ BOOL WINAPI UpdateWindow(HWND window) {
 
 HDC WINAPI BeginPaint(HWND handle, PAINTSTRUCT* paint) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return nullptr;
-    }
     *paint = PAINTSTRUCT{};
     paint->hdc = GetDC(handle);
-    if (window->damaged) {
+    if (window->damaged)
         GetClientRect(handle, &paint->rcPaint);
-    }
     const bool erase = window->unerased;
     host::Mend(*window, false);
     if (erase) {
@@ -174,9 +156,8 @@ HDC WINAPI GetDC(HWND) {
 }
 
 int WINAPI ReleaseDC(HWND, HDC dc) {
-    if (dc != host::Context() || host::State().in_use == 0) {
+    if (dc != host::Context() || host::State().in_use == 0)
         return 0;
-    }
     --host::State().in_use;
     return 1;
 }
@@ -203,9 +184,8 @@ COLORREF WINAPI GetSysColor(int index) {
     const auto* const found =
         std::find_if(host::COLOURS.begin(), host::COLOURS.end(),
                      [index](const host::SystemColour& colour) { return colour.index == index; });
-    if (found == host::COLOURS.end()) {
+    if (found == host::COLOURS.end())
         host::NotImplemented("GetSysColor", "this colour");
-    }
     return found->value;
 }
 
@@ -215,8 +195,7 @@ HBRUSH WINAPI GetSysColorBrush(int index) {
 }
 
 HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name) {
-    if (instance != nullptr) {
+    if (instance != nullptr)
         host::NotImplemented("LoadCursorW", "cursors of the program's own");
-    }
     return reinterpret_cast<HCURSOR>(host::CURSORS + reinterpret_cast<std::uintptr_t>(name));
 }

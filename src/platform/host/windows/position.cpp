@@ -35,20 +35,16 @@ void TrimFlags(const Window& window, WINDOWPOS& position) {
         position.flags &= ~SWP_SHOWWINDOW;
     } else {
         position.flags &= ~SWP_HIDEWINDOW;
-        if ((position.flags & SWP_SHOWWINDOW) == 0) {
+        if ((position.flags & SWP_SHOWWINDOW) == 0)
             position.flags |= SWP_NOREDRAW;
-        }
     }
     const RECT& outer = window.outer;
-    if (position.cx == WidthOf(outer) && position.cy == HeightOf(outer)) {
+    if (position.cx == WidthOf(outer) && position.cy == HeightOf(outer))
         position.flags |= SWP_NOSIZE;
-    }
-    if (position.x == outer.left && position.y == outer.top) {
+    if (position.x == outer.left && position.y == outer.top)
         position.flags |= SWP_NOMOVE;
-    }
-    if (GetActiveWindow() == window.handle) {
+    if (GetActiveWindow() == window.handle)
         position.flags |= SWP_NOACTIVATE;
-    }
 }
 
 bool ChangesNothing(const WINDOWPOS& position) {
@@ -77,9 +73,8 @@ void Stack(Window& window, HWND after) {
 void SetRectangles(Window& window, WINDOWPOS& position) {
     const RECT old = window.client;
     RECT outer = window.outer;
-    if ((position.flags & SWP_NOMOVE) == 0) {
+    if ((position.flags & SWP_NOMOVE) == 0)
         outer = {position.x, position.y, position.x + WidthOf(outer), position.y + HeightOf(outer)};
-    }
     const LONG across = outer.left - window.outer.left;
     const LONG down = outer.top - window.outer.top;
     window.client = {old.left + across, old.top + down, old.right + across, old.bottom + down};
@@ -88,59 +83,49 @@ void SetRectangles(Window& window, WINDOWPOS& position) {
         outer.bottom = outer.top + position.cy;
     }
     window.outer = outer;
-    if ((position.flags & (SWP_NOSIZE | SWP_FRAMECHANGED)) != SWP_NOSIZE) {
+    if ((position.flags & (SWP_NOSIZE | SWP_FRAMECHANGED)) != SWP_NOSIZE)
         CalculateClient(window, TRUE);
-    }
     const RECT& client = window.client;
-    if (client.left == old.left && client.top == old.top) {
+    if (client.left == old.left && client.top == old.top)
         position.flags |= SWP_NOCLIENTMOVE;
-    }
-    if (WidthOf(client) == WidthOf(old) && HeightOf(client) == HeightOf(old)) {
+    if (WidthOf(client) == WidthOf(old) && HeightOf(client) == HeightOf(old))
         position.flags |= SWP_NOCLIENTSIZE;
-    }
 }
 
 void ShowOrHide(Window& window, UINT flags) {
-    if ((flags & SWP_SHOWWINDOW) != 0) {
+    if ((flags & SWP_SHOWWINDOW) != 0)
         window.style |= WS_VISIBLE;
-    } else if ((flags & SWP_HIDEWINDOW) != 0) {
+    else if ((flags & SWP_HIDEWINDOW) != 0)
         window.style &= ~WS_VISIBLE;
-    }
 }
 
 // What has become of a window is drawn anew.
 void Damage(Window& window, UINT flags) {
     constexpr UINT STILL = SWP_NOMOVE | SWP_NOSIZE;
     const bool changed = (flags & STILL) != STILL || (flags & (SWP_SHOWWINDOW | SWP_FRAMECHANGED)) != 0;
-    if (changed && (flags & SWP_NOREDRAW) == 0) {
+    if (changed && (flags & SWP_NOREDRAW) == 0)
         DamageWindow(window, true, true);
-    }
 }
 
 bool Place(WINDOWPOS position) {
     const HWND handle = position.hwnd;
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return false;
-    }
-    if ((position.flags & SWP_NOSENDCHANGING) == 0) {
+    if ((position.flags & SWP_NOSENDCHANGING) == 0)
         SendMessageW(handle, WM_WINDOWPOSCHANGING, 0, reinterpret_cast<LPARAM>(&position));
-    }
     TrimFlags(*window, position);
-    if (!IsWindow(handle) || ChangesNothing(position)) {
+    if (!IsWindow(handle) || ChangesNothing(position))
         return IsWindow(handle) != FALSE;
-    }
-    if ((position.flags & SWP_NOZORDER) == 0) {
+    if ((position.flags & SWP_NOZORDER) == 0)
         Stack(*window, position.hwndInsertAfter);
-    }
     SetRectangles(*window, position);
     ShowOrHide(*window, position.flags);
     if ((position.flags & (SWP_NOACTIVATE | SWP_HIDEWINDOW)) == 0) {
-        if (IsChildStyle(window->style)) {
+        if (IsChildStyle(window->style))
             SendMessageW(handle, WM_CHILDACTIVATE, 0, 0);
-        } else {
+        else
             ActivateWindow(handle, WA_ACTIVE);
-        }
     }
     Damage(*window, position.flags);
     position.x = window->outer.left;
@@ -162,24 +147,21 @@ WINDOWPOS Position(HWND window, HWND after, int x, int y, int width, int height,
 using host::FindWindowState;
 
 BOOL WINAPI SetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
-    if (after == HWND_TOPMOST || after == HWND_NOTOPMOST) {
+    if (after == HWND_TOPMOST || after == HWND_NOTOPMOST)
         host::NotImplemented("SetWindowPos", "windows that stay in front of all others");
-    }
     return host::Place(host::Position(window, after, x, y, width, height, flags)) ? TRUE : FALSE;
 }
 
 BOOL WINAPI MoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint) {
     UINT flags = SWP_NOZORDER | SWP_NOACTIVATE;
-    if (repaint == FALSE) {
+    if (repaint == FALSE)
         flags |= SWP_NOREDRAW;
-    }
     return SetWindowPos(window, nullptr, x, y, width, height, flags);
 }
 
 HDWP WINAPI BeginDeferWindowPos(int count) {
-    if (host::CallFails("BeginDeferWindowPos")) {
+    if (host::CallFails("BeginDeferWindowPos"))
         return nullptr;
-    }
     if (count < 0) {
         SetLastError(ERROR_INVALID_PARAMETER);
         return nullptr;
@@ -202,9 +184,8 @@ HDWP WINAPI DeferWindowPos(HDWP moves, HWND window, HWND after, int x, int y, in
         SetLastError(ERROR_INVALID_DWP_HANDLE);
         return nullptr;
     }
-    if (FindWindowState(window) == nullptr) {
+    if (FindWindowState(window) == nullptr)
         return nullptr;
-    }
     batch->second.push_back(host::Position(window, after, x, y, width, height, flags));
     return moves;
 }
@@ -219,8 +200,7 @@ BOOL WINAPI EndDeferWindowPos(HDWP moves) {
     const std::vector<WINDOWPOS> positions = std::move(batch->second);
     batches.erase(batch);
     bool placed = true;
-    for (const WINDOWPOS& position : positions) {
+    for (const WINDOWPOS& position : positions)
         placed = host::Place(position) && placed;
-    }
     return placed ? TRUE : FALSE;
 }

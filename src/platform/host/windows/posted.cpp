@@ -39,20 +39,17 @@ bool TakePosted(const MessageFilter& filter, bool remove, MSG& message) {
     const auto found = std::find_if(posted.begin(), posted.end(), [&](const MSG& waiting) {
         return PassesFilter(filter, waiting.hwnd, waiting.message);
     });
-    if (found == posted.end()) {
+    if (found == posted.end())
         return false;
-    }
     message = *found;
-    if (remove) {
+    if (remove)
         posted.erase(found);
-    }
     return true;
 }
 
 bool TakeQuit(bool remove, MSG& message) {
-    if (!Queue().quits || !Queue().messages.empty()) {
+    if (!Queue().quits || !Queue().messages.empty())
         return false;
-    }
     message = MakeMessage(nullptr, WM_QUIT, static_cast<WPARAM>(Queue().exit_code), 0);
     Queue().quits = !remove;
     return true;
@@ -80,9 +77,8 @@ void MovePointer(POINT point) {
 }  // namespace host
 
 BOOL WINAPI PostMessageW(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    if (!host::IsKnownOrNull(window)) {
+    if (!host::IsKnownOrNull(window))
         return FALSE;
-    }
     host::Queue().messages.push_back(host::MakeMessage(window, message, wparam, lparam));
     return TRUE;
 }

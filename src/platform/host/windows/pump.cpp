@@ -12,9 +12,8 @@ namespace {
 
 bool TakePaint(const MessageFilter& filter, MSG& message) {
     const HWND window = NextDamagedWindow(filter.window);
-    if (window == nullptr || !PassesFilter(filter, window, WM_PAINT)) {
+    if (window == nullptr || !PassesFilter(filter, window, WM_PAINT))
         return false;
-    }
     // It stays due until the window has painted.
     message = MakeMessage(window, WM_PAINT, 0, 0);
     return true;
@@ -33,9 +32,8 @@ void Pause(std::chrono::steady_clock::time_point idle_since) {
     constexpr std::chrono::seconds PATIENCE{60};
     const std::int64_t delay = NextTimerDelay();
     const bool timer_comes = delay >= 0 && !ClockIsTaken();
-    if (!timer_comes && std::chrono::steady_clock::now() - idle_since > PATIENCE) {
+    if (!timer_comes && std::chrono::steady_clock::now() - idle_since > PATIENCE)
         NotImplemented("GetMessageW", "waiting for a message that nothing can bring any more");
-    }
     const std::int64_t pause = timer_comes ? std::min(delay, LONGEST_MS) : 1;
     std::this_thread::sleep_for(std::chrono::milliseconds(pause));
 }
@@ -45,24 +43,20 @@ void Pause(std::chrono::steady_clock::time_point idle_since) {
 }  // namespace host
 
 BOOL WINAPI GetMessageW(LPMSG message, HWND window, UINT lowest, UINT highest) {
-    if (host::CallFails("GetMessageW") || !host::IsKnownOrNull(window)) {
+    if (host::CallFails("GetMessageW") || !host::IsKnownOrNull(window))
         return -1;
-    }
     const host::MessageFilter filter{window, lowest, highest};
     const auto idle_since = std::chrono::steady_clock::now();
-    while (!host::Take(filter, true, *message)) {
+    while (!host::Take(filter, true, *message))
         host::Pause(idle_since);
-    }
     return message->message == WM_QUIT ? FALSE : TRUE;
 }
 
 BOOL WINAPI PeekMessageW(LPMSG message, HWND window, UINT lowest, UINT highest, UINT flags) {
-    if ((flags & ~(PM_REMOVE | PM_NOYIELD)) != 0) {
+    if ((flags & ~(PM_REMOVE | PM_NOYIELD)) != 0)
         host::NotImplemented("PeekMessageW", "these flags");
-    }
-    if (!host::IsKnownOrNull(window)) {
+    if (!host::IsKnownOrNull(window))
         return FALSE;
-    }
     const bool remove = (flags & PM_REMOVE) != 0;
     return host::Take({window, lowest, highest}, remove, *message) ? TRUE : FALSE;
 }

@@ -42,9 +42,8 @@ std::vector<HWND>& TopLevelWindows() {
 
 HWND RootOf(HWND handle) {
     WindowPointer window = FindWindowState(handle);
-    while (window != nullptr && window->parent != nullptr) {
+    while (window != nullptr && window->parent != nullptr)
         window = FindWindowState(window->parent);
-    }
     return window == nullptr ? nullptr : window->handle;
 }
 
@@ -60,9 +59,8 @@ HWND EnterWindow(const WindowPointer& window) {
 
 void RemoveWindow(HWND handle) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return;
-    }
     std::vector<HWND>& siblings = SiblingsOf(*window);
     siblings.erase(std::remove(siblings.begin(), siblings.end(), handle), siblings.end());
     TheRegistry().by_handle.erase(handle);
@@ -81,9 +79,8 @@ BOOL WINAPI IsWindow(HWND handle) {
 BOOL WINAPI IsChild(HWND parent, HWND handle) {
     WindowPointer window = FindWindowState(handle);
     while (window != nullptr && window->parent != nullptr) {
-        if (window->parent == parent) {
+        if (window->parent == parent)
             return TRUE;
-        }
         window = FindWindowState(window->parent);
     }
     return FALSE;

@@ -12,23 +12,20 @@ void Place(HWND handle, const RECT& outer, UINT flags) {
 
 void Hide(const WindowPointer& window) {
     const HWND handle = window->handle;
-    if ((window->style & WS_VISIBLE) == 0) {
+    if ((window->style & WS_VISIBLE) == 0)
         return;
-    }
     SendMessageW(handle, WM_SHOWWINDOW, FALSE, 0);
     UINT flags = SWP_HIDEWINDOW | SWP_NOSIZE | SWP_NOMOVE;
-    if (IsChildStyle(window->style)) {
+    if (IsChildStyle(window->style))
         flags |= SWP_NOACTIVATE | SWP_NOZORDER;
-    }
     SetWindowPos(handle, nullptr, 0, 0, 0, 0, flags);
     PassActivationOn(handle);
 }
 
 void Show(const WindowPointer& window, bool activate) {
     const HWND handle = window->handle;
-    if ((window->style & WS_VISIBLE) != 0) {
+    if ((window->style & WS_VISIBLE) != 0)
         return;
-    }
     SendMessageW(handle, WM_SHOWWINDOW, TRUE, 0);
     const bool child = IsChildStyle(window->style);
     if (child && IsWindowVisible(window->parent) == FALSE) {
@@ -36,9 +33,8 @@ void Show(const WindowPointer& window, bool activate) {
         return;
     }
     UINT flags = SWP_SHOWWINDOW | SWP_NOSIZE | SWP_NOMOVE;
-    if (child || !activate) {
+    if (child || !activate)
         flags |= SWP_NOACTIVATE | SWP_NOZORDER;
-    }
     SetWindowPos(handle, nullptr, 0, 0, 0, 0, flags);
     if (window->size_on_show && IsWindow(handle)) {
         window->size_on_show = false;
@@ -47,14 +43,12 @@ void Show(const WindowPointer& window, bool activate) {
 }
 
 void Minimise(const WindowPointer& window) {
-    if ((window->style & WS_MINIMIZE) != 0) {
+    if ((window->style & WS_MINIMIZE) != 0)
         return;
-    }
     constexpr LONG WIDTH = 160;
     constexpr LONG HEIGHT = 24;
-    if (GetFocus() == window->handle || IsChild(window->handle, GetFocus()) != FALSE) {
+    if (GetFocus() == window->handle || IsChild(window->handle, GetFocus()) != FALSE)
         SetFocus(nullptr);
-    }
     window->restored = window->outer;
     window->style |= WS_MINIMIZE;
     window->size_on_show = false;
@@ -64,12 +58,10 @@ void Minimise(const WindowPointer& window) {
 }
 
 void Maximise(const WindowPointer& window) {
-    if ((window->style & WS_MINIMIZE) != 0) {
+    if ((window->style & WS_MINIMIZE) != 0)
         NotImplemented("ShowWindow", "a minimised window to be maximised");
-    }
-    if ((window->style & WS_MAXIMIZE) != 0) {
+    if ((window->style & WS_MAXIMIZE) != 0)
         return;
-    }
     MINMAXINFO limits = DefaultLimits(window->style, window->extended_style);
     SendMessageW(window->handle, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
     window->restored = window->outer;
@@ -87,23 +79,20 @@ void Restore(const WindowPointer& window) {
         Show(window, true);
         return;
     }
-    if (minimised && SendMessageW(handle, WM_QUERYOPEN, 0, 0) == FALSE) {
+    if (minimised && SendMessageW(handle, WM_QUERYOPEN, 0, 0) == FALSE)
         return;
-    }
     window->style &= minimised ? ~WS_MINIMIZE : ~WS_MAXIMIZE;
     Place(handle, window->restored, SWP_SHOWWINDOW);
-    if (minimised && GetActiveWindow() == handle) {
+    if (minimised && GetActiveWindow() == handle)
         SetFocus(handle);
-    }
 }
 
 }  // namespace
 
 void SendSizeAndMove(HWND handle) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return;
-    }
     const RECT client = window->client;
     SendMessageW(handle, WM_SIZE, SIZE_RESTORED,
                  MAKELPARAM(static_cast<unsigned>(client.right - client.left),
@@ -119,9 +108,8 @@ using host::WindowPointer;
 
 BOOL WINAPI ShowWindow(HWND handle, int command) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return FALSE;
-    }
     const BOOL was_visible = (window->style & WS_VISIBLE) != 0 ? TRUE : FALSE;
     switch (command) {
         case SW_HIDE:

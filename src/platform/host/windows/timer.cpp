@@ -39,9 +39,8 @@ Timer* DueTimer(const MessageFilter& filter, std::uint64_t now) {
     Timer* longest = nullptr;
     for (Timer& timer : State().running) {
         const bool due = timer.due_ms <= now && PassesFilter(filter, timer.window, WM_TIMER);
-        if (due && (longest == nullptr || timer.due_ms < longest->due_ms)) {
+        if (due && (longest == nullptr || timer.due_ms < longest->due_ms))
             longest = &timer;
-        }
     }
     return longest;
 }
@@ -51,15 +50,13 @@ Timer* DueTimer(const MessageFilter& filter, std::uint64_t now) {
 bool TakeTimer(const MessageFilter& filter, bool remove, MSG& message) {
     const std::uint64_t now = Now();
     Timer* const timer = DueTimer(filter, now);
-    if (timer == nullptr) {
+    if (timer == nullptr)
         return false;
-    }
     message = {
         timer->window,           WM_TIMER,         timer->id, reinterpret_cast<LPARAM>(timer->procedure),
         static_cast<DWORD>(now), PointerPosition()};
-    if (remove) {
+    if (remove)
         timer->due_ms += ((now - timer->due_ms) / timer->period_ms + 1) * timer->period_ms;
-    }
     return true;
 }
 
@@ -83,9 +80,8 @@ void ForgetTimers(HWND handle) {
 }  // namespace host
 
 UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT period_ms, TIMERPROC procedure) {
-    if (host::CallFails("SetTimer") || (window != nullptr && host::FindWindowState(window) == nullptr)) {
+    if (host::CallFails("SetTimer") || (window != nullptr && host::FindWindowState(window) == nullptr))
         return 0;
-    }
     const std::uint64_t period = std::clamp(period_ms, USER_TIMER_MINIMUM, USER_TIMER_MAXIMUM);
     host::Timer* timer = host::FindTimer(window, id);
     if (timer == nullptr) {

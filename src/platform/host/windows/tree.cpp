@@ -10,9 +10,8 @@ namespace {
 HWND Neighbour(const std::vector<HWND>& siblings, HWND handle, int step) {
     const auto found = std::find(siblings.begin(), siblings.end(), handle);
     const auto index = found - siblings.begin() + step;
-    if (found == siblings.end() || index < 0 || index >= static_cast<std::ptrdiff_t>(siblings.size())) {
+    if (found == siblings.end() || index < 0 || index >= static_cast<std::ptrdiff_t>(siblings.size()))
         return nullptr;
-    }
     return siblings[static_cast<std::size_t>(index)];
 }
 
@@ -20,19 +19,16 @@ HWND HitInside(HWND handle, POINT point, LRESULT& part);
 
 HWND HitChildren(const Window& window, POINT point, LRESULT& part) {
     const std::vector<HWND> children = window.children;
-    for (const HWND child : children) {
-        if (const HWND hit = HitInside(child, point, part); hit != nullptr) {
+    for (const HWND child : children)
+        if (const HWND hit = HitInside(child, point, part); hit != nullptr)
             return hit;
-        }
-    }
     return nullptr;
 }
 
 HWND HitInside(HWND handle, POINT point, LRESULT& part) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr || (window->style & WS_VISIBLE) == 0 || !Contains(OuterOnScreen(*window), point)) {
+    if (window == nullptr || (window->style & WS_VISIBLE) == 0 || !Contains(OuterOnScreen(*window), point))
         return nullptr;
-    }
     if ((window->style & WS_DISABLED) != 0) {
         // A disabled child lets its parent have the mouse; a disabled top-level window swallows it.
         part = HTERROR;
@@ -43,9 +39,8 @@ HWND HitInside(HWND handle, POINT point, LRESULT& part) {
     POINT inside = point;
     ScreenToClient(handle, &inside);
     if ((window->style & WS_MINIMIZE) == 0 && Contains(client, inside)) {
-        if (const HWND hit = HitChildren(*window, point, part); hit != nullptr) {
+        if (const HWND hit = HitChildren(*window, point, part); hit != nullptr)
             return hit;
-        }
     }
     part = SendMessageW(handle, WM_NCHITTEST, 0,
                         MAKELPARAM(static_cast<unsigned>(point.x), static_cast<unsigned>(point.y)));
@@ -61,11 +56,9 @@ bool Matches(const Window& window, LPCWSTR class_name, LPCWSTR title) {
 
 HWND HitWindow(POINT point, LRESULT& part) {
     const std::vector<HWND> top_levels = TopLevelWindows();
-    for (const HWND handle : top_levels) {
-        if (const HWND hit = HitInside(handle, point, part); hit != nullptr) {
+    for (const HWND handle : top_levels)
+        if (const HWND hit = HitInside(handle, point, part); hit != nullptr)
             return hit;
-        }
-    }
     part = HTNOWHERE;
     return nullptr;
 }
@@ -73,14 +66,12 @@ HWND HitWindow(POINT point, LRESULT& part) {
 // An owned window never lies beneath its owner: the owners rise first, and what a window owns rises behind
 // it.
 void RaiseWindow(HWND handle) {
-    if (const HWND owner = FindWindowState(handle)->owner; owner != nullptr) {
+    if (const HWND owner = FindWindowState(handle)->owner; owner != nullptr)
         RaiseWindow(owner);
-    }
     std::vector<HWND>& order = TopLevelWindows();
     const auto place = std::find(order.begin(), order.end(), handle);
-    if (place == order.end()) {
+    if (place == order.end())
         return;
-    }
     std::rotate(order.begin(), place, place + 1);
     std::stable_partition(order.begin(), order.end(),
                           [handle](HWND other) { return FindWindowState(other)->owner == handle; });
@@ -93,36 +84,30 @@ using host::WindowPointer;
 
 HWND WINAPI GetParent(HWND handle) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return nullptr;
-    }
-    if (window->parent != nullptr) {
+    if (window->parent != nullptr)
         return window->parent;
-    }
     return (window->style & WS_POPUP) != 0 ? window->owner : nullptr;
 }
 
 HWND WINAPI GetAncestor(HWND handle, UINT kind) {
     WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return nullptr;
-    }
-    if (kind == GA_ROOT) {
+    if (kind == GA_ROOT)
         return host::RootOf(handle);
-    }
     // The owners of overlapped windows do not count here.
     HWND found = handle;
-    for (HWND next = GetParent(found); next != nullptr; next = GetParent(found)) {
+    for (HWND next = GetParent(found); next != nullptr; next = GetParent(found))
         found = next;
-    }
     return found;
 }
 
 HWND WINAPI GetWindow(HWND handle, UINT relation) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr) {
+    if (window == nullptr)
         return nullptr;
-    }
     const std::vector<HWND>& siblings = host::SiblingsOf(*window);
     switch (relation) {
         case GW_HWNDFIRST:
@@ -144,11 +129,9 @@ HWND WINAPI GetWindow(HWND handle, UINT relation) {
 
 BOOL WINAPI EnumWindows(WNDENUMPROC procedure, LPARAM parameter) {
     const std::vector<HWND> top_levels = host::TopLevelWindows();
-    for (const HWND handle : top_levels) {
-        if (IsWindow(handle) && procedure(handle, parameter) == FALSE) {
+    for (const HWND handle : top_levels)
+        if (IsWindow(handle) && procedure(handle, parameter) == FALSE)
             return FALSE;
-        }
-    }
     return TRUE;
 }
 
@@ -156,9 +139,8 @@ BOOL WINAPI EnumThreadWindows(DWORD thread, WNDENUMPROC procedure, LPARAM parame
     const std::vector<HWND> top_levels = host::TopLevelWindows();
     for (const HWND handle : top_levels) {
         const bool counts = IsWindow(handle) && FindWindowState(handle)->thread == thread;
-        if (counts && procedure(handle, parameter) == FALSE) {
+        if (counts && procedure(handle, parameter) == FALSE)
             return FALSE;
-        }
     }
     return TRUE;
 }
@@ -168,9 +150,8 @@ HWND WINAPI FindWindowW(LPCWSTR class_name, LPCWSTR title) {
 }
 
 HWND WINAPI FindWindowExW(HWND parent, HWND after, LPCWSTR class_name, LPCWSTR title) {
-    if (parent != nullptr && FindWindowState(parent) == nullptr) {
+    if (parent != nullptr && FindWindowState(parent) == nullptr)
         return nullptr;
-    }
     const std::vector<HWND>& siblings =
         parent == nullptr ? host::TopLevelWindows() : FindWindowState(parent)->children;
     auto next = siblings.begin();
@@ -192,9 +173,8 @@ HWND WINAPI WindowFromPoint(POINT point) {
 BOOL WINAPI IsWindowVisible(HWND handle) {
     WindowPointer window = FindWindowState(handle);
     while (window != nullptr && (window->style & WS_VISIBLE) != 0) {
-        if (window->parent == nullptr) {
+        if (window->parent == nullptr)
             return TRUE;
-        }
         window = FindWindowState(window->parent);
     }
     return FALSE;

@@ -155,9 +155,8 @@ void MovePointer(POINT point);
 
 // Copies as much of the text as fits into the capacity, with its end; gives the characters without the end.
 inline LRESULT GiveText(std::u16string_view text, std::size_t capacity, LPARAM buffer) {
-    if (capacity == 0 || buffer == 0) {
+    if (capacity == 0 || buffer == 0)
         return 0;
-    }
     auto* const characters = reinterpret_cast<WCHAR*>(buffer);
     const std::size_t length = text.copy(characters, capacity - 1);
     characters[length] = u'\0';
