@@ -9,9 +9,7 @@ using BYTE = std::uint8_t;
 using WORD = std::uint16_t;
 using DWORD = std::uint32_t;
 using UINT = std::uint32_t;
-using ULONG = std::uint32_t;
 using LONG = std::int32_t;
-using INT = std::int32_t;
 using BOOL = int;
 using SHORT = std::int16_t;
 using LONGLONG = std::int64_t;
@@ -26,11 +24,8 @@ using WPARAM = std::uintptr_t;
 using LPARAM = std::intptr_t;
 using LRESULT = std::intptr_t;
 using ATOM = WORD;
-using LCID = DWORD;
 using LPWSTR = WCHAR*;
-using PWSTR = WCHAR*;
 using LPCWSTR = const WCHAR*;
-using PCWSTR = const WCHAR*;
 using LPSTR = char*;
 using LPCSTR = const char*;
 using LPVOID = void*;
@@ -54,7 +49,6 @@ using HFONT = struct FontTag*;
 using HDC = struct DeviceContextTag*;
 using HRGN = struct RegionTag*;
 using HDWP = void*;
-using HIMAGELIST = struct ImageListTag*;
 
 #define WINAPI
 #define CALLBACK

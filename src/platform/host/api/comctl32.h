@@ -13,19 +13,11 @@ struct INITCOMMONCONTROLSEX {
 };
 
 constexpr DWORD ICC_LISTVIEW_CLASSES = 0x0001;
-constexpr DWORD ICC_TREEVIEW_CLASSES = 0x0002;
-constexpr DWORD ICC_BAR_CLASSES = 0x0004;
 constexpr DWORD ICC_TAB_CLASSES = 0x0008;
 constexpr DWORD ICC_STANDARD_CLASSES = 0x4000;
 
-#define WC_STATICW TEXT("Static")
-#define WC_EDITW TEXT("Edit")
-#define WC_BUTTONW TEXT("Button")
-#define WC_COMBOBOXW TEXT("ComboBox")
 #define WC_TABCONTROLW TEXT("SysTabControl32")
 #define WC_LISTVIEWW TEXT("SysListView32")
-#define WC_TABCONTROL WC_TABCONTROLW
-#define WC_LISTVIEW WC_LISTVIEWW
 
 // FALSE with the last error set when a fault was asked for; the classes are there from the start.
 BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* classes);
@@ -34,11 +26,8 @@ BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* classes);
 
 constexpr UINT NM_CLICK = 0U - 2U;
 constexpr UINT NM_DBLCLK = 0U - 3U;
-constexpr UINT NM_RETURN = 0U - 4U;
-constexpr UINT NM_RCLICK = 0U - 5U;
 constexpr UINT NM_SETFOCUS = 0U - 7U;
 constexpr UINT NM_KILLFOCUS = 0U - 8U;
-constexpr UINT NM_CUSTOMDRAW = 0U - 12U;
 constexpr UINT NM_RELEASEDCAPTURE = 0U - 16U;
 
 // --- the tab control ---
@@ -53,11 +42,6 @@ struct TCITEMW {
     LPARAM lParam;
 };
 
-struct TCHITTESTINFO {
-    POINT pt;
-    UINT flags;
-};
-
 #pragma pack(push, 1)
 struct NMTCKEYDOWN {
     NMHDR hdr;
@@ -67,33 +51,18 @@ struct NMTCKEYDOWN {
 #pragma pack(pop)
 
 constexpr UINT TCIF_TEXT = 0x0001;
-constexpr UINT TCIF_IMAGE = 0x0002;
-constexpr UINT TCIF_PARAM = 0x0008;
-constexpr UINT TCIF_STATE = 0x0010;
-constexpr UINT TCHT_NOWHERE = 0x0001;
-constexpr UINT TCHT_ONITEMLABEL = 0x0004;
-constexpr UINT TCHT_ONITEM = 0x0006;
 
 constexpr UINT TCM_FIRST = 0x1300;
 constexpr UINT TCM_GETITEMCOUNT = TCM_FIRST + 4;
-constexpr UINT TCM_DELETEITEM = TCM_FIRST + 8;
-constexpr UINT TCM_DELETEALLITEMS = TCM_FIRST + 9;
 constexpr UINT TCM_GETITEMRECT = TCM_FIRST + 10;
 constexpr UINT TCM_GETCURSEL = TCM_FIRST + 11;
 constexpr UINT TCM_SETCURSEL = TCM_FIRST + 12;
-constexpr UINT TCM_HITTEST = TCM_FIRST + 13;
-constexpr UINT TCM_ADJUSTRECT = TCM_FIRST + 40;
-constexpr UINT TCM_GETROWCOUNT = TCM_FIRST + 44;
-constexpr UINT TCM_GETCURFOCUS = TCM_FIRST + 47;
-constexpr UINT TCM_SETCURFOCUS = TCM_FIRST + 48;
 constexpr UINT TCM_GETITEMW = TCM_FIRST + 60;
-constexpr UINT TCM_SETITEMW = TCM_FIRST + 61;
 constexpr UINT TCM_INSERTITEMW = TCM_FIRST + 62;
 
 constexpr UINT TCN_KEYDOWN = 0U - 550U;
 constexpr UINT TCN_SELCHANGE = 0U - 551U;
 constexpr UINT TCN_SELCHANGING = 0U - 552U;
-constexpr UINT TCN_FOCUSCHANGE = 0U - 554U;
 
 // --- the list view ---
 
@@ -127,14 +96,6 @@ struct LVCOLUMNW {
     int cxMin;
     int cxDefault;
     int cxIdeal;
-};
-
-struct LVHITTESTINFO {
-    POINT pt;
-    UINT flags;
-    int iItem;
-    int iSubItem;
-    int iGroup;
 };
 
 struct NMLISTVIEW {
@@ -175,35 +136,24 @@ static_assert(sizeof(NMLISTVIEW) == 64);
 static_assert(sizeof(NMITEMACTIVATE) == 72);
 static_assert(sizeof(NMLVKEYDOWN) == 30);
 
-constexpr DWORD LVS_ICON = 0x0000;
 constexpr DWORD LVS_REPORT = 0x0001;
 constexpr DWORD LVS_TYPEMASK = 0x0003;
 constexpr DWORD LVS_SINGLESEL = 0x0004;
 constexpr DWORD LVS_SHOWSELALWAYS = 0x0008;
-constexpr DWORD LVS_NOSORTHEADER = 0x8000;
-constexpr DWORD LVS_EX_GRIDLINES = 0x00000001;
 constexpr DWORD LVS_EX_FULLROWSELECT = 0x00000020;
 constexpr DWORD LVS_EX_DOUBLEBUFFER = 0x00010000;
 
 constexpr UINT LVIF_TEXT = 0x0001;
-constexpr UINT LVIF_IMAGE = 0x0002;
-constexpr UINT LVIF_PARAM = 0x0004;
 constexpr UINT LVIF_STATE = 0x0008;
 constexpr UINT LVIS_FOCUSED = 0x0001;
 constexpr UINT LVIS_SELECTED = 0x0002;
-constexpr UINT LVCF_FMT = 0x0001;
 constexpr UINT LVCF_WIDTH = 0x0002;
 constexpr UINT LVCF_TEXT = 0x0004;
-constexpr UINT LVCF_SUBITEM = 0x0008;
-constexpr UINT LVNI_ALL = 0x0000;
 constexpr UINT LVNI_FOCUSED = 0x0001;
 constexpr UINT LVNI_SELECTED = 0x0002;
 constexpr int LVIR_BOUNDS = 0;
-constexpr int LVIR_ICON = 1;
 constexpr int LVIR_LABEL = 2;
 constexpr int LVIR_SELECTBOUNDS = 3;
-constexpr UINT LVHT_NOWHERE = 0x0001;
-constexpr UINT LVHT_ONITEMLABEL = 0x0004;
 
 constexpr UINT LVM_FIRST = 0x1000;
 constexpr UINT LVM_GETITEMCOUNT = LVM_FIRST + 4;
@@ -211,13 +161,9 @@ constexpr UINT LVM_DELETEITEM = LVM_FIRST + 8;
 constexpr UINT LVM_DELETEALLITEMS = LVM_FIRST + 9;
 constexpr UINT LVM_GETNEXTITEM = LVM_FIRST + 12;
 constexpr UINT LVM_GETITEMRECT = LVM_FIRST + 14;
-constexpr UINT LVM_HITTEST = LVM_FIRST + 18;
 constexpr UINT LVM_ENSUREVISIBLE = LVM_FIRST + 19;
-constexpr UINT LVM_SCROLL = LVM_FIRST + 20;
-constexpr UINT LVM_DELETECOLUMN = LVM_FIRST + 28;
 constexpr UINT LVM_GETCOLUMNWIDTH = LVM_FIRST + 29;
 constexpr UINT LVM_SETCOLUMNWIDTH = LVM_FIRST + 30;
-constexpr UINT LVM_GETHEADER = LVM_FIRST + 31;
 constexpr UINT LVM_GETTOPINDEX = LVM_FIRST + 39;
 constexpr UINT LVM_GETCOUNTPERPAGE = LVM_FIRST + 40;
 constexpr UINT LVM_SETITEMSTATE = LVM_FIRST + 43;
@@ -225,12 +171,7 @@ constexpr UINT LVM_GETITEMSTATE = LVM_FIRST + 44;
 constexpr UINT LVM_GETSELECTEDCOUNT = LVM_FIRST + 50;
 constexpr UINT LVM_SETEXTENDEDLISTVIEWSTYLE = LVM_FIRST + 54;
 constexpr UINT LVM_GETEXTENDEDLISTVIEWSTYLE = LVM_FIRST + 55;
-constexpr UINT LVM_GETSUBITEMRECT = LVM_FIRST + 56;
-constexpr UINT LVM_GETITEMW = LVM_FIRST + 75;
-constexpr UINT LVM_SETITEMW = LVM_FIRST + 76;
 constexpr UINT LVM_INSERTITEMW = LVM_FIRST + 77;
-constexpr UINT LVM_GETCOLUMNW = LVM_FIRST + 95;
-constexpr UINT LVM_SETCOLUMNW = LVM_FIRST + 96;
 constexpr UINT LVM_INSERTCOLUMNW = LVM_FIRST + 97;
 constexpr UINT LVM_GETITEMTEXTW = LVM_FIRST + 115;
 constexpr UINT LVM_SETITEMTEXTW = LVM_FIRST + 116;
@@ -240,13 +181,6 @@ constexpr UINT LVN_ITEMCHANGED = 0U - 101U;
 constexpr UINT LVN_INSERTITEM = 0U - 102U;
 constexpr UINT LVN_DELETEITEM = 0U - 103U;
 constexpr UINT LVN_DELETEALLITEMS = 0U - 104U;
-constexpr UINT LVN_COLUMNCLICK = 0U - 108U;
-constexpr UINT LVN_BEGINDRAG = 0U - 109U;
-constexpr UINT LVN_ITEMACTIVATE = 0U - 114U;
 constexpr UINT LVN_KEYDOWN = 0U - 155U;
-constexpr UINT LVN_GETDISPINFOW = 0U - 177U;
 
 // The names without a letter, as the platform spells them for wide text.
-using TCITEM = TCITEMW;
-using LVITEM = LVITEMW;
-using LVCOLUMN = LVCOLUMNW;
