@@ -14,9 +14,7 @@ const ControlRow& RowOf(UINT id) {
 }
 
 Placement PlaceRow(const ControlRow& row, std::int32_t dx, std::int32_t dy) {
-    const bool grows_down = row.id == IDC_PAGE_TABS || row.id == IDC_MODULE_LIST;
-    return PlaceControl({nullptr, row.x, row.y, row.width, row.height, row.stretch}, row.id, grows_down, dx,
-                        dy);
+    return PlaceControl({nullptr, row.x, row.y, row.width, row.height, row.stretch}, row.id, dx, dy);
 }
 
 TEST(Placement, FollowsALargerClientArea) {

@@ -42,36 +42,6 @@ TEST(TextConvert, ShowsAnyMessage) {
     EXPECT_TRUE(WideFromMessage("").empty());
 }
 
-TEST(TextConvert, ReadsNumbersByDigitsAlone) {
-    const std::string outside = "Valeur hors limites : cle";
-    const struct {
-        std::uint32_t lowest, highest;
-        std::string message;
-        std::vector<std::string> values;
-    } cases[] = {
-        {16, 2048, "", {"16", "128", "0128", "2048", std::string(30, '0') + "128"}},
-        {0, 0xFFFFFFFF, "", {"4294967295"}},
-        {0, 0, "", {"0", "000"}},
-        {0, 0, outside, {"1"}},
-        // 2^32 + 16, 2^64 + 16 and ten times 2^64 come first among those that a shorter number hides.
-        {16,
-         2048,
-         outside,
-         {"15", "2049", "4294967312", "18446744073709551632", "184467440737095516160", std::string(20, '9')}},
-        {0,
-         9999,
-         "Valeur numérique invalide : cle",
-         {"", "+128", "-1", " 128", "128 ", "128\t", "0x80", "1e3", "12.5", "true", "128\0"s, "\xD9\xA1",
-          std::string(20, '9') + "x"}}};
-    for (const auto& c : cases) {
-        for (const std::string& value : c.values)
-            EXPECT_EQ(MessageOf([&] { ParseConfigNumber(value, c.lowest, c.highest, "cle"); }), c.message)
-                << value;
-    }
-    EXPECT_EQ(ParseConfigNumber(std::string(30, '0') + "128", 16, 2048, "cle"), 128U);
-    EXPECT_EQ(ParseConfigNumber("4294967295", 0, 0xFFFFFFFF, "cle"), 0xFFFFFFFFU);
-}
-
 TEST(TextConvert, WritesNumbersShort) {
     EXPECT_EQ(NumberText(0), "0");
     EXPECT_EQ(NumberText(1048576), "1048576");

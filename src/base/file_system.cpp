@@ -17,11 +17,11 @@ constexpr std::array<DWORD, 7> ABSENT{ERROR_FILE_NOT_FOUND,  ERROR_PATH_NOT_FOUN
                                       ERROR_NETNAME_DELETED, ERROR_INVALID_NAME,   ERROR_BAD_PATHNAME,
                                       ERROR_DIRECTORY};
 
-std::string OneLineErrorText(DWORD code) {
+std::string FailureText(const char* operation, DWORD code) {
     WideText text = WindowsErrorText(code);
     while (!text.empty() && (text.back() == 0x0D || text.back() == 0x0A))
         text.pop_back();
-    return Utf8FromWide(text);
+    return std::string(operation) + ": " + Utf8FromWide(text);
 }
 
 FileType FailedQuery(const WideText& path, const char* operation) {
@@ -33,15 +33,16 @@ FileType FailedQuery(const WideText& path, const char* operation) {
 
 }  // namespace
 
+void ThrowFileSystemError(const char* operation, DWORD code) {
+    throw std::runtime_error(FailureText(operation, code));
+}
+
 void ThrowFileSystemError(const char* operation, DWORD code, WideView path) {
-    std::string text = std::string(operation) + ": " + OneLineErrorText(code);
-    if (path.data() != nullptr)
-        text += ": \"" + Utf8FromWide(path) + "\"";
-    throw std::runtime_error(text);
+    throw std::runtime_error(FailureText(operation, code) + ": \"" + Utf8FromWide(path) + "\"");
 }
 
 WideText AbsolutePath(const WideText& path) {
-    WideText full(260, WCHAR{});
+    WideText full(MAX_PATH, WCHAR{});
     for (;;) {
         const DWORD length =
             GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);

@@ -9,9 +9,10 @@
 #include "base/owned_handle.h"
 #include "platform/win32.h"
 
-// Throws "OPERATION: MESSAGE" for a Windows error code, with the path in double quotes behind it, be it
-// empty, where one is given.
-[[noreturn]] void ThrowFileSystemError(const char* operation, DWORD code, WideView path = {});
+// Throws "OPERATION: MESSAGE" for a Windows error code; with a path, be it empty, "OPERATION: MESSAGE:
+// "PATH"".
+[[noreturn]] void ThrowFileSystemError(const char* operation, DWORD code);
+[[noreturn]] void ThrowFileSystemError(const char* operation, DWORD code, WideView path);
 
 // The full path, against the process's current directory. Does not ask whether the file is there.
 WideText AbsolutePath(const WideText& path);

@@ -67,13 +67,3 @@ WideText WideNumberText(std::uint64_t number) {
     const std::string digits = NumberText(number);
     return {digits.begin(), digits.end()};
 }
-
-std::uint32_t ParseConfigNumber(std::string_view value, std::uint32_t lowest, std::uint32_t highest,
-                                std::string_view key) {
-    const std::optional<std::uint64_t> number = ParseDigits(value);
-    if (!number)
-        throw std::runtime_error("Valeur numérique invalide : " + std::string(key));
-    if (*number < lowest || *number > highest)
-        throw std::runtime_error("Valeur hors limites : " + std::string(key));
-    return static_cast<std::uint32_t>(*number);
-}

@@ -41,8 +41,3 @@ std::optional<std::uint64_t> ParseDigits(std::basic_string_view<Character> text)
     }
     return text.empty() ? std::nullopt : std::optional(number);
 }
-
-// The number of a configuration value, from `lowest` to `highest`. Throws, naming the key, for anything but
-// ASCII digits and for a number out of bounds, however many digits it has.
-std::uint32_t ParseConfigNumber(std::string_view value, std::uint32_t lowest, std::uint32_t highest,
-                                std::string_view key);

@@ -47,37 +47,38 @@ std::string ModuleKey(std::size_t index, std::string_view what) {
     return "module." + NumberText(index) + "." + std::string(what);
 }
 
-// The assignment on a line; false where the line is blank or a comment. Throws for any other line.
-bool ReadAssignment(std::string_view line, ConfigTable::Entry& entry) {
+enum class Line { Assignment, Nothing, Invalid };
+
+// What a line is; an assignment is put into `entry`. A blank line and a comment are nothing.
+Line ReadLine(std::string_view line, ConfigTable::Entry& entry) {
     if (line.ends_with('\r'))
         line.remove_suffix(1);
     const std::size_t start = line.find_first_not_of(BLANKS);
     if (start == std::string_view::npos || line[start] == '#')
-        return false;
+        return Line::Nothing;
     const std::size_t equals = line.find('=', start);
     if (equals == std::string_view::npos || equals == start)
-        throw std::runtime_error("Ligne de configuration invalide.");
+        return Line::Invalid;
     const std::string_view key = line.substr(start, equals - start);
     entry.key = key.substr(0, key.find_last_not_of(BLANKS) + 1);
     entry.value = line.substr(equals + 1);
-    return true;
+    return Line::Assignment;
 }
 
-// Visits the assignments until the end or the first invalid line, whose failure it gives back for later.
+// Visits the assignments up to the end or to the first invalid line; false for the latter.
 template <typename Visit>
-std::exception_ptr ForEachAssignment(std::string_view text, const Visit& visit) {
-    try {
-        while (!text.empty()) {
-            const std::size_t line_end = std::min(text.find('\n'), text.size());
-            ConfigTable::Entry entry;
-            if (ReadAssignment(text.substr(0, line_end), entry))
-                visit(entry);
-            text.remove_prefix(std::min(line_end + 1, text.size()));
-        }
-        return nullptr;
-    } catch (const std::runtime_error&) {
-        return std::current_exception();
+bool ForEachAssignment(std::string_view text, const Visit& visit) {
+    while (!text.empty()) {
+        const std::size_t line_end = std::min(text.find('\n'), text.size());
+        ConfigTable::Entry entry;
+        const Line line = ReadLine(text.substr(0, line_end), entry);
+        if (line == Line::Invalid)
+            return false;
+        if (line == Line::Assignment)
+            visit(entry);
+        text.remove_prefix(std::min(line_end + 1, text.size()));
     }
+    return true;
 }
 
 // Of the sorted entries, the one that repeats a key first in the order of the file.
@@ -98,22 +99,27 @@ bool ComesBefore(const ConfigTable::Entry& left, const ConfigTable::Entry& right
 }
 
 // A repeated key is found by sorting, so that the table needs no second structure. An invalid line hides what
-// stands behind it, and a repeat in front of it is told first.
+// follows it, and a repeat before it is told first.
 ConfigTable ReadTable(std::string_view text) {
     ConfigTable table;
     std::size_t count = 0;  // the table is made in its final size: growing would hold it twice
     ForEachAssignment(text, [&](const ConfigTable::Entry&) { ++count; });
     table.entries.reserve(count);
-    const std::exception_ptr invalid_line =
+    const bool all_lines_valid =
         ForEachAssignment(text, [&](const ConfigTable::Entry& entry) { table.entries.push_back(entry); });
     std::sort(table.entries.begin(), table.entries.end(), ComesBefore);
     if (const ConfigTable::Entry* repeat = FirstRepeat(table.entries))
         throw std::runtime_error("Clé répétée : " + std::string(repeat->key));
-    if (invalid_line)
-        std::rethrow_exception(invalid_line);
+    if (!all_lines_valid)
+        throw std::runtime_error("Ligne de configuration invalide.");
     return table;
 }
 
+std::string_view FlagText(bool flag) {
+    return flag ? "1" : "0";
+}
+
+// A key that is not there leaves the field at the default of the record.
 void TakeValues(ConfigTable& table, VmConfig& config) {
     for (const TextKey& row : TEXT_KEYS)
         config.*row.field = WideFromUtf8(TakeConfigValue(table, row.key, {}));
@@ -122,8 +128,10 @@ void TakeValues(ConfigTable& table, VmConfig& config) {
         config.*row.field =
             ParseConfigNumber(TakeConfigValue(table, row.key, missing), row.lowest, row.highest, row.key);
     }
-    for (const FlagKey& row : FLAG_KEYS)
-        config.*row.field = ParseConfigNumber(TakeConfigValue(table, row.key, "0"), 0, 1, row.key) != 0;
+    for (const FlagKey& row : FLAG_KEYS) {
+        const std::string_view missing = FlagText(config.*row.field);
+        config.*row.field = ParseConfigNumber(TakeConfigValue(table, row.key, missing), 0, 1, row.key) != 0;
+    }
     for (std::size_t slot = 0; slot < IDE_KEYS.size(); ++slot)
         config.ide[slot] = WideFromUtf8(TakeConfigValue(table, IDE_KEYS[slot], {}));
 }
@@ -161,6 +169,16 @@ std::string_view TakeConfigValue(ConfigTable& table, std::string_view key, std::
     return found->value;
 }
 
+std::uint32_t ParseConfigNumber(std::string_view value, std::uint32_t lowest, std::uint32_t highest,
+                                std::string_view key) {
+    const std::optional<std::uint64_t> number = ParseDigits(value);
+    if (!number)
+        throw std::runtime_error("Valeur numérique invalide : " + std::string(key));
+    if (*number < lowest || *number > highest)
+        throw std::runtime_error("Valeur hors limites : " + std::string(key));
+    return static_cast<std::uint32_t>(*number);
+}
+
 VmConfig ParseConfigText(std::string_view text) {
     if (text.starts_with(BYTE_ORDER_MARK))
         text.remove_prefix(BYTE_ORDER_MARK.size());
@@ -184,7 +202,7 @@ std::string ComposeConfigText(const VmConfig& config) {
     for (const NumberKey& row : NUMBER_KEYS)
         AppendLine(text, row.key, NumberText(config.*row.field));
     for (const FlagKey& row : FLAG_KEYS)
-        AppendLine(text, row.key, config.*row.field ? "1" : "0");
+        AppendLine(text, row.key, FlagText(config.*row.field));
     for (std::size_t slot = 0; slot < IDE_KEYS.size(); ++slot)
         AppendLine(text, IDE_KEYS[slot], Utf8FromWide(config.ide[slot]));
     AppendLine(text, "module_count", NumberText(config.modules.size()));

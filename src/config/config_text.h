@@ -27,6 +27,11 @@ struct ConfigTable {
 // The value of the key, which is then used up, or the default where the table does not hold the key.
 std::string_view TakeConfigValue(ConfigTable& table, std::string_view key, std::string_view default_value);
 
+// The number of a configuration value, from `lowest` to `highest`. Throws, naming the key, for anything but
+// ASCII digits and for a number out of bounds, however many digits it has.
+std::uint32_t ParseConfigNumber(std::string_view value, std::uint32_t lowest, std::uint32_t highest,
+                                std::string_view key);
+
 // The record that the whole content of a file stands for, validated, its paths as they were written. Throws
 // with the first thing that is wrong: the encoding of the whole, the lines, the version, the values, unknown
 // keys, the limits.

@@ -1,10 +1,10 @@
 #include "form/form.h"
 
-#include <array>
 #include <stdexcept>
 
 #include "form/control_table.h"
 #include "form/form_layout.h"
+#include "form/writable_text.h"
 
 namespace {
 
@@ -32,20 +32,20 @@ void FillZoomList(HWND combo_box) {
 }
 
 void InsertTabs(HWND tab_control) {
-    std::array<WideText, 2> names{TEXT("Disques IDE"), TEXT("Modules Multiboot")};
-    for (std::size_t index = 0; index < names.size(); ++index) {
+    WPARAM index = 0;
+    for (const WCHAR* name : {TEXT("Disques IDE"), TEXT("Modules Multiboot")}) {
         TCITEMW item{};
         item.mask = TCIF_TEXT;
-        item.pszText = names[index].data();
-        SendMessageW(tab_control, TCM_INSERTITEMW, index, reinterpret_cast<LPARAM>(&item));
+        item.pszText = WritableText(name);
+        SendMessageW(tab_control, TCM_INSERTITEMW, index++, reinterpret_cast<LPARAM>(&item));
     }
 }
 
-void InsertColumn(HWND list, WPARAM index, WideText title, int width) {
+void InsertColumn(HWND list, WPARAM index, const WCHAR* title, int width) {
     LVCOLUMNW column{};
     column.mask = LVCF_WIDTH | LVCF_TEXT;
     column.cx = width;
-    column.pszText = title.data();
+    column.pszText = WritableText(title);
     SendMessageW(list, LVM_INSERTCOLUMNW, index, reinterpret_cast<LPARAM>(&column));
 }
 

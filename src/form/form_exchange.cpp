@@ -10,6 +10,7 @@
 #include "base/text_convert.h"
 #include "form/form_ids.h"
 #include "form/title.h"
+#include "form/writable_text.h"
 
 namespace {
 
@@ -68,17 +69,11 @@ void FillFields(const Launcher& launcher, const VmConfig& config) {
         SetField(launcher, IDE_FIELDS[slot], config.ide[slot]);
 }
 
-// The list view takes its texts through pointers to writable characters and copies them; it does not write
-// there.
-LPWSTR WritableText(const WideText& text) {
-    return const_cast<LPWSTR>(text.c_str());
-}
-
 void InsertModuleRow(HWND list, std::size_t index, const ModuleEntry& module) {
     LVITEMW item{};
     item.mask = LVIF_TEXT;
     item.iItem = static_cast<int>(index);
-    item.pszText = WritableText(module.path);
+    item.pszText = WritableText(module.path.c_str());
     SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
     SetModuleRowArguments(list, index, module.command);
 }
@@ -160,6 +155,6 @@ void SelectModuleRow(Launcher& launcher, std::int32_t index) {
 void SetModuleRowArguments(HWND list, std::size_t index, const WideText& arguments) {
     LVITEMW item{};
     item.iSubItem = 1;
-    item.pszText = WritableText(arguments);
+    item.pszText = WritableText(arguments.c_str());
     SendMessageW(list, LVM_SETITEMTEXTW, index, reinterpret_cast<LPARAM>(&item));
 }

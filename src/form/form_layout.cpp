@@ -10,8 +10,7 @@ void MoveControls(const Launcher& launcher, std::int32_t dx, std::int32_t dy) {
         return;
     for (const LayoutItem& item : launcher.layout_items) {
         const auto id = static_cast<UINT>(GetDlgCtrlID(item.window));
-        const bool grows_down = item.window == launcher.tab_control || item.window == launcher.module_list;
-        const Placement placed = PlaceControl(item, id, grows_down, dx, dy);
+        const Placement placed = PlaceControl(item, id, dx, dy);
         batch = DeferWindowPos(batch, item.window, nullptr, placed.x, placed.y, placed.width, placed.height,
                                SWP_NOZORDER | SWP_NOACTIVATE);
         if (batch == nullptr)
@@ -29,11 +28,18 @@ void ShowControls(const std::vector<HWND>& controls, bool visible) {
         ShowWindow(control, visible ? SW_SHOW : SW_HIDE);
 }
 
-// The group boxes and the tab control lie over their controls as siblings and paint across them. Invalidating
-// the window leaves its children out, and what is shown or moved repaints itself without its frame: controls
-// would stay painted over.
-void RepaintWithChildren(HWND window) {
-    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+// The group boxes and the tab control lie over their controls as siblings and paint across them. What is
+// shown or moved repaints itself without its frame, so controls would stay painted over. `area` in client
+// coordinates, null for the whole client area.
+void RepaintWithChildren(HWND window, const RECT* area) {
+    RedrawWindow(window, area, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+}
+
+RECT PlaceInParent(HWND control) {
+    RECT place{};
+    GetWindowRect(control, &place);
+    MapWindowPoints(nullptr, GetParent(control), reinterpret_cast<POINT*>(&place), 2);
+    return place;
 }
 
 }  // namespace
@@ -55,13 +61,15 @@ void LayoutForm(Launcher& launcher) {
         SetColumnWidth(launcher.module_list, 0, widths.file);
         SetColumnWidth(launcher.module_list, 1, widths.arguments);
     }
+    // The first leaves the children out, for the window clips them; the second paints them again over it.
     InvalidateRect(launcher.main_window, nullptr, TRUE);
-    RepaintWithChildren(launcher.main_window);
+    RepaintWithChildren(launcher.main_window, nullptr);
 }
 
 void ShowTabPage(Launcher& launcher) {
     const TabPage page = PageOfTab(SendMessageW(launcher.tab_control, TCM_GETCURSEL, 0, 0));
     ShowControls(launcher.disk_page_controls, page == TabPage::Disks);
     ShowControls(launcher.module_page_controls, page == TabPage::Modules);
-    RepaintWithChildren(launcher.main_window);
+    const RECT pages = PlaceInParent(launcher.tab_control);
+    RepaintWithChildren(launcher.main_window, &pages);
 }

@@ -9,6 +9,9 @@ namespace {
 
 constexpr std::int32_t BOTTOM_ZONE = 552;  // from this y on a control follows the bottom edge
 constexpr std::int32_t LIST_BASE_WIDTH = 728;
+constexpr std::int32_t FILE_COLUMN_MIN = 220;
+constexpr std::int32_t ARGUMENTS_COLUMN_MIN = 160;
+constexpr std::int32_t SCROLL_BAR_ROOM = 24;  // kept free beside the columns
 constexpr std::array RIGHT_ANCHORED{IDC_KERNEL_BROWSE,
                                     IDC_DUMP_BROWSE,
                                     IDC_MODULE_ADD,
@@ -24,20 +27,25 @@ bool FollowsRightEdge(UINT id) {
     return std::find(RIGHT_ANCHORED.begin(), RIGHT_ANCHORED.end(), id) != RIGHT_ANCHORED.end();
 }
 
+bool FollowsHeight(UINT id) {
+    return id == IDC_PAGE_TABS || id == IDC_MODULE_LIST;
+}
+
 }  // namespace
 
-Placement PlaceControl(const LayoutItem& item, UINT id, bool grows_down, std::int32_t dx, std::int32_t dy) {
+Placement PlaceControl(const LayoutItem& item, UINT id, std::int32_t dx, std::int32_t dy) {
     return {
         item.x + (FollowsRightEdge(id) ? dx : 0),
         item.y + (item.y >= BOTTOM_ZONE ? dy : 0),
         std::max(item.width + (item.stretch ? dx : 0), 1),
-        std::max(item.height + (grows_down ? dy : 0), 1),
+        std::max(item.height + (FollowsHeight(id) ? dy : 0), 1),
     };
 }
 
 ColumnWidths ModuleColumnWidths(std::int32_t dx) {
     const std::int32_t list_width = dx + LIST_BASE_WIDTH;
-    return {std::max(3 * list_width / 5, 220), std::max(2 * list_width / 5 - 24, 160)};
+    return {std::max(3 * list_width / 5, FILE_COLUMN_MIN),
+            std::max(2 * list_width / 5 - SCROLL_BAR_ROOM, ARGUMENTS_COLUMN_MIN)};
 }
 
 TabPage PageOfTab(std::intptr_t tab_index) {

@@ -19,9 +19,8 @@ struct Placement {
 };
 
 // The rectangle of a control when the client area is `dx` by `dy` pixels larger than its base size (smaller
-// when negative). `grows_down` is for the tab control and the module list, which follow the height too. Width
-// and height come out as 1 at least.
-Placement PlaceControl(const LayoutItem& item, UINT id, bool grows_down, std::int32_t dx, std::int32_t dy);
+// when negative). Width and height come out as 1 at least.
+Placement PlaceControl(const LayoutItem& item, UINT id, std::int32_t dx, std::int32_t dy);
 
 struct ColumnWidths {
     std::int32_t file;

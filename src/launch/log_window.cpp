@@ -22,9 +22,9 @@ bool LogWindowExists(const Launcher& launcher) {
 }
 
 void MakeLogWindow(Launcher& launcher) {
-    launcher.log_window = CreateWindowExW(
-        WS_EX_TOOLWINDOW, TEXT("VeldraneVmLog"), TEXT("Veldrane VM — Journal"), WS_OVERLAPPEDWINDOW,
-        CW_USEDEFAULT, CW_USEDEFAULT, 850, 520, launcher.main_window, nullptr, launcher.instance, nullptr);
+    launcher.log_window = CreateWindowExW(WS_EX_TOOLWINDOW, LOG_WINDOW_CLASS, TEXT("Veldrane VM — Journal"),
+                                          WS_OVERLAPPEDWINDOW, CW_USEDEFAULT, CW_USEDEFAULT, 850, 520,
+                                          launcher.main_window, nullptr, launcher.instance, nullptr);
     if (launcher.log_window == nullptr)
         throw std::runtime_error("Création du journal impossible.");
 }

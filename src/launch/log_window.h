@@ -8,6 +8,9 @@
 // The most that is ever read of a log, in bytes, from its end.
 inline constexpr DWORD LOG_TAIL_LIMIT = 0x100000;
 
+// The class of the log window, whose procedure is LogWindowProc.
+inline constexpr WCHAR LOG_WINDOW_CLASS[] = TEXT("VeldraneVmLog");
+
 // Shows the log of the last run in its window, in front; says so in the status line when there is none.
 // Throws when the file cannot be looked at or the window cannot be made.
 void ShowLogWindow(Launcher& launcher);

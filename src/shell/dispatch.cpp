@@ -16,8 +16,8 @@
 
 namespace {
 
-void EndFollowing(Launcher& launcher) {
-    KillTimer(launcher.main_window, 1);
+void EndProgram(Launcher& launcher) {
+    KillTimer(launcher.main_window, TICK_TIMER_ID);
     if (launcher.engine_process != nullptr) {
         CloseHandle(launcher.engine_process);
         launcher.engine_process = nullptr;
@@ -115,7 +115,7 @@ LRESULT HandleMainMessage(Launcher& launcher, UINT message, WPARAM wparam, LPARA
             BuildForm(launcher);
             return 0;
         case WM_DESTROY:
-            EndFollowing(launcher);
+            EndProgram(launcher);
             return 0;
         case WM_SIZE:
             LayoutForm(launcher);

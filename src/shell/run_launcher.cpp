@@ -9,6 +9,7 @@
 #include "base/text_convert.h"
 #include "form/form_exchange.h"
 #include "form/form_layout.h"
+#include "form/title_text.h"
 #include "launch/log_window.h"
 #include "shell/config_commands.h"
 #include "shell/dispatch.h"
@@ -17,7 +18,6 @@
 namespace {
 
 constexpr WCHAR MAIN_CLASS[] = TEXT("VeldraneVmLauncher");
-constexpr WCHAR LOG_CLASS[] = TEXT("VeldraneVmLog");
 constexpr UINT TICK_PERIOD_MS = 250;
 
 WideText EnginePath() {
@@ -47,7 +47,7 @@ void RegisterClasses(HINSTANCE instance) {
     if (RegisterClassW(&window_class) == 0)
         throw std::runtime_error("Enregistrement de la fenêtre impossible.");
     window_class.lpfnWndProc = LogWindowProc;
-    window_class.lpszClassName = LOG_CLASS;
+    window_class.lpszClassName = LOG_WINDOW_CLASS;
     if (RegisterClassW(&window_class) == 0)
         throw std::runtime_error("Enregistrement du journal impossible.");
 }
@@ -55,7 +55,7 @@ void RegisterClasses(HINSTANCE instance) {
 void CreateMainWindow(Launcher& launcher) {
     const SIZE size = BaseWindowSize();
     launcher.main_window =
-        CreateWindowExW(0, MAIN_CLASS, TEXT("Veldrane VM — Configuration"), MAIN_WINDOW_STYLE, CW_USEDEFAULT,
+        CreateWindowExW(0, MAIN_CLASS, TitleText(false).c_str(), MAIN_WINDOW_STYLE, CW_USEDEFAULT,
                         CW_USEDEFAULT, size.cx, size.cy, nullptr, nullptr, launcher.instance, &launcher);
     if (launcher.main_window == nullptr)
         throw std::runtime_error("Création du lanceur impossible.");
@@ -104,7 +104,7 @@ int StartAndPump(Launcher& launcher, HINSTANCE instance, int show_command) {
     CreateMainWindow(launcher);
     FillForm(launcher);
     LoadDefaultFile(launcher);
-    if (SetTimer(launcher.main_window, 1, TICK_PERIOD_MS, nullptr) == 0)
+    if (SetTimer(launcher.main_window, TICK_TIMER_ID, TICK_PERIOD_MS, nullptr) == 0)
         throw std::runtime_error("Initialisation du suivi VM impossible.");
     ShowWindow(launcher.main_window, show_command);
     UpdateWindow(launcher.main_window);
