@@ -32,7 +32,7 @@ void Normalize(benchmark::State& state, WideView piece) {
     Run(state, [&] { return NormalPath(path); });
 }
 
-// Names first and as many `..` behind them: the names go one by one from the end.
+// Names first then as many `..`: the names go one by one from the end.
 void NormalizeNested(benchmark::State& state) {
     const std::int64_t names = state.range(0) / 5;
     const WideText path =

@@ -5,5 +5,5 @@
 #include <vector>
 
 // One text for each open descriptor, or each handle that is marked as inheritable, in the order of their
-// values: the value, and behind it the kind or the file where the platform tells.
+// values: the value, then the kind or the file where the platform tells.
 std::vector<std::string> InheritedHandles();

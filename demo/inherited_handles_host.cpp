@@ -1,3 +1,4 @@
+// The descriptors that a process was started with, read from the system's own list.
 #include <dirent.h>
 #include <limits.h>
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// The handles that a process was started with: every value that a handle can have is tried.
 #include "demo/inherited_handles.h"
 
 #include <cstdint>

@@ -1,3 +1,5 @@
+// What the stand-in engine looks at before it plays a machine: the kernel's headers and the files that are
+// named.
 #include "demo/tessarun_checks.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The short machine of the stand-in engine: lines over time, then an end.
 #include "demo/tessarun_machine.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The standard output of the stand-in engine, written unbuffered so that a log shows it at once.
 #include "demo/tessarun_output.h"
 
 #include <stdexcept>

@@ -1,3 +1,5 @@
+// Reading the engine's command line: the options in their one order, and the words of the kernel that play on
+// the machine.
 #include "demo/tessarun_request.h"
 
 #include <algorithm>

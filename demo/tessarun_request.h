@@ -13,7 +13,7 @@ struct EngineRequest {
     bool dry_run = false;
 };
 
-// Reads the arguments behind the engine's own name: the kernel, then the options in the one order in which
+// Reads the arguments after the engine's own name: the kernel, then the options in the one order in which
 // the launcher gives them. Throws for a missing kernel, an option that is unknown, repeated, out of its place
 // or absent, a missing or empty value, and for a number that is out of bounds or not in its shortest form.
 EngineRequest ParseEngineArguments(const std::vector<WideText>& arguments);

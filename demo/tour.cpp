@@ -1,3 +1,4 @@
+// The story of the demonstration, step by step, each with what the user must see.
 #include "demo/tour.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// Which notification of which control becomes which command.
 #include "shell/command_decision.h"
 
 #include <gtest/gtest.h>

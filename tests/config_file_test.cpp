@@ -1,3 +1,4 @@
+// Configuration files on a real disk: read, replaced, refused.
 #include "config/config_file.h"
 
 #include <gtest/gtest.h>

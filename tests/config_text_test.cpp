@@ -1,3 +1,4 @@
+// The text of configurations on values alone: every rule of the format.
 #include "config/config_text.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// The engine's command line and its quoting.
 #include "launch/engine_command.h"
 
 #include <gtest/gtest.h>

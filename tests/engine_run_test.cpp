@@ -1,3 +1,4 @@
+// Whole runs of the engine, from the button to the end.
 #include "launch/engine_run.h"
 
 #include <gtest/gtest.h>

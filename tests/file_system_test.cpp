@@ -1,3 +1,4 @@
+// The wording of the file system's failures, and what counts as a file.
 #include "base/file_system.h"
 #include "base/windows_error.h"
 

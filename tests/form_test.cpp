@@ -1,3 +1,4 @@
+// The form as the user sees it.
 #include "form/form.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// A run of the whole program in a folder of its own.
 #include "launcher_run.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// The log as text: encodings and line ends.
 #include "launch/log_text.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// The list of modules as a value.
 #include "form/module_edit.h"
 
 #include <gtest/gtest.h>

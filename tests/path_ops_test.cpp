@@ -1,3 +1,4 @@
+// Path operations on text alone.
 #include "base/path_ops.h"
 
 #include <gtest/gtest.h>

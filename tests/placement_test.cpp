@@ -1,3 +1,4 @@
+// Where controls stand in a client area of any size.
 #include "form/placement.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// Starting and closing the program.
 #include "shell/run_launcher.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// Files for tests, by the language's own library.
 #include "scratch.h"
 
 #include <algorithm>

@@ -319,7 +319,7 @@ TEST(Story, BringsThreeModulesToTheFileAndTheEngineInTheirOrder) {
         EXPECT_TRUE(user::WaitUntil([&] { return launcher.config.modules.size() == 2; }));
         ExpectEdit(run.launcher);
         EXPECT_EQ(ArgumentsOfRow(launcher, 0), "trois \"é\"");
-        EXPECT_EQ(SelectedRow(launcher), 1) << "the one behind it is selected";
+        EXPECT_EQ(SelectedRow(launcher), 1) << "the one below it is selected";
         EXPECT_FALSE(user::IsEnabled(IDC_MODULE_DOWN));
 
         user::Click(IDC_SAVE);

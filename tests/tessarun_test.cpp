@@ -149,7 +149,7 @@ TEST(Tessarun, KnowsAMultibootKernelByItsBytes) {
         bool is_kernel;
         bool has_header;
     } CASES[] = {
-        {"behind the ELF header", 52, 6, 1, true, true},
+        {"after the ELF header", 52, 6, 1, true, true},
         {"last place for a header", 8180, 6, 1, true, true},
         {"header across the end of the area", 8184, 6, 1, true, false},
         {"header off the boundary of four", 54, 6, 1, true, false},

@@ -1,3 +1,4 @@
+// Conversions between the two forms of text.
 #include "base/text_convert.h"
 
 #include <gtest/gtest.h>

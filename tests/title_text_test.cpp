@@ -1,3 +1,4 @@
+// Texts of title and line, and which controls are enabled.
 #include "form/title_text.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// The record, its defaults and its limits.
 #include "config/vm_config.h"
 
 #include <gtest/gtest.h>

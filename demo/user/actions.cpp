@@ -1,3 +1,4 @@
+// What a user does with mouse and keyboard, as messages and input to the windows that he sees.
 #include <string>
 #include <vector>
 

@@ -1,3 +1,4 @@
+// Questions to the file system, and the wording of its failures.
 #include "base/file_system.h"
 
 #include <algorithm>

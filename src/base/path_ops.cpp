@@ -1,3 +1,4 @@
+// Windows paths as text: where the root ends, and the one pass that builds a normal form.
 #include "base/path_ops.h"
 
 #include <algorithm>
@@ -40,8 +41,8 @@ std::size_t RootNameEnd(WideView path) {
 }
 
 std::size_t RelativeStart(WideView path) {
-    const auto behind_name = path.begin() + static_cast<std::ptrdiff_t>(RootNameEnd(path));
-    return static_cast<std::size_t>(std::find_if_not(behind_name, path.end(), IsSeparator) - path.begin());
+    const auto after_name = path.begin() + static_cast<std::ptrdiff_t>(RootNameEnd(path));
+    return static_cast<std::size_t>(std::find_if_not(after_name, path.end(), IsSeparator) - path.begin());
 }
 
 bool HasRootDirectory(WideView path) {
@@ -63,7 +64,7 @@ struct Normalizer {
         --names;
     }
 
-    void Add(WideView element, bool separator_behind) {
+    void Add(WideView element, bool separator_follows) {
         if (element == TEXT("."))
             return;
         if (element == TEXT("..")) {
@@ -75,7 +76,7 @@ struct Normalizer {
             ++names;
         }
         text += element;
-        if (separator_behind)
+        if (separator_follows)
             text += BACKSLASH;
     }
 
@@ -108,13 +109,13 @@ WideText JoinPath(WideView base, WideView path) {
     const WideView path_root = path.substr(0, RootNameEnd(path));
     if (IsAbsolutePath(path) || (!path_root.empty() && path_root != base_root))
         return WideText(path);
-    const WideView behind_root = path.substr(path_root.size());
+    const WideView after_root = path.substr(path_root.size());
     WideText joined(HasRootDirectory(path) ? base_root : base);
     const bool needs_separator = !HasRootDirectory(path) && !base.empty() && !IsSeparator(base.back()) &&
                                  !(base_root.size() == base.size() && base.size() < 3);
     if (needs_separator)
         joined += BACKSLASH;
-    joined += behind_root;
+    joined += after_root;
     return joined;
 }
 

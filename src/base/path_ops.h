@@ -1,5 +1,5 @@
 // Operations on the text of Windows paths, on whatever machine they run. They touch no disk and cannot fail.
-// Both slashes separate. A path is a root name, the separators behind it (its root directory), and a relative
+// Both slashes separate. A path is a root name, the separators after it (its root directory), and a relative
 // part.
 #pragma once
 

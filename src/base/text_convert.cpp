@@ -1,3 +1,4 @@
+// Conversions in two calls each: one for the size, one for the text.
 #include "base/text_convert.h"
 
 #include <algorithm>

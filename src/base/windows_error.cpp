@@ -1,3 +1,4 @@
+// The system's own texts, in a buffer that the system makes and we give back.
 #include "base/windows_error.h"
 
 #include <memory>

@@ -3,6 +3,6 @@
 
 #include "platform/win32.h"
 
-// The system's own text for an error code, with the line end that the system puts behind it; where it has
+// The system's own text for an error code, with the line end that the system puts after it; where it has
 // none, the code in words of ours. Fails only by exhaustion of memory.
 WideText WindowsErrorText(DWORD code);

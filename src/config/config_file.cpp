@@ -1,3 +1,4 @@
+// Reading a whole file, and the replacement by way of a temporary one.
 #include "config/config_file.h"
 
 #include <stdexcept>

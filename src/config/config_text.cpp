@@ -1,3 +1,4 @@
+// The keys of the file as tables, from which one pass reads and another composes.
 #include "config/config_text.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The limits of a record, in the order in which they are told.
 #include "config/vm_config.h"
 
 #include <stdexcept>

@@ -1,3 +1,4 @@
+// The call of the system's boxes, and which button browses for which field.
 #include "form/file_picker.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The controls as the table lists them, and what some of them need as soon as they stand.
 #include "form/form.h"
 
 #include <stdexcept>

@@ -1,3 +1,4 @@
+// Control by control between the window and the record.
 #include "form/form_exchange.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// The batch of moves, the two pages, and what must be painted again after either.
 #include "form/form_layout.h"
 
 #include "form/placement.h"

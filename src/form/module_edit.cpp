@@ -1,3 +1,4 @@
+// Operations on the list of modules.
 #include "form/module_edit.h"
 
 #include <utility>

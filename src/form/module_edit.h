@@ -10,7 +10,7 @@
 // Appends a module with this file; its arguments are the file's own name, with its extension.
 void AppendModule(VmConfig& config, const WideText& path);
 
-// Takes the module at `index` out; those behind it move up by one. The index must be valid.
+// Takes the module at `index` out; those below it move up by one. The index must be valid.
 void EraseModule(VmConfig& config, std::int32_t index);
 
 // Where the module at `selected` goes when it moves by `delta`; none if nothing is selected or it would leave

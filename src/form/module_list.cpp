@@ -1,3 +1,4 @@
+// The commands of the module page: a new record first, then the record in its place, then the list.
 #include "form/module_list.h"
 
 #include <optional>
@@ -18,7 +19,7 @@ void AdoptEditedList(Launcher& launcher, VmConfig config) {
     FillForm(launcher);
 }
 
-// The entry of the selected row; null for none. The list can be longer than the record's for a moment: behind
+// The entry of the selected row; null for none. The list can be longer than the record's for a moment: after
 // a load that has failed in the middle.
 ModuleEntry* SelectedModule(Launcher& launcher) {
     const auto index = static_cast<std::size_t>(launcher.selected_module);

@@ -10,7 +10,7 @@
 // ReadForm throw, and at the limit of modules, with nothing changed.
 void AddModule(Launcher& launcher);
 
-// Takes the selected module out; the one behind it is then selected. Throws what ReadForm throws, with
+// Takes the selected module out; the one below it is then selected. Throws what ReadForm throws, with
 // nothing changed.
 void RemoveModule(Launcher& launcher);
 

@@ -1,3 +1,4 @@
+// The rule of the layout: who follows which edge.
 #include "form/placement.h"
 
 #include <algorithm>

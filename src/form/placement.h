@@ -32,5 +32,5 @@ ColumnWidths ModuleColumnWidths(std::int32_t dx);
 
 enum class TabPage { Disks, Modules };
 
-// The page behind the tab with this index; anything but the first tab is the module page.
+// The page of the tab with this index; anything but the first tab is the module page.
 TabPage PageOfTab(std::intptr_t tab_index);

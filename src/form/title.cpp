@@ -1,3 +1,4 @@
+// What the record says, brought to the title, the line and the buttons.
 #include "form/title.h"
 
 #include "form/form_ids.h"

@@ -1,3 +1,4 @@
+// The texts of title and line, and the conditions of the enabling.
 #include "form/title_text.h"
 
 WideText TitleText(bool dirty) {

@@ -6,7 +6,7 @@
 
 #include "platform/win32.h"
 
-// The title of the main window; a mark stands behind it while there are unsaved changes.
+// The title of the main window; a mark follows it while there are unsaved changes.
 WideText TitleText(bool dirty);
 
 // The line that names the configuration file, or says that there is none yet.

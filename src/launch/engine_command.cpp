@@ -1,3 +1,4 @@
+// Options in the engine's order, and the quoting that the platform takes apart again.
 #include "launch/engine_command.h"
 
 #include <array>

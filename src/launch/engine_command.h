@@ -7,7 +7,7 @@
 #include "config/vm_config.h"
 #include "platform/win32.h"
 
-// What the engine gets behind its own path, in order, unquoted. Throws when the record is not valid or names
+// What the engine gets after its own path, in order, unquoted. Throws when the record is not valid or names
 // no kernel.
 std::vector<WideText> BuildEngineArguments(const VmConfig& config, bool dry_run);
 

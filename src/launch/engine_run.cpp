@@ -1,3 +1,4 @@
+// The checks before a start, the start, and the end of a run.
 #include "launch/engine_run.h"
 
 #include <stdexcept>

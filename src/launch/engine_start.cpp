@@ -1,3 +1,4 @@
+// The process itself: the log and its input as the only handles that it inherits.
 #include "launch/engine_start.h"
 
 #include <stdexcept>

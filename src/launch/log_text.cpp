@@ -1,3 +1,4 @@
+// Decoding the log as a whole, and its line ends in one pass from the end.
 #include "launch/log_text.h"
 
 #include <exception>

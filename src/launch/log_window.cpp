@@ -1,3 +1,4 @@
+// The window with the log: made on demand, filled with the tail of the file.
 #include "launch/log_window.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The words for the end of a run.
 #include "launch/run_result.h"
 
 #include "base/text_convert.h"

@@ -1,3 +1,4 @@
+// Which control asks for which command.
 #include "shell/command_decision.h"
 
 #include <array>

@@ -22,6 +22,6 @@ enum class Command {
     MoveModuleDown,
 };
 
-// The command behind a notification `code` of the control `id`. While the program itself fills the controls
+// The command for a notification `code` of the control `id`. While the program itself fills the controls
 // there is none, whatever the message says.
 Command DecideCommand(bool filling, UINT code, UINT id);

@@ -1,3 +1,4 @@
+// Load, save and reset: files first, then the record, then the form.
 #include "shell/config_commands.h"
 
 #include <utility>

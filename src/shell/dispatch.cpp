@@ -1,3 +1,4 @@
+// Messages of the main window, each to its operation.
 #include "shell/dispatch.h"
 
 #include <exception>

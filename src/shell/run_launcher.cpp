@@ -1,3 +1,4 @@
+// The start in its fixed order, and the message loop.
 #include "shell/run_launcher.h"
 
 #include <exception>

@@ -1,3 +1,4 @@
+// A failure in words: status line and box.
 #include "shell/show_error.h"
 
 #include "base/text_convert.h"

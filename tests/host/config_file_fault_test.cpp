@@ -1,3 +1,4 @@
+// A save or a load in which one call fails.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 

@@ -1,3 +1,4 @@
+// A launch or a log in which one call fails.
 #include <gtest/gtest.h>
 
 #include "form/form_exchange.h"

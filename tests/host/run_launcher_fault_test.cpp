@@ -1,3 +1,4 @@
+// A start in which one call fails.
 #include <gtest/gtest.h>
 
 #include "base/path_ops.h"

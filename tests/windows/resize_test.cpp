@@ -13,7 +13,7 @@ void SendMouse(DWORD flags) {
     SendInput(1, &input, sizeof input);
 }
 
-// Drags the lower right corner by so many pixels; gives the window's size behind it.
+// Drags the lower right corner by so many pixels; gives the window's size after it.
 SIZE DragCorner(int dx, int dy) {
     const HWND window = user::MainWindow();
     RECT place{};
