@@ -5,6 +5,8 @@ packages_host="cmake ninja-build g++ binutils googletest"
 packages_sanitize="cmake ninja-build g++ clang libclang-rt-14-dev binutils googletest"
 packages_windows="cmake ninja-build g++-mingw-w64-x86-64-posix binutils googletest wine wine64 xvfb util-linux"
 packages_lint="cmake ninja-build g++ binutils googletest clang-format clang-tidy git perl"
+packages_coverage="cmake ninja-build g++ binutils googletest gcovr"
+packages_fuzz="cmake ninja-build g++ clang libclang-rt-14-dev binutils"
 packages_bench="cmake ninja-build g++ libbenchmark-dev"
 
 # need BUILD: installs the packages that the build needs and the machine has not.
@@ -54,4 +56,11 @@ start_wine() {
     cmake/wine-run cmd /c exit
     WINEPREFIX=$PWD/build/wine wineserver -k || true
     WINEPREFIX=$PWD/build/wine wineserver -p
+}
+
+# report_coverage: which lines of the program and of the layer the tests of the coverage build have run.
+report_coverage() {
+    gcovr --root . --filter src/ --exclude-throw-branches --html-details build/coverage/report.html --print-summary \
+        build/coverage 2>/dev/null
+    echo "== report: build/coverage/report.html"
 }
