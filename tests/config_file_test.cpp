@@ -24,7 +24,8 @@ TEST(ConfigFile, AnchorsItsPathsAndNothingElse) {
     const WideText path = folder.Of(TEXT("vm\\a.config"));
     WriteBytes(path,
                "version=1\nkernel=..\\k.elf\ncommand=.\\c\ndump=/d.ppm\nide_primary_master=C:/x/../0.img\n"
-               "ide_secondary_slave=3.img\nmodule_count=1\nmodule.0.path=m/x\nmodule.0.command=..\\a\n");
+               "ide_secondary_slave=3.img\nmodule_count=2\nmodule.0.path=m/x\nmodule.0.command=..\\a\n"
+               "module.1.path=y\n");
     const VmConfig config = ReadConfigFile(path);
     EXPECT_EQ(Narrow(config.kernel), Narrow(folder.Of(TEXT("k.elf"))));
     EXPECT_EQ(Narrow(config.command), ".\\c");
@@ -34,6 +35,7 @@ TEST(ConfigFile, AnchorsItsPathsAndNothingElse) {
     EXPECT_EQ(Narrow(config.ide[3]), Narrow(folder.Of(TEXT("vm\\3.img"))));
     EXPECT_EQ(Narrow(config.modules[0].path), Narrow(folder.Of(TEXT("vm\\m\\x"))));
     EXPECT_EQ(Narrow(config.modules[0].command), "..\\a");
+    EXPECT_EQ(Narrow(config.modules[1].path), Narrow(folder.Of(TEXT("vm\\y"))));
 }
 
 TEST(ConfigFile, IsReadUpToItsLimitAndBesideOthers) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "cases.h"
+#include "scratch.h"
 
 namespace {
 
@@ -81,17 +82,22 @@ TEST(ConfigText, IsRefusedForTheFirstThingThatIsWrong) {
         {"Clé répétée : b", {"b=\na=\nb=\na=\na=", "a=\nb=\nb=\na="}},
         {"Version de configuration non prise en charge (attendu : 1).",
          {"", "\xEF\xBB\xBF", "\xEF\xBB\xBF\xEF\xBB\xBFversion=1", "# version=1\n", "version=\nram_mib=x",
-          "version= 1", "version=01"}},
+          "version= 1", "version=01", "version=10"}},
         {no_number + "ram_mib", {V + "ram_mib=", V + "ram_mib=256 ", V + "zoom=9\nram_mib=x\nzz="}},
         {no_number + "headless", {V + "headless=true\nmodule_count=129"}},
         {outside + "ram_mib", {V + "zoom=9\nram_mib=4096\nzz="}},
-        {outside + "force_no_header", {V + "force_no_header=2"}},
+        {outside + "force_no_header",
+         {V + "force_no_header=2", V + "force_no_header=18446744073709551616",
+          V + "force_no_header=18446744073709551617"}},
         {outside + "module_count", {V + "module_count=129"}},
         {unknown + "Kernel", {V + "Kernel=a"}},
         {unknown + "Zz", {V + "zz=\nZz=\naa="}},
         {unknown + "zz", {V + "\xC3\xA9=\nzz=\nzzz=", V + "kernel=a\r\r\nzz="}},
         {unknown + "\xEF\xBB\xBFkernel", {V + "\xEF\xBB\xBFkernel=a"}},
         {unknown + "ker nel", {V + "ker nel=a"}},
+        {unknown + "x", {V + "x=1"}},
+        {unknown + "\vzoom", {V + "\vzoom=1"}},
+        {unknown + "zoom\xC2\xA0", {V + "zoom\xC2\xA0=1"}},
         {unknown + "module.1.path", {V + "module_count=1\nmodule.1.path=x"}},
         {unknown + "module.0.path", {V + "module.0.path=x"}},
         {unknown + "module.00.path", {V + "module_count=1\nmodule.0.path=x\nmodule.00.path=x"}},
@@ -101,6 +107,30 @@ TEST(ConfigText, IsRefusedForTheFirstThingThatIsWrong) {
     for (const auto& c : cases)
         for (const std::string& text : c.texts)
             EXPECT_EQ(MessageOf([&] { ParseConfigText(text); }), c.message) << text;
+}
+
+TEST(ConfigText, HoldsTheDefaultsWhereKeysAreMissing) {
+    const VmConfig config = ParseConfigText("version=1");
+    EXPECT_EQ(config.ram_mib, 128U);
+    EXPECT_EQ(config.width, 800U);
+    EXPECT_EQ(config.height, 600U);
+    EXPECT_EQ(config.zoom, 2U);
+    EXPECT_EQ(config.timeout_ms, 0U);
+    EXPECT_FALSE(config.explicit_video || config.headless || config.force_no_header);
+    EXPECT_TRUE(config.kernel.empty() && config.command.empty() && config.dump.empty() &&
+                config.modules.empty());
+}
+
+TEST(ConfigText, KeepsEachOfTheLargestNumberOfModules) {
+    VmConfig config;
+    for (int index = 0; index < 128; ++index)
+        config.modules.push_back({Wide("m" + std::to_string(index)), Wide("a" + std::to_string(index))});
+    const VmConfig read = ParseConfigText(ComposeConfigText(config));
+    ASSERT_EQ(read.modules.size(), 128U);
+    for (std::size_t index : {0, 9, 10, 127}) {
+        EXPECT_EQ(Narrow(read.modules[index].path), "m" + std::to_string(index));
+        EXPECT_EQ(Narrow(read.modules[index].command), "a" + std::to_string(index));
+    }
 }
 
 TEST(ConfigText, GivesAValueOnce) {

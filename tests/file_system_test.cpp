@@ -34,6 +34,22 @@ TEST(FileSystem, MakesPathsFullHoweverLong) {
     const std::string message = MessageOf([] { AbsolutePath({}); });
     EXPECT_TRUE(message.starts_with("absolute: ")) << message;
     EXPECT_TRUE(message.ends_with(": \"\"")) << message;
+    EXPECT_EQ(message.find_first_of("\r\n"), std::string::npos) << "the system's words end with a line";
+    const WCHAR unpaired[] = {TEXT('a'), 0xD800, 0};
+    const std::string shown =
+        MessageOf([&] { ThrowFileSystemError("status", ERROR_ACCESS_DENIED, unpaired); });
+    EXPECT_TRUE(shown.starts_with("status: ") && shown.ends_with(": \"a\xEF\xBF\xBD\"")) << shown;
+    EXPECT_FALSE(MessageOf([] { ThrowFileSystemError("x", ERROR_ACCESS_DENIED); }).ends_with("\""));
+}
+
+TEST(FileSystem, ReadsAtAnOffsetAsMuchAsThereIs) {
+    const ScratchFolder folder;
+    WriteBytes(folder.Of(TEXT("a")), "0123456789");
+    const OwnedHandle file = OpenForReading(folder.Of(TEXT("a")));
+    char bytes[8]{};
+    std::size_t read = 0;
+    EXPECT_TRUE(ReadAt(file.Get(), 4, bytes, 8, read));
+    EXPECT_EQ(std::string(bytes, read), "456789");
 }
 
 TEST(WindowsError, HasWordsOfItsOwnWhereTheSystemHasNone) {

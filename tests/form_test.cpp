@@ -1,137 +1,228 @@
-// The form as the user sees it.
+// The form as the user sees it: its texts, its places at every size, its fields and what they read as.
 #include "form/form.h"
 
 #include <gtest/gtest.h>
 
-#include "form/control_table.h"
+#include <algorithm>
+#include <map>
+#include <set>
+
 #include "form/form_exchange.h"
+#include "form/form_ids.h"
 #include "launcher_run.h"
 
 namespace {
 
+// The controls in their order on the Tab key.
+std::vector<HWND> Controls(const Launcher& launcher) {
+    std::vector<HWND> controls;
+    for (HWND child = GetWindow(launcher.main_window, GW_CHILD); child != nullptr;
+         child = GetWindow(child, GW_HWNDNEXT))
+        controls.push_back(child);
+    return controls;
+}
+
+DWORD StyleOf(HWND control) {
+    return static_cast<DWORD>(GetWindowLongPtrW(control, GWL_STYLE));
+}
+
+std::string ClassOf(HWND control) {
+    WCHAR name[32]{};
+    GetClassNameW(control, name, 32);
+    return Narrow(name);
+}
+
 RECT PlaceInClient(HWND window) {
     RECT place{};
     GetWindowRect(window, &place);
-    POINT corner{place.left, place.top};
-    ScreenToClient(GetParent(window), &corner);
-    return {corner.x, corner.y, place.right - place.left, place.bottom - place.top};
+    MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&place), 2);
+    return place;
 }
 
-void ExpectPlace(UINT id, int x, int y, int width, int height) {
-    const HWND control = user::Control(id);
-    RECT place{};
-    user::Do([&] { place = PlaceInClient(control); });
-    EXPECT_EQ(place.left, x) << id;
-    EXPECT_EQ(place.top, y) << id;
-    EXPECT_EQ(place.right, width) << id;
-    EXPECT_EQ(place.bottom, height) << id;
+std::string Text(const RECT& place) {
+    return std::to_string(place.left) + "," + std::to_string(place.top) + " to " +
+           std::to_string(place.right) + "," + std::to_string(place.bottom);
 }
 
-int ColumnWidth(int column) {
-    const HWND list = user::Control(IDC_MODULE_LIST);
-    int width = 0;
-    user::Do([&] {
-        width = static_cast<int>(SendMessageW(list, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(column), 0));
-    });
-    return width;
+int ColumnWidth(const Launcher& launcher, WPARAM column) {
+    return static_cast<int>(SendMessageW(launcher.module_list, LVM_GETCOLUMNWIDTH, column, 0));
 }
 
-TEST(Form, HasItsControlsInTheOrderOfTheTable) {
-    LauncherRun run;
-    run.Run([&] {
-        const auto& items = run.launcher.layout_items;
-        ASSERT_EQ(items.size(), 56U);
-        EXPECT_EQ(run.launcher.disk_page_controls.size(), 14U);
-        EXPECT_EQ(run.launcher.module_page_controls.size(), 7U);
-        std::size_t numbered = 0;
-        HWND child = nullptr;
-        user::Do([&] { child = GetWindow(run.launcher.main_window, GW_CHILD); });
-        for (std::size_t index = 0; index < items.size(); ++index) {
-            const ControlRow& row = CONTROL_TABLE[index];
-            user::Do([&] {
-                SCOPED_TRACE(index + 1);
-                const bool is_edit = WideView(row.class_name) == TEXT("EDIT");
-                EXPECT_EQ((GetWindowLongPtrW(child, GWL_EXSTYLE) & WS_EX_CLIENTEDGE) != 0, is_edit);
-                if (is_edit)
-                    EXPECT_EQ(SendMessageW(child, EM_GETLIMITTEXT, 0, 0), 32760);
-                EXPECT_EQ(SendMessageW(child, WM_GETFONT, 0, 0),
-                          reinterpret_cast<LRESULT>(GetStockObject(DEFAULT_GUI_FONT)));
-                EXPECT_EQ(items[index].window, child);
-                EXPECT_EQ(static_cast<UINT>(GetDlgCtrlID(child)), row.id);
-                const auto style = static_cast<DWORD>(GetWindowLongPtrW(child, GWL_STYLE));
-                const DWORD own_bits = row.style & 0xFFFF;  // a combo box hands its scroll bar on to its list
-                EXPECT_EQ(style & own_bits, own_bits);
-                EXPECT_EQ((style & WS_TABSTOP) != 0, (row.style & WS_TABSTOP) != 0);
-                const RECT place = PlaceInClient(child);
-                EXPECT_EQ(place.left, row.x);
-                EXPECT_EQ(place.top, row.y);
-                EXPECT_EQ(place.right, row.width);
-                if (row.id != IDC_ZOOM)  // its height counts the dropped-down list
-                    EXPECT_EQ(place.bottom, row.height);
-                child = GetWindow(child, GW_HWNDNEXT);
-            });
-            numbered += row.id != 0 ? 1 : 0;
-        }
-        EXPECT_EQ(numbered, 37U);
-        EXPECT_EQ(child, nullptr);
-        EXPECT_EQ(ColumnWidth(0), 436);
-        EXPECT_EQ(ColumnWidth(1), 267);
-    });
+// What stands on the form, control by control; edit fields in brackets, with what they hold at first.
+const char* const FORM_TEXTS =
+    "Charger...|Enregistrer|Enregistrer sous...|Réinitialiser|Nouvelle configuration — non enregistrée|"
+    "Machine|Noyau ELF|[]|Parcourir...|Arguments|[]|RAM (Mio)|[128]|Délai (ms, 0 = illimité)|[0]|"
+    "Autoriser un ELF sans en-tête Multiboot|"
+    "RAM : 16 à 2048 Mio. Le délai s'applique à la durée totale de la VM.|"
+    "Affichage|Résolution personnalisée|Largeur|[800]|Hauteur|[600]|Zoom|200 %|Sans fenêtres|"
+    "Export PPM|[]|Parcourir...|"
+    "Sans résolution personnalisée : respecter la demande du noyau. Export PPM facultatif.|"
+    "(onglets)|Primaire · master|[]|Parcourir...|Primaire · slave|[]|Parcourir...|"
+    "Secondaire · master|[]|Parcourir...|Secondaire · slave|[]|Parcourir...|"
+    "Laisser vide pour aucun disque. Les écritures du guest modifient directement les images.|"
+    "Images brutes existantes, secteurs de 512 octets, ATA PIO, capacité maximale 128 Gio par disque.|"
+    "(liste)|Ajouter...|Retirer|Monter|Descendre|"
+    "Arguments du module sélectionné (modification immédiate)|[]|"
+    "Lancer la VM|Vérifier|Voir le journal|Choisissez un noyau ELF, puis lancez la VM.|";
+
+std::string TextsOf(const Launcher& launcher) {
+    std::string texts;
+    for (const HWND control : Controls(launcher)) {
+        const std::string kind = ClassOf(control);
+        const std::string text = Narrow(GetControlText(control));
+        if (kind == "SysTabControl32" || kind == "SysListView32")
+            texts += kind == "SysListView32" ? "(liste)|" : "(onglets)|";
+        else
+            texts += kind == "Edit" ? "[" + text + "]|" : text + "|";
+    }
+    return texts;
 }
 
-TEST(Form, FollowsTheWindowAndStopsAtItsFirstSize) {
-    LauncherRun run;
-    run.Run([&] {
-        user::ResizeClient(1200, 800);
-        ExpectPlace(IDC_KERNEL_PATH, 138, 98, 926, 25);
-        ExpectPlace(IDC_KERNEL_BROWSE, 1074, 98, 102, 25);
-        ExpectPlace(IDC_PAGE_TABS, 12, 374, 1176, 364);
-        ExpectPlace(IDC_MODULE_LIST, 26, 408, 1008, 256);
-        ExpectPlace(IDC_LAUNCH, 12, 753, 152, 32);
-        EXPECT_EQ(ColumnWidth(0), 604);
-        EXPECT_EQ(ColumnWidth(1), 379);
-        user::ResizeClient(300, 200);
-        ExpectPlace(IDC_KERNEL_PATH, 138, 98, 646, 25);
-        ExpectPlace(IDC_LAUNCH, 12, 629, 152, 32);
-        user::Do([&] { ShowWindow(run.launcher.main_window, SW_MINIMIZE); });
-        user::Do([&] { ShowWindow(run.launcher.main_window, SW_RESTORE); });
-        ExpectPlace(IDC_PAGE_TABS, 12, 374, 896, 240);
-    });
-}
-
-TEST(Form, NamesItsTabsAndZooms) {
+TEST(Form, ShowsItsTextsInTheOrderOfTheTabKey) {
     LauncherRun run;
     run.Run([&] {
         user::Do([&] {
-            WCHAR text[32]{};
-            const char* const zooms[] = {"100 %", "200 %", "300 %", "400 %"};
+            EXPECT_EQ(TextsOf(run.launcher), FORM_TEXTS);
+            WCHAR text[64]{};
+            std::string lists;
             for (WPARAM index = 0; index < 4; ++index) {
                 SendMessageW(GetDlgItem(run.launcher.main_window, IDC_ZOOM), CB_GETLBTEXT, index,
                              reinterpret_cast<LPARAM>(text));
-                EXPECT_EQ(Narrow(text), zooms[index]);
+                lists += Narrow(text) + "|";
             }
-            const char* const tabs[] = {"Disques IDE", "Modules Multiboot"};
+            TCITEMW tab{};
+            tab.mask = TCIF_TEXT;
+            tab.pszText = text;
+            tab.cchTextMax = 64;
             for (WPARAM index = 0; index < 2; ++index) {
-                TCITEMW item{};
-                item.mask = TCIF_TEXT;
-                item.pszText = text;
-                item.cchTextMax = 32;
-                SendMessageW(run.launcher.tab_control, TCM_GETITEMW, index, reinterpret_cast<LPARAM>(&item));
-                EXPECT_EQ(Narrow(text), tabs[index]);
+                SendMessageW(run.launcher.tab_control, TCM_GETITEMW, index, reinterpret_cast<LPARAM>(&tab));
+                lists += Narrow(text) + "|";
             }
+            LVCOLUMNW column{};
+            column.mask = LVCF_TEXT;
+            column.pszText = text;
+            column.cchTextMax = 64;
+            for (WPARAM index = 0; index < 2; ++index) {
+                SendMessageW(run.launcher.module_list, LVM_GETCOLUMNW, index,
+                             reinterpret_cast<LPARAM>(&column));
+                lists += Narrow(text) + "|";
+            }
+            EXPECT_EQ(lists, "100 %|200 %|300 %|400 %|Disques IDE|Modules Multiboot|Fichier|Arguments|");
         });
     });
 }
 
-TEST(Form, ShowsOnePageAtATime) {
+TEST(Form, GivesItsControlsTheStylesThatTheUserFeels) {
     LauncherRun run;
     run.Run([&] {
-        EXPECT_TRUE(user::IsVisible(IDC_IDE_PRIMARY_MASTER));
-        EXPECT_FALSE(user::IsVisible(IDC_MODULE_LIST));
-        user::ChooseTab(1);
-        EXPECT_TRUE(user::WaitUntil([] { return user::IsVisible(IDC_MODULE_LIST); }));
-        EXPECT_FALSE(user::IsVisible(IDC_IDE_PRIMARY_MASTER));
-        EXPECT_FALSE(run.launcher.dirty);
+        user::Do([&] {
+            std::map<std::string, std::set<int>> styled;
+            for (const HWND control : Controls(run.launcher)) {
+                const std::string kind = ClassOf(control);
+                const DWORD style = StyleOf(control);
+                const int id = GetDlgCtrlID(control);
+                EXPECT_EQ(SendMessageW(control, WM_GETFONT, 0, 0),
+                          reinterpret_cast<LRESULT>(GetStockObject(DEFAULT_GUI_FONT)));
+                EXPECT_EQ((GetWindowLongPtrW(control, GWL_EXSTYLE) & WS_EX_CLIENTEDGE) != 0, kind == "Edit")
+                    << id;
+                if (kind == "Edit") {
+                    EXPECT_EQ(SendMessageW(control, EM_GETLIMITTEXT, 0, 0), 32760) << id;
+                    styled[(style & ES_NUMBER) != 0 ? "numbers" : "texts"].insert(id);
+                    EXPECT_EQ((style & ES_AUTOHSCROLL) != 0, (style & ES_NUMBER) == 0) << id;
+                } else if (kind == "Button") {
+                    if ((style & BS_TYPEMASK) != BS_PUSHBUTTON && (style & BS_TYPEMASK) != BS_GROUPBOX)
+                        styled[(style & BS_TYPEMASK) == BS_AUTOCHECKBOX ? "checks" : "default"].insert(id);
+                }
+            }
+            EXPECT_EQ(styled["numbers"], (std::set{204, 205, 208, 209}));
+            EXPECT_EQ(styled["texts"], (std::set{201, 203, 212, 307, 401, 402, 403, 404}));
+            EXPECT_EQ(styled["checks"], (std::set{206, 207, 211}));
+            EXPECT_EQ(styled["default"], (std::set{105}));
+            constexpr DWORD LIST = LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS;
+            EXPECT_EQ(StyleOf(run.launcher.module_list) & LIST, LIST);
+            EXPECT_EQ(SendMessageW(run.launcher.module_list, LVM_GETEXTENDEDLISTVIEWSTYLE, 0, 0),
+                      LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
+            EXPECT_NE(StyleOf(run.launcher.main_window) & WS_CLIPCHILDREN, 0U);
+        });
+    });
+}
+
+// Group boxes and the tab strip frame other controls.
+bool IsFrame(HWND control) {
+    return (StyleOf(control) & BS_TYPEMASK) == BS_GROUPBOX || GetDlgCtrlID(control) == IDC_PAGE_TABS;
+}
+
+void ExpectNoOverlap(const std::vector<HWND>& controls, const RECT& client) {
+    std::vector<std::pair<HWND, RECT>> seen;
+    for (const HWND control : controls) {
+        if (IsWindowVisible(control) == FALSE)
+            continue;
+        const RECT place = PlaceInClient(control);
+        EXPECT_TRUE(place.left >= 0 && place.top >= 0 && place.right <= client.right &&
+                    place.bottom <= client.bottom)
+            << GetDlgCtrlID(control) << " leaves the window: " << Text(place);
+        if (IsFrame(control))
+            continue;
+        for (const auto& [other, taken] : seen)
+            EXPECT_TRUE(place.right <= taken.left || place.left >= taken.right || place.bottom <= taken.top ||
+                        place.top >= taken.bottom)
+                << GetDlgCtrlID(control) << " at " << Text(place) << " lies over " << GetDlgCtrlID(other);
+        seen.emplace_back(control, place);
+    }
+}
+
+TEST(Form, KeepsEveryControlAtItsEdgesAndClearOfTheOthersAtEverySize) {
+    const std::set<int> follow_right{202, 213, 303, 304, 305, 306, 411, 412, 413, 414};
+    const std::set<int> stretch{501, 201, 203, 212, 301, 302, 307, 401, 402, 403, 404, 502};
+    const std::set<int> grow{301, 302};
+    LauncherRun run;
+    run.Run([&] {
+        const std::vector<HWND> controls = Controls(run.launcher);
+        std::vector<RECT> first;
+        for (const HWND control : controls)
+            first.push_back(PlaceInClient(control));
+        const SIZE sizes[] = {{920, 676}, {1200, 800}, {921, 900}, {1380, 677}};
+        for (const SIZE& size : sizes) {
+            user::ResizeClient(size.cx, size.cy);
+            const LONG dx = size.cx - 920;
+            const LONG dy = size.cy - 676;
+            for (const int page : {1, 0}) {
+                SCOPED_TRACE(testing::Message() << size.cx << " by " << size.cy << ", page " << page);
+                user::ChooseTab(page);
+                user::WaitUntil([&] { return user::IsVisible(IDC_MODULE_LIST) == (page == 1); });
+                EXPECT_EQ(user::IsVisible(IDC_IDE_SECONDARY_SLAVE), page == 0);
+                user::Do([&] { ExpectNoOverlap(controls, {0, 0, size.cx, size.cy}); });
+            }
+            user::Do([&] {
+                for (std::size_t at = 0; at < controls.size(); ++at) {
+                    const int id = GetDlgCtrlID(controls[at]);
+                    const bool is_group = id == 0 && ClassOf(controls[at]) == "Button";
+                    RECT wanted = first[at];
+                    const bool at_bottom = wanted.top >= 552;
+                    wanted.left += follow_right.count(id) != 0 ? dx : 0;
+                    wanted.right += follow_right.count(id) + stretch.count(id) != 0 || is_group ? dx : 0;
+                    wanted.top += at_bottom ? dy : 0;
+                    wanted.bottom += at_bottom || grow.count(id) != 0 ? dy : 0;
+                    EXPECT_EQ(Text(PlaceInClient(controls[at])), Text(wanted)) << id << " at " << size.cx;
+                }
+            });
+        }
+        user::ResizeClient(1200, 800);
+        user::Do([&] {
+            EXPECT_EQ(ColumnWidth(run.launcher, 0), 604);
+            EXPECT_EQ(ColumnWidth(run.launcher, 1), 379);
+            EXPECT_EQ(Text(PlaceInClient(GetDlgItem(run.launcher.main_window, IDC_KERNEL_PATH))),
+                      "138,98 to 1064,123");
+        });
+        user::ResizeClient(300, 200);
+        user::Do([&] {
+            EXPECT_EQ(Text(PlaceInClient(run.launcher.module_list)), "26,408 to 754,540")
+                << "no smaller than at first";
+            ShowWindow(run.launcher.main_window, SW_MINIMIZE);
+        });
+        user::Do([&] { ShowWindow(run.launcher.main_window, SW_RESTORE); });
+        user::Do([&] { EXPECT_EQ(Text(PlaceInClient(run.launcher.tab_control)), "12,374 to 908,614"); });
+        EXPECT_FALSE(run.launcher.dirty) << "pages and sizes are no edits";
     });
 }
 
@@ -153,9 +244,11 @@ TEST(Form, MarksEditsAndFollowsItsCheckBoxes) {
         user::Click(IDC_EXPLICIT_VIDEO);
         EXPECT_TRUE(user::WaitUntil([] { return !user::IsEnabled(IDC_WIDTH); }));
         EXPECT_EQ(Narrow(user::ControlText(IDC_WIDTH)), "800");
-        user::Fill(IDC_RAM_MIB, TEXT("1x2"));
-        EXPECT_EQ(Narrow(user::ControlText(IDC_RAM_MIB)), "12")
-            << "letters cannot be typed into a number field";
+        user::Click(IDC_EXPLICIT_VIDEO);
+        for (const UINT id : {IDC_RAM_MIB, IDC_TIMEOUT_MS, IDC_WIDTH, IDC_HEIGHT}) {
+            user::Fill(id, TEXT("1x2"));
+            EXPECT_EQ(Narrow(user::ControlText(id)), "12") << "letters cannot be typed into " << id;
+        }
     });
 }
 
@@ -183,11 +276,14 @@ TEST(Form, RefusesABadNumberWithItsMessageAndTheFocusWhereItHelps) {
         {204, TEXT("12a"), "Nombre invalide : RAM (16..2048 Mio)", false},
         {204, TEXT("-16"), "Nombre invalide : RAM (16..2048 Mio)", false},
         {204, TEXT("15"), "Valeur hors limites : RAM (16..2048 Mio)", true},
+        {204, TEXT("2049"), "Valeur hors limites : RAM (16..2048 Mio)", true},
         {204, TEXT("4294967312"), "Valeur hors limites : RAM (16..2048 Mio)", true},
         {205, TEXT("3600001"), "Valeur hors limites : délai (0..3600000 ms)", true},
-        {208, TEXT("9000"), "Valeur hors limites : largeur (1..8192)", false},
+        {208, TEXT("8193"), "Valeur hors limites : largeur (1..8192)", false},
+        {208, TEXT("0"), "Valeur hors limites : largeur (1..8192)", false},
         {208, TEXT("99999999999999999999"), "Valeur hors limites : largeur (1..8192)", false},
         {209, TEXT("0"), "Valeur hors limites : hauteur (1..8192)", false},
+        {209, TEXT("8193"), "Valeur hors limites : hauteur (1..8192)", false},
         {209, TEXT(" 5"), "Nombre invalide : hauteur (1..8192)", false},
     };
     LauncherRun run;
@@ -207,10 +303,18 @@ TEST(Form, RefusesABadNumberWithItsMessageAndTheFocusWhereItHelps) {
                 EXPECT_EQ(user::ControlText(c.id), c.text) << "the field keeps its text";
                 SetField(run.launcher, c.id, TEXT("20"));
             }
+            // All four wrong: they are told one at a time, in this order.
+            for (const UINT id : {IDC_HEIGHT, IDC_WIDTH, IDC_TIMEOUT_MS, IDC_RAM_MIB})
+                SetField(run.launcher, id, TEXT("3600001"));
+            for (const auto& [id, told] : {std::pair{IDC_RAM_MIB, "RAM (16..2048 Mio)"},
+                                           {IDC_TIMEOUT_MS, "délai (0..3600000 ms)"},
+                                           {IDC_WIDTH, "largeur (1..8192)"},
+                                           {IDC_HEIGHT, "hauteur (1..8192)"}}) {
+                EXPECT_EQ(ReadFailure(run.launcher), std::string("Valeur hors limites : ") + told);
+                SetField(run.launcher, id, TEXT("20"));
+            }
+            EXPECT_EQ(ReadFailure(run.launcher), "no failure");
             SetField(run.launcher, IDC_RAM_MIB, TEXT("9"));
-            SetField(run.launcher, IDC_WIDTH, TEXT("9000"));
-            EXPECT_EQ(ReadFailure(run.launcher), "Valeur hors limites : RAM (16..2048 Mio)")
-                << "the first one only";
         });
         user::Click(IDC_VERIFY);
         EXPECT_EQ(TakeErrorBox(), "Veldrane VM\nValeur hors limites : RAM (16..2048 Mio)");

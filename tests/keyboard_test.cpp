@@ -114,7 +114,7 @@ TEST(Keyboard, GoesOnFromAButtonThatItsOwnPressDisables) {
         user::Press(VK_SPACE);
         EXPECT_TRUE(user::WaitForStatus(TEXT("VM terminée.")));
         user::Press(VK_TAB);
-        EXPECT_EQ(FocusedId(), UINT{IDC_LOAD}) << "the keys still do something";
+        EXPECT_EQ(FocusedId(), UINT{IDC_VERIFY}) << "the button has the focus again";
         user::Do([&] {
             run.launcher.config.modules.assign(3, {TEXT("C:\\m.bin"), TEXT("m")});
             FillForm(run.launcher);

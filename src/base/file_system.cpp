@@ -39,7 +39,7 @@ void ThrowFileSystemError(const char* operation, DWORD code) {
 }
 
 void ThrowFileSystemError(const char* operation, DWORD code, WideView path) {
-    throw std::runtime_error(FailureText(operation, code) + ": \"" + Utf8FromWide(path) + "\"");
+    throw std::runtime_error(FailureText(operation, code) + ": \"" + Utf8ForDisplay(path) + "\"");
 }
 
 WideText AbsolutePath(const WideText& path) {

@@ -16,20 +16,28 @@ int CheckedLength(const Text& text) {
     return static_cast<int>(text.size());
 }
 
-}  // namespace
-
-std::string Utf8FromWide(WideView text) {
+std::string Encoded(WideView text, DWORD flags) {
     if (text.empty())
         return {};
     const int length = CheckedLength(text);
-    const int size =
-        WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, text.data(), length, nullptr, 0, nullptr, nullptr);
+    const int size = WideCharToMultiByte(CP_UTF8, flags, text.data(), length, nullptr, 0, nullptr, nullptr);
     if (size < 1)
         throw std::runtime_error("Texte Unicode invalide.");
     std::string narrow(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, text.data(), length, narrow.data(), size, nullptr,
-                        nullptr);
+    if (WideCharToMultiByte(CP_UTF8, flags, text.data(), length, narrow.data(), size, nullptr, nullptr) !=
+        size)
+        throw std::runtime_error("Texte Unicode invalide.");
     return narrow;
+}
+
+}  // namespace
+
+std::string Utf8FromWide(WideView text) {
+    return Encoded(text, WC_ERR_INVALID_CHARS);
+}
+
+std::string Utf8ForDisplay(WideView text) {
+    return Encoded(text, 0);
 }
 
 WideText WideFromUtf8(std::string_view text) {
@@ -40,7 +48,8 @@ WideText WideFromUtf8(std::string_view text) {
     if (size < 1)
         throw std::runtime_error("Le fichier doit être encodé en UTF-8.");
     WideText wide(static_cast<std::size_t>(size), WCHAR{});
-    MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), length, wide.data(), size);
+    if (MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), length, wide.data(), size) != size)
+        throw std::runtime_error("Le fichier doit être encodé en UTF-8.");
     return wide;
 }
 

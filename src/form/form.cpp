@@ -12,19 +12,35 @@ namespace {
 constexpr WideView EDIT_CLASS = TEXT("EDIT");
 constexpr WPARAM EDIT_LIMIT_CHARACTERS = 32760;
 
+// Puts a procedure in front of a control's own one, which is kept in the control's user data.
+void Subclass(HWND control, WNDPROC procedure) {
+    SetWindowLongPtrW(control, GWLP_USERDATA, GetWindowLongPtrW(control, GWLP_WNDPROC));
+    SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure));
+}
+
+LRESULT CallOwnProcedure(HWND control, UINT message, WPARAM wparam, LPARAM lparam) {
+    const auto own = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(control, GWLP_USERDATA));
+    return CallWindowProcW(own, control, message, wparam, lparam);
+}
+
 // A group box in a parent that clips its children never gets its background erased: it would show whatever
-// was there before. It is given the parent's background instead. The old procedure is kept in the control's
-// user data.
+// was there before. It is given the parent's background instead.
 LRESULT CALLBACK GroupBoxProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_ERASEBKGND)
         return SendMessageW(GetParent(window), WM_ERASEBKGND, wparam, lparam);
-    const auto previous = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    return CallWindowProcW(previous, window, message, wparam, lparam);
+    return CallOwnProcedure(window, message, wparam, lparam);
 }
 
-void GiveParentBackground(HWND group_box) {
-    SetWindowLongPtrW(group_box, GWLP_USERDATA, GetWindowLongPtrW(group_box, GWLP_WNDPROC));
-    SetWindowLongPtrW(group_box, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&GroupBoxProc));
+// The labels of the table take an ampersand for the mark of an accelerator and swallow it, and these two show
+// paths. While one paints or takes its text, it is told not to.
+LRESULT CALLBACK PathLabelProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message != WM_PAINT && message != WM_SETTEXT)
+        return CallOwnProcedure(window, message, wparam, lparam);
+    const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
+    SetWindowLongPtrW(window, GWL_STYLE, style | SS_NOPREFIX);
+    const LRESULT result = CallOwnProcedure(window, message, wparam, lparam);
+    SetWindowLongPtrW(window, GWL_STYLE, style);
+    return result;
 }
 
 void FillZoomList(HWND combo_box) {
@@ -61,6 +77,7 @@ void Prepare(Launcher& launcher, const ControlRow& row, HWND control) {
     switch (row.id) {
         case IDC_CONFIG_LINE:
             launcher.path_label = control;
+            Subclass(control, PathLabelProc);
             break;
         case IDC_ZOOM:
             FillZoomList(control);
@@ -75,12 +92,13 @@ void Prepare(Launcher& launcher, const ControlRow& row, HWND control) {
             break;
         case IDC_STATUS:
             launcher.status_label = control;
+            Subclass(control, PathLabelProc);
             break;
         default:
             break;
     }
     if (row.style == BS_GROUPBOX && row.class_name == WideView(TEXT("BUTTON")))
-        GiveParentBackground(control);
+        Subclass(control, GroupBoxProc);
     if (row.place == Place::DiskPage)
         launcher.disk_page_controls.push_back(control);
     if (row.place == Place::ModulePage)

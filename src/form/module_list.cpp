@@ -56,12 +56,8 @@ void MoveModule(Launcher& launcher, std::int32_t delta) {
         return;
     VmConfig config = ReadForm(launcher);
     SwapModules(config, launcher.selected_module, *target);
-    const HWND focus = GetFocus();
     AdoptEditedList(launcher, std::move(config));
     SelectModuleRow(launcher, *target);
-    // Between the two selections the buttons of the list are disabled for a moment and lose the focus.
-    if (IsWindowEnabled(focus) != FALSE)
-        SetFocus(focus);
 }
 
 void OnModuleArgsChanged(Launcher& launcher) {

@@ -11,7 +11,6 @@ void RefreshTitle(Launcher& launcher) {
 
 void RefreshEnabling(Launcher& launcher) {
     const HWND window = launcher.main_window;
-    const HWND focus = GetFocus();
     const Enabling enabling = EnablingOf({
         .explicit_video = IsDlgButtonChecked(window, IDC_EXPLICIT_VIDEO) == BST_CHECKED,
         .headless = IsDlgButtonChecked(window, IDC_HEADLESS) == BST_CHECKED,
@@ -35,7 +34,4 @@ void RefreshEnabling(Launcher& launcher) {
     };
     for (const auto& control : controls)
         EnableWindow(GetDlgItem(window, static_cast<int>(control.id)), control.enabled ? TRUE : FALSE);
-    // A control that is disabled drops the focus, and with it nowhere no key would do anything any more.
-    if (focus != nullptr && GetParent(focus) == window && IsWindowEnabled(focus) == FALSE)
-        SetFocus(window);
 }

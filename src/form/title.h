@@ -8,6 +8,5 @@
 void RefreshTitle(Launcher& launcher);
 
 // Enables and disables the nine controls that depend on the check boxes, the selected module and the run.
-// Where both are called, this one comes first. The focus goes to the window when the control that had it is
-// disabled.
+// Where both are called, this one comes first.
 void RefreshEnabling(Launcher& launcher);

@@ -14,6 +14,7 @@
 #include "launch/log_window.h"
 #include "shell/config_commands.h"
 #include "shell/dispatch.h"
+#include "shell/focus_keeper.h"
 #include "shell/show_error.h"
 
 namespace {
@@ -76,8 +77,10 @@ void LoadDefaultFile(Launcher& launcher) {
 
 int PumpMessages(const Launcher& launcher) {
     MSG message{};
+    HWND last_control = nullptr;
     BOOL result = FALSE;
     while ((result = GetMessageW(&message, nullptr, 0, 0)) > 0) {
+        KeepFocus(launcher.main_window, last_control, message);
         if (IsDialogMessageW(launcher.main_window, &message) != FALSE)
             continue;
         TranslateMessage(&message);

@@ -12,8 +12,8 @@ void ShowError(Launcher& launcher, const std::exception& error) {
 void ShowErrorBox(HWND owner, const WideText& text) {
     const HWND focus = GetFocus();
     MessageBoxW(owner, text.c_str(), TEXT("Veldrane VM"), MB_ICONERROR);
-    // The platform gives the focus back to the window and not to the field that the message speaks of.
-    if (owner != nullptr && GetFocus() == owner && IsWindow(focus) != FALSE &&
-        IsWindowEnabled(focus) != FALSE)
+    // The field that the message speaks of may have got the focus in this very command, unseen by the message
+    // loop.
+    if (focus != nullptr)
         SetFocus(focus);
 }

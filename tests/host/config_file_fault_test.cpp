@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <csignal>
 
+#include "base/file_system.h"
 #include "base/text_convert.h"
 #include "cases.h"
 #include "config/config_file.h"
@@ -38,12 +39,34 @@ TEST(ConfigFileFaults, LeaveTheOldFileOrTheNewOne) {
             EXPECT_EQ(ReadBytes(path), failed ? "old" : ComposeConfigText({}));
             EXPECT_EQ(ListFolder(folder.path).size(), 1U);
         });
+    EXPECT_EQ(host::TracedArguments("CreateFileW"), (std::vector<DWORD>{GENERIC_WRITE, 0, CREATE_NEW}))
+        << "the temporary file is for nobody else";
+    EXPECT_EQ(host::TracedArguments("MoveFileExW"),
+              (std::vector<DWORD>{MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH}));
+    WriteBytes(path, "old");
+    host::MakeShort("WriteFile");
+    EXPECT_EQ(MessageOf([&] { WriteConfigFile(path, {}); }), CANNOT_SAVE) << "a short write is none";
+    EXPECT_EQ(ReadBytes(path), "old");
+    EXPECT_EQ(ListFolder(folder.path).size(), 1U);
+    VmConfig named;
+    named.kernel = TEXT("é");
+    host::FailCall("WideCharToMultiByte", 2, ERROR_NOT_ENOUGH_MEMORY);
+    EXPECT_EQ(MessageOf([&] { WriteConfigFile(path, named); }), "Texte Unicode invalide.");
+    EXPECT_EQ(host::ClearFaults(), 1U);
+    EXPECT_EQ(ReadBytes(path), "old") << "and not a file full of zeros";
 }
 
 TEST(ConfigFileFaults, MakeAReadFailWhole) {
     const ScratchFolder folder;
     const WideText path = folder.Of(TEXT("a.config"));
     WriteBytes(path, "version=1\nzoom=3");
+    host::MakeShort("ReadFile");
+    EXPECT_EQ(ReadConfigFile(path).zoom, 3U) << "a read that comes up short is followed by another";
+    host::StartTrace();
+    OpenForReading(path);
+    EXPECT_EQ(host::TracedArguments("CreateFileW"),
+              (std::vector<DWORD>{GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                  OPEN_EXISTING}));
     VmConfig config;
     Sweep(
         {{"CreateFileW", CANNOT_OPEN},
@@ -52,7 +75,7 @@ TEST(ConfigFileFaults, MakeAReadFailWhole) {
          {"ReadFile", CANNOT_READ},
          {"CloseHandle", ""},
          {"MultiByteToWideChar", "Le fichier doit être encodé en UTF-8."},
-         {"MultiByteToWideChar", ""},
+         {"MultiByteToWideChar", "Le fichier doit être encodé en UTF-8."},
          {"GetFullPathNameW", "absolute: "}},
         [&] {
             config = {};
@@ -99,6 +122,19 @@ TEST(ConfigFileFaults, PassOverTemporaryNamesThatAreTaken) {
     const std::vector<std::string> calls = host::Trace();
     EXPECT_EQ(std::count(calls.begin(), calls.end(), "CreateFileW"), 100);
     EXPECT_EQ(ReadBytes(path), ComposeConfigText({}));
+
+    host::TakeClock(1);
+    host::ClearFaults();
+    const WideText in_no_folder = folder.Of(TEXT("none\\a.config"));
+    host::StartTrace();
+    EXPECT_EQ(MessageOf([&] { WriteConfigFile(in_no_folder, {}); }), CANNOT_CREATE);
+    EXPECT_EQ(host::Trace(), (std::vector<std::string>{"GetFullPathNameW", "CreateFileW"})) << "one attempt";
+    for (unsigned nth = 1; nth <= 4; ++nth)
+        host::FailCall("CreateFileW", nth, ERROR_FILE_EXISTS);
+    const std::uint64_t before = host::Now();
+    WriteConfigFile(path, {});
+    EXPECT_EQ(host::Now() - before, 6U) << "each of five attempts looks at the clock";
+    EXPECT_EQ(host::ClearFaults(), 4U);
 }
 
 }  // namespace

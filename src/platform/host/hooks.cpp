@@ -4,7 +4,9 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <thread>
+#include <utility>
 
 #include "platform/host/api/kernel32.h"
 
@@ -22,6 +24,9 @@ struct HookState {
     unsigned faults_that_came = 0;
     bool tracing = false;
     std::vector<std::string> trace;
+    std::map<std::string, std::vector<DWORD>> arguments;  // of the last traced call of each name
+    std::string comes_up_short;                           // the call that does; empty for none
+    std::uint64_t ms_per_look = 0;
     bool clock_is_taken = false;
     std::uint64_t taken_ms = 0;
     int own_calls = 0;
@@ -54,18 +59,36 @@ unsigned ClearFaults() {
 void StartTrace() {
     State().tracing = true;
     State().trace.clear();
+    State().arguments.clear();
 }
 
 std::vector<std::string> Trace() {
     return State().trace;
 }
 
-bool CallFails(const char* name) {
+std::vector<DWORD> TracedArguments(const std::string& name) {
+    return State().arguments[name];
+}
+
+void MakeShort(const char* name) {
+    State().comes_up_short = name;
+}
+
+bool ComesUpShort(const char* name) {
+    if (State().comes_up_short != name)
+        return false;
+    State().comes_up_short.clear();
+    return true;
+}
+
+bool CallFails(const char* name, std::vector<DWORD> arguments) {
     HookState& state = State();
     if (state.own_calls > 0)
         return false;
-    if (state.tracing)
+    if (state.tracing) {
         state.trace.emplace_back(name);
+        state.arguments[name] = std::move(arguments);
+    }
     bool fails = false;
     for (Fault& fault : state.faults) {
         if ((!fault.name.empty() && fault.name != name) || fault.calls_left == 0)
@@ -89,15 +112,20 @@ OwnCalls::~OwnCalls() {
 
 std::uint64_t Now() {
     if (State().clock_is_taken)
-        return State().taken_ms;
+        return State().taken_ms += State().ms_per_look;
     const auto since_start = std::chrono::steady_clock::now().time_since_epoch();
     return static_cast<std::uint64_t>(
         std::chrono::duration_cast<std::chrono::milliseconds>(since_start).count());
 }
 
 void TakeClock() {
+    TakeClock(0);
+}
+
+void TakeClock(std::uint64_t ms_per_look) {
     State().taken_ms = Now();
     State().clock_is_taken = true;
+    State().ms_per_look = ms_per_look;
 }
 
 void MoveClock(std::uint64_t ms) {

@@ -25,8 +25,16 @@ unsigned ClearFaults();
 void StartTrace();
 std::vector<std::string> Trace();
 
+// What the last traced call of this name was given beside its texts, in its own order; empty without one.
+// Kept for CreateFileW (access, sharing, disposition) and MoveFileExW (flags).
+std::vector<DWORD> TracedArguments(const std::string& name);
+
+// The next call of this name, ReadFile or WriteFile, does only half of what it is asked for, and succeeds.
+void MakeShort(const char* name);
+
 // Every call that can fail asks this first; true means that it must fail now, with the last error set.
-bool CallFails(const char* name);
+bool CallFails(const char* name, std::vector<DWORD> arguments = {});
+bool ComesUpShort(const char* name);
 
 // While one of these lives, calls are the layer's own: no fault strikes them, and the trace leaves them out.
 class OwnCalls {
@@ -44,6 +52,8 @@ std::uint64_t Now();
 
 // From here on the clock stands still but for MoveClock.
 void TakeClock();
+// With `ms_per_look` the time that it tells grows by so much each time that somebody looks.
+void TakeClock(std::uint64_t ms_per_look);
 void MoveClock(std::uint64_t ms);
 // True while the clock is taken over.
 bool ClockIsTaken();

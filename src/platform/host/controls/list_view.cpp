@@ -203,6 +203,16 @@ LRESULT InsertColumn(List& list, WPARAM which, const LVCOLUMNW& column) {
     return static_cast<LRESULT>(index);
 }
 
+LRESULT GiveColumn(const List& list, WPARAM index, const LVCOLUMNW& column) {
+    if (column.mask != LVCF_TEXT)
+        NotImplemented("LVM_GETCOLUMNW", "more than a title");
+    if (index >= list.columns.size())
+        return FALSE;
+    GiveText(list.columns[index].title, static_cast<std::size_t>(column.cchTextMax),
+             reinterpret_cast<LPARAM>(column.pszText));
+    return TRUE;
+}
+
 LRESULT SetColumnWidth(List& list, WPARAM index, int width) {
     if (index >= list.columns.size())
         return FALSE;
@@ -383,6 +393,8 @@ LRESULT HandleColumnMessage(HWND window, List& list, UINT message, WPARAM wparam
     switch (message) {
         case LVM_INSERTCOLUMNW:
             return InsertColumn(list, wparam, *reinterpret_cast<const LVCOLUMNW*>(lparam));
+        case LVM_GETCOLUMNW:
+            return GiveColumn(list, wparam, *reinterpret_cast<const LVCOLUMNW*>(lparam));
         case LVM_SETCOLUMNWIDTH:
             return SetColumnWidth(list, wparam, XOf(lparam));
         case LVM_GETCOLUMNWIDTH:

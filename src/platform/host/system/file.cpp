@@ -244,7 +244,7 @@ bool SyncFolderOf(const std::string& native) {
 
 HANDLE WINAPI CreateFileW(LPCWSTR path, DWORD access, DWORD share_mode, LPSECURITY_ATTRIBUTES security,
                           DWORD disposition, DWORD flags, HANDLE template_file) {
-    if (host::CallFails("CreateFileW") ||
+    if (host::CallFails("CreateFileW", {access, share_mode, disposition}) ||
         !CheckOpenArguments(access, security, disposition, flags, template_file))
         return INVALID_HANDLE_VALUE;
     OpenRequest request;
@@ -269,6 +269,8 @@ BOOL WINAPI ReadFile(HANDLE file, LPVOID buffer, DWORD size, LPDWORD read_size, 
         return FALSE;
     if (!open_file->can_read)
         return host::Fail(ERROR_ACCESS_DENIED);
+    if (host::ComesUpShort("ReadFile"))
+        size /= 2;
     ssize_t result = 0;
     do {
         result = read(open_file->descriptor.number, buffer, size);
@@ -287,6 +289,8 @@ BOOL WINAPI WriteFile(HANDLE file, LPCVOID buffer, DWORD size, LPDWORD written, 
         return FALSE;
     if (!open_file->can_write)
         return host::Fail(ERROR_ACCESS_DENIED);
+    if (host::ComesUpShort("WriteFile"))
+        size /= 2;
     while (*written < size) {
         const char* const rest = static_cast<const char*>(buffer) + *written;
         const ssize_t result = write(open_file->descriptor.number, rest, size - *written);
@@ -371,7 +375,7 @@ DWORD WINAPI GetFileType(HANDLE file) {
 }
 
 BOOL WINAPI MoveFileExW(LPCWSTR from, LPCWSTR to, DWORD flags) {
-    if (host::CallFails("MoveFileExW"))
+    if (host::CallFails("MoveFileExW", {flags}))
         return FALSE;
     if ((flags & ~(MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) != 0)
         host::NotImplemented("MoveFileExW", "this flag");
