@@ -1,3 +1,4 @@
+// The keys of a dialog in a window that is none.
 #include <gtest/gtest.h>
 
 #include "probe_windows.h"
@@ -108,29 +109,5 @@ TEST(PlatformDialog, OtherKeysGoToTheDialogOrToTheControlThatWantsThem) {
         SetFocus(one.focus);
         EXPECT_EQ(dialog.Press(one.key, messages), one.told);
         EXPECT_EQ(GetFocus(), one.focus);
-    }
-}
-
-TEST(PlatformDialog, OnlyMessagesOfTheDialogAndItsControlsAreTaken) {
-    ProbeDialog dialog;
-    const HWND field = dialog.Add("field", 10, WS_TABSTOP, EDIT);
-    const HWND owned = dialog.probe.Make("owned", WS_POPUP, {0, 0, 50, 50}, dialog.window);
-    const HWND inner = dialog.probe.Make("inner", WS_CHILD, {0, 0, 5, 5}, owned);
-    struct Case {
-        HWND window;
-        UINT message;
-        bool taken;
-    };
-    for (const Case& one :
-         {Case{field, WM_TIMER, true}, Case{dialog.window, WM_TIMER, true}, Case{owned, WM_KEYDOWN, false},
-          Case{inner, WM_KEYDOWN, false}, Case{nullptr, WM_TIMER, false}}) {
-        SCOPED_TRACE(dialog.probe.NameOf(one.window));
-        MSG message{};
-        message.hwnd = one.window;
-        message.message = one.message;
-        message.wParam = VK_TAB;
-        dialog.probe.log.clear();
-        EXPECT_EQ(IsDialogMessageW(dialog.window, &message) != FALSE, one.taken);
-        EXPECT_EQ(dialog.probe.Take("TIMER KEYDOWN") != "", one.taken);
     }
 }

@@ -105,38 +105,6 @@ TEST(PlatformFile, AFileIsSharedOnlyAsBothOpensAllow) {
     EXPECT_EQ(ReadBytes(path), "x") << "a refused open has emptied the file";
 }
 
-TEST(PlatformFile, BytesGoInAndComeOutWhereTheyShould) {
-    const ScratchFolder scratch;
-    const WideText path = scratch.Of(TEXT("bytes"));
-    WriteBytes(path, "old and longer");
-    const File writer(path, WRITE, 3, CREATE_ALWAYS);
-    const File reader(path, READ, 3, OPEN_EXISTING);
-    char bytes[8] = {};
-    DWORD count = 9;
-    EXPECT_EQ(ErrorOf(ReadFile(writer.handle, bytes, 1, &count, nullptr)), ERROR_ACCESS_DENIED);
-    EXPECT_EQ(ErrorOf(WriteFile(reader.handle, bytes, 1, &count, nullptr)), ERROR_ACCESS_DENIED);
-    EXPECT_EQ(count, 0U);
-    EXPECT_TRUE(WriteFile(writer.handle, "abcdef", 6, &count, nullptr));
-    EXPECT_EQ(count, 6U);
-    EXPECT_TRUE(FlushFileBuffers(writer.handle));
-    LARGE_INTEGER distance = {};
-    LARGE_INTEGER position = {};
-    distance.QuadPart = -2;
-    EXPECT_TRUE(SetFilePointerEx(reader.handle, distance, &position, FILE_END));
-    EXPECT_EQ(position.QuadPart, 4);
-    EXPECT_EQ(ErrorOf(SetFilePointerEx(reader.handle, distance, nullptr, FILE_BEGIN)), ERROR_NEGATIVE_SEEK);
-    EXPECT_TRUE(ReadFile(reader.handle, bytes, 8, &count, nullptr));
-    EXPECT_EQ(std::string_view(bytes, count), "ef");
-    EXPECT_TRUE(ReadFile(reader.handle, bytes, 8, &count, nullptr));
-    EXPECT_EQ(count, 0U);
-    EXPECT_TRUE(GetFileSizeEx(writer.handle, &position));
-    EXPECT_EQ(position.QuadPart, 6);
-    BY_HANDLE_FILE_INFORMATION information = {};
-    EXPECT_TRUE(GetFileInformationByHandle(reader.handle, &information));
-    EXPECT_EQ(information.nFileSizeLow, 6U);
-    EXPECT_EQ(information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
-}
-
 TEST(PlatformFile, AMoveReplacesAFileAndNothingElse) {
     const ScratchFolder scratch;
     const struct {
@@ -171,19 +139,4 @@ TEST(PlatformFile, AMoveReplacesAFileAndNothingElse) {
     EXPECT_EQ(ErrorOf(DeleteFileW(scratch.Of(TEXT("folder")).c_str())), ERROR_ACCESS_DENIED);
     EXPECT_EQ(ErrorOf(DeleteFileW(scratch.Of(TEXT("missing")).c_str())), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(ErrorOf(DeleteFileW(scratch.Of(TEXT("old")).c_str())), 0U);
-}
-
-TEST(PlatformFile, AClosedHandleIsNoHandle) {
-    const ScratchFolder scratch;
-    HANDLE closed = nullptr;
-    {
-        const File file(scratch.Of(TEXT("a")), WRITE, 0, CREATE_NEW);
-        closed = file.handle;
-    }
-    DWORD count = 0;
-    EXPECT_EQ(ErrorOf(WriteFile(closed, "x", 1, &count, nullptr)), ERROR_INVALID_HANDLE);
-    EXPECT_EQ(ErrorOf(FlushFileBuffers(closed)), ERROR_INVALID_HANDLE);
-    EXPECT_EQ(ErrorOf(CloseHandle(closed)), ERROR_INVALID_HANDLE);
-    EXPECT_EQ(WaitForSingleObject(closed, 0), WAIT_FAILED);
-    EXPECT_EQ(GetFileType(closed), FILE_TYPE_UNKNOWN);
 }

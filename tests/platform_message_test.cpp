@@ -1,3 +1,4 @@
+// The order in which what waits is given out.
 #include <gtest/gtest.h>
 
 #include "probe_windows.h"
@@ -55,49 +56,4 @@ TEST(PlatformMessage, ATimerCountsOnceHoweverLongNobodyLooked) {
     EXPECT_FALSE(KillTimer(main, 5));
     Sleep(100);
     EXPECT_EQ(WaitingTimerMessages(main), 1);
-}
-
-TEST(PlatformMessage, KeysBecomeCharactersOfTheWindowWithTheFocus) {
-    struct Case {
-        const char* keys;
-        std::function<void()> press;
-        const char* told;
-    };
-    ProbeWindows probe;
-    const HWND main = probe.MakeMain();
-    const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 10, 10}, main);
-    SetFocus(child);
-    const Case cases[] = {
-        {"letter", [] { PressKey('X'); }, "child KEYDOWN 88, child CHAR 120, child KEYUP 88"},
-        {"digit", [] { PressKey('7'); }, "child KEYDOWN 55, child CHAR 55, child KEYUP 55"},
-        {"accent", [] { TypeCharacter(0xE9); }, "child KEYDOWN 231, child CHAR 233, child KEYUP 231"},
-        {"arrow", [] { PressKey(VK_DOWN); }, "child KEYDOWN 40, child KEYUP 40"},
-        {"shifted letter",
-         [] {
-             HoldKey(VK_SHIFT);
-             PressKey('X');
-             ReleaseKey(VK_SHIFT);
-         },
-         "child KEYDOWN 16, child KEYDOWN 88, child CHAR 88, child KEYUP 88, child KEYUP 16"},
-        {"control letter",
-         [] {
-             HoldKey(VK_CONTROL);
-             PressKey('A');
-             ReleaseKey(VK_CONTROL);
-         },
-         "child KEYDOWN 17, child KEYDOWN 65, child CHAR 1, child KEYUP 65, child KEYUP 17"},
-        {"without a focus",
-         [] {
-             SetFocus(nullptr);
-             PressKey(VK_DOWN);
-         },
-         "main SYSKEYDOWN 40"},
-    };
-    for (const Case& one : cases) {
-        SCOPED_TRACE(one.keys);
-        probe.log.clear();
-        one.press();
-        PumpFor(80);
-        EXPECT_EQ(probe.Take("KEYDOWN KEYUP CHAR SYSKEYDOWN"), one.told);
-    }
 }

@@ -56,35 +56,6 @@ TEST(PlatformPath, FullPathsFollowTheWindowsRules) {
         EXPECT_EQ(FullPath(c.path), c.full) << Narrow(c.path);
 }
 
-TEST(PlatformPath, RelativePathsStartAtTheCurrentDirectory) {
-    const ScratchFolder scratch;
-    ASSERT_TRUE(SetCurrentDirectoryW((scratch.path + TEXT("\\")).c_str()));
-    WideText current(1000, TEXT('\0'));
-    current.resize(GetCurrentDirectoryW(1000, current.data()));
-    EXPECT_EQ(Narrow(current), Narrow(scratch.path));
-    const WideText parent = scratch.path.substr(0, scratch.path.rfind(TEXT('\\')));
-    EXPECT_EQ(FullPath(TEXT("a\\b")), Narrow(scratch.Of(TEXT("a\\b"))));
-    EXPECT_EQ(FullPath(TEXT("C:a")), Narrow(scratch.Of(TEXT("a"))));
-    EXPECT_EQ(FullPath(TEXT("c:..\\a")), Narrow(parent + TEXT("\\a")));
-    EXPECT_EQ(FullPath(TEXT(".")), Narrow(scratch.path));
-    EXPECT_EQ(FullPath(TEXT("a\\..\\")), Narrow(scratch.path) + "\\");
-    ASSERT_TRUE(SetCurrentDirectoryW(TEXT("C:\\")));
-}
-
-TEST(PlatformPath, BufferSizesCountTheTerminatorOnlyWhenTooSmall) {
-    WCHAR buffer[8] = {};
-    EXPECT_EQ(GetFullPathNameW(TEXT("C:\\abc"), 6, buffer, nullptr), 7U);
-    EXPECT_EQ(GetFullPathNameW(TEXT("C:\\abc"), 0, nullptr, nullptr), 7U);
-    LPWSTR last = nullptr;
-    EXPECT_EQ(GetFullPathNameW(TEXT("C:\\abc"), 7, buffer, &last), 6U);
-    EXPECT_EQ(last, buffer + 3);
-    ASSERT_TRUE(SetCurrentDirectoryW(TEXT("C:\\")));
-    EXPECT_EQ(GetCurrentDirectoryW(3, buffer), 4U);
-    EXPECT_EQ(GetCurrentDirectoryW(4, buffer), 3U);
-    EXPECT_EQ(GetModuleFileNameW(nullptr, buffer, 8), 8U);
-    EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
-}
-
 TEST(PlatformPath, ALongPathIsBoundedByItsText) {
     WideText path = TEXT("C:\\");
     while (path.size() < 32000)

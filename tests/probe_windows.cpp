@@ -1,3 +1,4 @@
+// Windows that write down what they are told.
 #include "probe_windows.h"
 
 namespace {
@@ -10,40 +11,22 @@ struct MessageName {
 };
 // clang-format off
 constexpr MessageName MESSAGE_NAMES[] = {
-    {WM_GETMINMAXINFO, "GETMINMAXINFO"}, {WM_NCCREATE, "NCCREATE"}, {WM_NCCALCSIZE, "NCCALCSIZE"},
-    {WM_CREATE, "CREATE"}, {WM_SIZE, "SIZE"}, {WM_MOVE, "MOVE"},
-    {WM_SHOWWINDOW, "SHOWWINDOW"}, {WM_WINDOWPOSCHANGING, "POSCHANGING"}, {WM_WINDOWPOSCHANGED, "POSCHANGED"},
-    {WM_ACTIVATEAPP, "ACTIVATEAPP"}, {WM_NCACTIVATE, "NCACTIVATE"}, {WM_ACTIVATE, "ACTIVATE"},
-    {WM_SETFOCUS, "SETFOCUS"}, {WM_KILLFOCUS, "KILLFOCUS"}, {WM_ENABLE, "ENABLE"},
-    {WM_CANCELMODE, "CANCELMODE"}, {WM_PARENTNOTIFY, "PARENTNOTIFY"}, {WM_DESTROY, "DESTROY"},
-    {WM_NCDESTROY, "NCDESTROY"}, {WM_CLOSE, "CLOSE"}, {WM_PAINT, "PAINT"},
-    {WM_ERASEBKGND, "ERASEBKGND"}, {WM_TIMER, "TIMER"}, {WM_COMMAND, "COMMAND"},
-    {WM_NEXTDLGCTL, "NEXTDLGCTL"}, {WM_LBUTTONDOWN, "LBUTTONDOWN"}, {WM_LBUTTONUP, "LBUTTONUP"},
-    {WM_LBUTTONDBLCLK, "LBUTTONDBLCLK"}, {WM_KEYDOWN, "KEYDOWN"}, {WM_KEYUP, "KEYUP"},
-    {WM_SYSKEYDOWN, "SYSKEYDOWN"}, {WM_CHAR, "CHAR"}, {EM_SETSEL, "SETSEL"},
-    {BM_SETSTYLE, "SETSTYLE"},
+    {WM_ACTIVATE, "ACTIVATE"}, {WM_SETFOCUS, "SETFOCUS"}, {WM_KILLFOCUS, "KILLFOCUS"}, {WM_ENABLE, "ENABLE"},
+    {WM_CREATE, "CREATE"}, {WM_DESTROY, "DESTROY"}, {WM_NCDESTROY, "NCDESTROY"}, {WM_CLOSE, "CLOSE"},
+    {WM_WINDOWPOSCHANGED, "POSCHANGED"}, {WM_TIMER, "TIMER"}, {WM_COMMAND, "COMMAND"}, {WM_NEXTDLGCTL, "NEXTDLGCTL"},
+    {WM_KEYDOWN, "KEYDOWN"}, {WM_CHAR, "CHAR"},
 };
 // clang-format on
 
 // What of the parameters a test compares.
-std::string Details(UINT message, WPARAM wparam, LPARAM lparam) {
+std::string Details(UINT message, WPARAM wparam) {
     switch (message) {
-        case WM_SIZE:
-            return " " + std::to_string(LOWORD(lparam)) + "x" + std::to_string(HIWORD(lparam));
-        case WM_MOVE:
-        case WM_LBUTTONDOWN:
-        case WM_LBUTTONUP:
-            return " " + std::to_string(LOWORD(lparam)) + "," + std::to_string(HIWORD(lparam));
         case WM_COMMAND:
         case WM_TIMER:
         case WM_KEYDOWN:
-        case WM_KEYUP:
-        case WM_SYSKEYDOWN:
         case WM_CHAR:
         case WM_ENABLE:
         case WM_ACTIVATE:
-        case WM_SHOWWINDOW:
-        case BM_SETSTYLE:
             return " " + std::to_string(wparam);
         default:
             return "";
@@ -54,7 +37,7 @@ LRESULT CALLBACK ProbeProc(HWND window, UINT message, WPARAM wparam, LPARAM lpar
     for (const MessageName& known : MESSAGE_NAMES) {
         if (known.message == message) {
             current->log.push_back(current->NameOf(window) + " " + std::string(known.name) +
-                                   Details(message, wparam, lparam));
+                                   Details(message, wparam));
         }
     }
     LRESULT answer = 0;
@@ -72,12 +55,6 @@ void SendKey(WORD key, WORD scan, DWORD flags) {
     SendInput(1, &input, sizeof(INPUT));
 }
 
-// The unit in which absolute mouse moves count, rounded so that the pixel comes back.
-LONG Absolute(LONG pixel, int metric) {
-    const LONG whole = GetSystemMetrics(metric);
-    return (pixel * 65536 + whole - 1) / whole;
-}
-
 }  // namespace
 
 ProbeWindows::ProbeWindows(UINT class_style) {
@@ -86,7 +63,7 @@ ProbeWindows::ProbeWindows(UINT class_style) {
     window_class.style = class_style;
     window_class.lpfnWndProc = ProbeProc;
     window_class.cbWndExtra = 2 * sizeof(LONG_PTR);
-    window_class.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
+    window_class.hbrBackground = reinterpret_cast<HBRUSH>(UINT_PTR{COLOR_BTNFACE + 1});
     window_class.lpszClassName = TEXT("VeldraneProbe");
     RegisterClassW(&window_class);
 }
@@ -163,20 +140,6 @@ bool PumpUntil(const std::function<bool()>& condition, HWND dialog) {
 void PumpFor(unsigned ms, HWND dialog) {
     const ULONGLONG start = GetTickCount64();
     PumpUntil([&] { return GetTickCount64() - start >= ms; }, dialog);
-}
-
-void ClickAt(HWND window, LONG x, LONG y) {
-    POINT point{x, y};
-    ClientToScreen(window, &point);
-    INPUT input{};
-    input.type = INPUT_MOUSE;
-    input.mi.dx = Absolute(point.x, SM_CXSCREEN);
-    input.mi.dy = Absolute(point.y, SM_CYSCREEN);
-    for (const DWORD flags : {DWORD{MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE}, DWORD{MOUSEEVENTF_LEFTDOWN},
-                              DWORD{MOUSEEVENTF_LEFTUP}}) {
-        input.mi.dwFlags = flags;
-        SendInput(1, &input, sizeof(INPUT));
-    }
 }
 
 void HoldKey(int key) {

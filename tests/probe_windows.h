@@ -34,8 +34,7 @@ struct ProbeWindows {
 void PumpFor(unsigned ms, HWND dialog = nullptr);
 bool PumpUntil(const std::function<bool()>& condition, HWND dialog = nullptr);
 
-// Input as a user gives it. Points are in the client area of the window.
-void ClickAt(HWND window, LONG x, LONG y);
+// Input as a user gives it.
 void PressKey(int key);
 void HoldKey(int key);
 void ReleaseKey(int key);

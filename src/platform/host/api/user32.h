@@ -9,23 +9,17 @@
 using WNDPROC = LRESULT(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
 using TIMERPROC = void(CALLBACK*)(HWND, UINT, UINT_PTR, DWORD);
 using WNDENUMPROC = BOOL(CALLBACK*)(HWND, LPARAM);
-using COLORREF = DWORD;
 using LPRECT = RECT*;
 using LPPOINT = POINT*;
 using LPMSG = struct tagMSG*;
 
 #define MAKEINTRESOURCEW(number) (reinterpret_cast<LPCWSTR>(static_cast<ULONG_PTR>(number)))
 
-constexpr COLORREF RGB(unsigned red, unsigned green, unsigned blue) {
-    return (red & 0xFFU) | ((green & 0xFFU) << 8) | ((blue & 0xFFU) << 16);
-}
-
 // --- errors of windows ---
 
 constexpr DWORD ERROR_INVALID_DWP_HANDLE = 1405;
 constexpr DWORD ERROR_TLW_WITH_WSCHILD = 1406;
 constexpr DWORD ERROR_CLASS_HAS_WINDOWS = 1412;
-constexpr DWORD ERROR_INVALID_INDEX = 1413;
 
 // --- records ---
 
@@ -122,18 +116,11 @@ struct KEYBDINPUT {
     ULONG_PTR dwExtraInfo;
 };
 
-struct HARDWAREINPUT {
-    DWORD uMsg;
-    WORD wParamL;
-    WORD wParamH;
-};
-
 struct INPUT {
     DWORD type;
     union {
         MOUSEINPUT mi;
         KEYBDINPUT ki;
-        HARDWAREINPUT hi;
     };
 };
 
@@ -180,7 +167,6 @@ constexpr DWORD WS_TABSTOP = 0x00010000;
 constexpr DWORD WS_OVERLAPPEDWINDOW = 0x00CF0000;
 
 constexpr DWORD WS_EX_DLGMODALFRAME = 0x00000001;
-constexpr DWORD WS_EX_NOPARENTNOTIFY = 0x00000004;
 constexpr DWORD WS_EX_TOOLWINDOW = 0x00000080;
 constexpr DWORD WS_EX_WINDOWEDGE = 0x00000100;
 constexpr DWORD WS_EX_CLIENTEDGE = 0x00000200;
@@ -188,32 +174,21 @@ constexpr DWORD WS_EX_CONTROLPARENT = 0x00010000;
 constexpr DWORD WS_EX_STATICEDGE = 0x00020000;
 
 constexpr int GWLP_WNDPROC = -4;
-constexpr int GWLP_HINSTANCE = -6;
-constexpr int GWLP_HWNDPARENT = -8;
 constexpr int GWLP_ID = -12;
 constexpr int GWL_STYLE = -16;
 constexpr int GWL_EXSTYLE = -20;
 constexpr int GWLP_USERDATA = -21;
 
-constexpr UINT GW_HWNDFIRST = 0;
-constexpr UINT GW_HWNDLAST = 1;
 constexpr UINT GW_HWNDNEXT = 2;
-constexpr UINT GW_HWNDPREV = 3;
 constexpr UINT GW_OWNER = 4;
 constexpr UINT GW_CHILD = 5;
-constexpr UINT GA_ROOT = 2;
 
 constexpr int SW_HIDE = 0;
 constexpr int SW_SHOWNORMAL = 1;
-constexpr int SW_SHOWMINIMIZED = 2;
-constexpr int SW_MAXIMIZE = 3;
-constexpr int SW_SHOWNOACTIVATE = 4;
 constexpr int SW_SHOW = 5;
 constexpr int SW_MINIMIZE = 6;
-constexpr int SW_SHOWMINNOACTIVE = 7;
 constexpr int SW_SHOWNA = 8;
 constexpr int SW_RESTORE = 9;
-constexpr int SW_SHOWDEFAULT = 10;
 
 constexpr UINT SWP_NOSIZE = 0x0001;
 constexpr UINT SWP_NOMOVE = 0x0002;
@@ -227,13 +202,9 @@ constexpr UINT SWP_NOSENDCHANGING = 0x0400;
 
 constexpr UINT RDW_INVALIDATE = 0x0001;
 constexpr UINT RDW_ERASE = 0x0004;
-constexpr UINT RDW_VALIDATE = 0x0008;
-constexpr UINT RDW_NOERASE = 0x0020;
-constexpr UINT RDW_NOCHILDREN = 0x0040;
 constexpr UINT RDW_ALLCHILDREN = 0x0080;
 constexpr UINT RDW_UPDATENOW = 0x0100;
 constexpr UINT RDW_FRAME = 0x0400;
-constexpr UINT RDW_NOFRAME = 0x0800;
 
 // --- messages ---
 
@@ -251,13 +222,8 @@ constexpr UINT WM_GETTEXTLENGTH = 0x000E;
 constexpr UINT WM_PAINT = 0x000F;
 constexpr UINT WM_CLOSE = 0x0010;
 constexpr UINT WM_QUIT = 0x0012;
-constexpr UINT WM_QUERYOPEN = 0x0013;
 constexpr UINT WM_ERASEBKGND = 0x0014;
-constexpr UINT WM_SHOWWINDOW = 0x0018;
-constexpr UINT WM_ACTIVATEAPP = 0x001C;
-constexpr UINT WM_CANCELMODE = 0x001F;
 constexpr UINT WM_MOUSEACTIVATE = 0x0021;
-constexpr UINT WM_CHILDACTIVATE = 0x0022;
 constexpr UINT WM_GETMINMAXINFO = 0x0024;
 constexpr UINT WM_NEXTDLGCTL = 0x0028;
 constexpr UINT WM_SETFONT = 0x0030;
@@ -265,16 +231,11 @@ constexpr UINT WM_GETFONT = 0x0031;
 constexpr UINT WM_WINDOWPOSCHANGING = 0x0046;
 constexpr UINT WM_WINDOWPOSCHANGED = 0x0047;
 constexpr UINT WM_NOTIFY = 0x004E;
-constexpr UINT WM_NOTIFYFORMAT = 0x0055;
 constexpr UINT WM_NCCREATE = 0x0081;
 constexpr UINT WM_NCDESTROY = 0x0082;
 constexpr UINT WM_NCCALCSIZE = 0x0083;
 constexpr UINT WM_NCHITTEST = 0x0084;
-constexpr UINT WM_NCACTIVATE = 0x0086;
 constexpr UINT WM_GETDLGCODE = 0x0087;
-constexpr UINT WM_NCMOUSEMOVE = 0x00A0;
-constexpr UINT WM_NCLBUTTONDOWN = 0x00A1;
-constexpr UINT WM_NCLBUTTONUP = 0x00A2;
 constexpr UINT WM_KEYDOWN = 0x0100;
 constexpr UINT WM_KEYUP = 0x0101;
 constexpr UINT WM_CHAR = 0x0102;
@@ -284,21 +245,13 @@ constexpr UINT WM_SYSCHAR = 0x0106;
 constexpr UINT WM_COMMAND = 0x0111;
 constexpr UINT WM_SYSCOMMAND = 0x0112;
 constexpr UINT WM_TIMER = 0x0113;
-constexpr UINT WM_CTLCOLOREDIT = 0x0133;
-constexpr UINT WM_CTLCOLORLISTBOX = 0x0134;
-constexpr UINT WM_CTLCOLORBTN = 0x0135;
-constexpr UINT WM_CTLCOLORDLG = 0x0136;
-constexpr UINT WM_CTLCOLORSTATIC = 0x0138;
 constexpr UINT WM_MOUSEMOVE = 0x0200;
 constexpr UINT WM_LBUTTONDOWN = 0x0201;
 constexpr UINT WM_LBUTTONUP = 0x0202;
 constexpr UINT WM_LBUTTONDBLCLK = 0x0203;
-constexpr UINT WM_PARENTNOTIFY = 0x0210;
 constexpr UINT WM_CAPTURECHANGED = 0x0215;
 constexpr UINT WM_CUT = 0x0300;
 constexpr UINT WM_UNDO = 0x0304;
-constexpr UINT WM_PRINT = 0x0317;
-constexpr UINT WM_PRINTCLIENT = 0x0318;
 constexpr UINT WM_USER = 0x0400;
 constexpr UINT WM_APP = 0x8000;
 
@@ -324,27 +277,23 @@ constexpr int WA_INACTIVE = 0;
 constexpr int WA_ACTIVE = 1;
 constexpr int WA_CLICKACTIVE = 2;
 constexpr int MA_ACTIVATE = 1;
-constexpr int MA_ACTIVATEANDEAT = 2;
 constexpr int MA_NOACTIVATE = 3;
-constexpr int MA_NOACTIVATEANDEAT = 4;
-constexpr int NFR_UNICODE = 2;
-constexpr int NF_QUERY = 3;
 
 constexpr int HTERROR = -2;
 constexpr int HTTRANSPARENT = -1;
 constexpr int HTNOWHERE = 0;
 constexpr int HTCLIENT = 1;
-constexpr int HTCAPTION = 2;
 constexpr int HTBORDER = 18;
-constexpr int HTCLOSE = 20;
 
+constexpr UINT SC_SIZE = 0xF000;
+constexpr UINT SC_MOVE = 0xF010;
 constexpr UINT SC_MINIMIZE = 0xF020;
 constexpr UINT SC_MAXIMIZE = 0xF030;
 constexpr UINT SC_CLOSE = 0xF060;
+constexpr UINT SC_KEYMENU = 0xF100;
 constexpr UINT SC_RESTORE = 0xF120;
 
 constexpr UINT PM_REMOVE = 0x0001;
-constexpr UINT PM_NOYIELD = 0x0002;
 
 constexpr UINT USER_TIMER_MINIMUM = 0x0000000A;
 constexpr UINT USER_TIMER_MAXIMUM = 0x7FFFFFFF;
@@ -467,10 +416,6 @@ constexpr int VK_DOWN = 0x28;
 constexpr int VK_EXECUTE = 0x2B;
 constexpr int VK_DELETE = 0x2E;
 constexpr int VK_F4 = 0x73;
-constexpr int VK_LSHIFT = 0xA0;
-constexpr int VK_RSHIFT = 0xA1;
-constexpr int VK_LCONTROL = 0xA2;
-constexpr int VK_RCONTROL = 0xA3;
 constexpr int VK_PACKET = 0xE7;
 
 constexpr int MK_LBUTTON = 0x0001;
@@ -479,45 +424,19 @@ constexpr int MK_CONTROL = 0x0008;
 
 constexpr DWORD INPUT_MOUSE = 0;
 constexpr DWORD INPUT_KEYBOARD = 1;
-constexpr DWORD MOUSEEVENTF_MOVE = 0x0001;
 constexpr DWORD MOUSEEVENTF_LEFTDOWN = 0x0002;
 constexpr DWORD MOUSEEVENTF_LEFTUP = 0x0004;
-constexpr DWORD MOUSEEVENTF_ABSOLUTE = 0x8000;
 constexpr DWORD KEYEVENTF_EXTENDEDKEY = 0x0001;
 constexpr DWORD KEYEVENTF_KEYUP = 0x0002;
 constexpr DWORD KEYEVENTF_UNICODE = 0x0004;
-constexpr DWORD KEYEVENTF_SCANCODE = 0x0008;
 
 // --- stock objects, colours, metrics, cursors ---
 
-constexpr int WHITE_BRUSH = 0;
-constexpr int NULL_BRUSH = 5;
 constexpr int ANSI_FIXED_FONT = 11;
-constexpr int ANSI_VAR_FONT = 12;
-constexpr int SYSTEM_FONT = 13;
 constexpr int DEFAULT_GUI_FONT = 17;
 
-constexpr int COLOR_SCROLLBAR = 0;
-constexpr int COLOR_WINDOW = 5;
-constexpr int COLOR_WINDOWTEXT = 8;
-constexpr int COLOR_HIGHLIGHT = 13;
 constexpr int COLOR_BTNFACE = 15;
-constexpr int COLOR_GRAYTEXT = 17;
-constexpr int COLOR_BTNTEXT = 18;
 
-constexpr int SM_CXSCREEN = 0;
-constexpr int SM_CYSCREEN = 1;
-constexpr int SM_CXVSCROLL = 2;
-constexpr int SM_CYHSCROLL = 3;
-constexpr int SM_CYCAPTION = 4;
-constexpr int SM_CXBORDER = 5;
-constexpr int SM_CYBORDER = 6;
-constexpr int SM_CXEDGE = 45;
-constexpr int SM_CYEDGE = 46;
-constexpr int SM_CXFRAME = 32;
-constexpr int SM_CYFRAME = 33;
-constexpr int SM_CXMINTRACK = 34;
-constexpr int SM_CYMINTRACK = 35;
 
 #define IDC_ARROW MAKEINTRESOURCEW(32512)
 
@@ -541,14 +460,10 @@ DWORD WINAPI GetCurrentThreadId();
 // --- the window tree ---
 
 HWND WINAPI GetParent(HWND window);
-HWND WINAPI GetAncestor(HWND window, UINT kind);
 HWND WINAPI GetWindow(HWND window, UINT relation);
 BOOL WINAPI IsChild(HWND parent, HWND window);
 BOOL WINAPI EnumWindows(WNDENUMPROC procedure, LPARAM parameter);
-BOOL WINAPI EnumThreadWindows(DWORD thread, WNDENUMPROC procedure, LPARAM parameter);
 HWND WINAPI FindWindowW(LPCWSTR class_name, LPCWSTR title);
-HWND WINAPI FindWindowExW(HWND parent, HWND after, LPCWSTR class_name, LPCWSTR title);
-HWND WINAPI WindowFromPoint(POINT point);
 
 // --- text and dialog items ---
 
@@ -593,8 +508,6 @@ BOOL WINAPI ClientToScreen(HWND window, LPPOINT point);
 BOOL WINAPI ScreenToClient(HWND window, LPPOINT point);
 int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count);
 BOOL WINAPI AdjustWindowRectEx(LPRECT rectangle, DWORD style, BOOL menu, DWORD extended_style);
-BOOL WINAPI PtInRect(const RECT* rectangle, POINT point);
-int WINAPI GetSystemMetrics(int index);
 
 // --- painting ---
 
@@ -603,12 +516,7 @@ BOOL WINAPI RedrawWindow(HWND window, const RECT* rectangle, HRGN region, UINT f
 BOOL WINAPI UpdateWindow(HWND window);
 HDC WINAPI BeginPaint(HWND window, PAINTSTRUCT* paint);
 BOOL WINAPI EndPaint(HWND window, const PAINTSTRUCT* paint);
-HDC WINAPI GetDC(HWND window);
-int WINAPI ReleaseDC(HWND window, HDC dc);
-int WINAPI FillRect(HDC dc, const RECT* rectangle, HBRUSH brush);
 HGDIOBJ WINAPI GetStockObject(int object);
-HBRUSH WINAPI GetSysColorBrush(int index);
-COLORREF WINAPI GetSysColor(int index);
 HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name);
 
 // --- messages and timers ---

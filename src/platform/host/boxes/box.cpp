@@ -13,7 +13,7 @@ constexpr DWORD BOX_STYLE = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPSIBLINGS
 constexpr DWORD BOX_EXTENDED_STYLE = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT | WS_EX_WINDOWEDGE;
 
 POINT MiddleOf(HWND owner, int width, int height) {
-    RECT around = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    RECT around = {0, 0, SCREEN_WIDTH, SCREEN_HEIGHT};
     if (owner != nullptr && IsWindowVisible(owner))
         GetWindowRect(owner, &around);
     return {(around.left + around.right - width) / 2, (around.top + around.bottom - height) / 2};
@@ -75,7 +75,7 @@ void PumpMessages(const Box& box) {
 
 bool MakeBox(Box& box, HWND owner, const WCHAR* title, int width, int height) {
     const OwnCalls own;
-    const HWND root = owner == nullptr ? nullptr : GetAncestor(owner, GA_ROOT);
+    const HWND root = owner == nullptr ? nullptr : RootOf(owner);
     const POINT corner = MiddleOf(root, width, height);
     CreateWindowExW(BOX_EXTENDED_STYLE, u"#32770", title, BOX_STYLE, corner.x, corner.y, width, height, root,
                     nullptr, nullptr, &box);

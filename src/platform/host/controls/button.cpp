@@ -39,7 +39,7 @@ LRESULT DialogCode(HWND window) {
 bool IsOver(HWND window, LPARAM point) {
     RECT client{};
     GetClientRect(window, &client);
-    return PtInRect(&client, {XOf(point), YOf(point)}) != FALSE;
+    return Contains(client, {XOf(point), YOf(point)});
 }
 
 LRESULT Hold(HWND window, Button& button) {

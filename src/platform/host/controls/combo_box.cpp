@@ -288,7 +288,7 @@ LRESULT CALLBACK ComboListProcedure(HWND window, UINT message, WPARAM wparam, LP
         return DefWindowProcW(window, message, wparam, lparam);
     RECT client{};
     GetClientRect(window, &client);
-    const bool is_inside = PtInRect(&client, {XOf(lparam), YOf(lparam)}) != FALSE;
+    const bool is_inside = Contains(client, {XOf(lparam), YOf(lparam)});
     switch (message) {
         case WM_MOUSEACTIVATE:
             return MA_NOACTIVATE;

@@ -41,7 +41,7 @@ RECT PlaceOf(const Tabs& tabs, std::size_t index) {
 int TabAt(const Tabs& tabs, POINT point) {
     for (std::size_t index = 0; index < tabs.texts.size(); index++) {
         const RECT place = PlaceOf(tabs, index);
-        if (PtInRect(&place, point))
+        if (Contains(place, point))
             return static_cast<int>(index);
     }
     return NONE;

@@ -2,7 +2,7 @@
 #include "platform/host/api/kernel32.h"
 
 int main() {
-    constexpr int SHOW_DEFAULT = 10;
+    constexpr int SHOW_NORMAL = 1;
     WCHAR no_arguments[] = u"";
-    return wWinMain(GetModuleHandleW(nullptr), nullptr, no_arguments, SHOW_DEFAULT);
+    return wWinMain(GetModuleHandleW(nullptr), nullptr, no_arguments, SHOW_NORMAL);
 }

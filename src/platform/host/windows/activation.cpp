@@ -5,14 +5,14 @@
 namespace host {
 namespace {
 
-struct Activation {
+struct KeyboardState {
     HWND active = nullptr;
     HWND focus = nullptr;
     HWND capture = nullptr;
 };
 
-Activation& State() {
-    static Activation state;
+KeyboardState& Keyboard() {
+    static KeyboardState state;
     return state;
 }
 
@@ -28,21 +28,14 @@ bool IsInside(HWND outer, HWND inner) {
     return inner != nullptr && (outer == inner || IsChild(outer, inner) != FALSE);
 }
 
-void TellApplication(BOOL active) {
-    const std::vector<HWND> top_levels = TopLevelWindows();
-    for (const HWND window : top_levels)
-        if (IsWindow(window))
-            SendMessageW(window, WM_ACTIVATEAPP, static_cast<WPARAM>(active), 0);
-}
-
 void MoveFocus(HWND next) {
-    const HWND previous = State().focus;
+    const HWND previous = Keyboard().focus;
     if (previous == next)
         return;
-    State().focus = next;
+    Keyboard().focus = next;
     if (previous != nullptr && IsWindow(previous))
         SendMessageW(previous, WM_KILLFOCUS, AsWparam(next), 0);
-    if (next != nullptr && State().focus == next && IsWindow(next))
+    if (next != nullptr && Keyboard().focus == next && IsWindow(next))
         SendMessageW(next, WM_SETFOCUS, AsWparam(previous), 0);
 }
 
@@ -68,13 +61,12 @@ HWND NextActive(HWND leaving) {
 void Disable(Window& window) {
     const HWND handle = window.handle;
     const bool was_enabled = (window.style & WS_DISABLED) == 0;
-    SendMessageW(handle, WM_CANCELMODE, 0, 0);
     if (!was_enabled)
         return;
     window.style |= WS_DISABLED;
-    if (IsInside(handle, State().focus))
+    if (Keyboard().focus == handle)
         MoveFocus(nullptr);
-    if (State().capture == handle)
+    if (Keyboard().capture == handle)
         ReleaseCapture();
     SendMessageW(handle, WM_ENABLE, FALSE, 0);
 }
@@ -87,23 +79,17 @@ bool CanBeActive(const Window& window) {
 }
 
 void ActivateWindow(HWND handle, int how) {
-    const HWND previous = State().active;
+    const HWND previous = Keyboard().active;
     if (previous == handle)
         return;
-    if (previous != nullptr && IsWindow(previous)) {
-        SendMessageW(previous, WM_NCACTIVATE, FALSE, AsLparam(handle));
+    if (previous != nullptr && IsWindow(previous))
         SendMessageW(previous, WM_ACTIVATE, WA_INACTIVE, AsLparam(handle));
-    }
-    State().active = handle;
+    Keyboard().active = handle;
     if (handle == nullptr) {
-        TellApplication(FALSE);
         MoveFocus(nullptr);
         return;
     }
     RaiseWindow(handle);
-    if (previous == nullptr)
-        TellApplication(TRUE);
-    SendMessageW(handle, WM_NCACTIVATE, TRUE, AsLparam(previous));
     SendMessageW(handle, WM_ACTIVATE, static_cast<WPARAM>(how), AsLparam(previous));
 }
 
@@ -111,19 +97,19 @@ void PassActivationOn(HWND handle) {
     const WindowPointer window = FindWindowState(handle);
     if (window == nullptr)
         return;
-    if (State().capture != nullptr && IsInside(handle, State().capture))
+    if (Keyboard().capture != nullptr && IsInside(handle, Keyboard().capture))
         ReleaseCapture();
     if (window->parent != nullptr) {
-        if (IsInside(handle, State().focus))
+        if (IsInside(handle, Keyboard().focus))
             SetFocus(window->parent);
         return;
     }
-    if (State().active == handle)
+    if (Keyboard().active == handle)
         ActivateWindow(NextActive(handle), WA_ACTIVE);
 }
 
 void ForgetInput(HWND handle) {
-    Activation& state = State();
+    KeyboardState& state = Keyboard();
     for (HWND* const held : {&state.active, &state.focus, &state.capture})
         if (*held == handle)
             *held = nullptr;
@@ -135,7 +121,7 @@ using host::FindWindowState;
 using host::WindowPointer;
 
 HWND WINAPI SetFocus(HWND handle) {
-    const HWND previous = host::State().focus;
+    const HWND previous = host::Keyboard().focus;
     if (handle == previous)
         return previous;
     if (handle == nullptr) {
@@ -145,7 +131,7 @@ HWND WINAPI SetFocus(HWND handle) {
     if (FindWindowState(handle) == nullptr || !host::TakesFocus(handle))
         return nullptr;
     const HWND root = host::RootOf(handle);
-    if (root != host::State().active)
+    if (root != host::Keyboard().active)
         host::ActivateWindow(root, WA_ACTIVE);
     if (IsWindow(handle))
         host::MoveFocus(handle);
@@ -153,11 +139,11 @@ HWND WINAPI SetFocus(HWND handle) {
 }
 
 HWND WINAPI GetFocus() {
-    return host::State().focus;
+    return host::Keyboard().focus;
 }
 
 HWND WINAPI SetActiveWindow(HWND handle) {
-    const HWND previous = host::State().active;
+    const HWND previous = host::Keyboard().active;
     const WindowPointer window = handle == nullptr ? nullptr : FindWindowState(handle);
     if (window == nullptr || window->parent != nullptr || (window->style & WS_DISABLED) != 0)
         return nullptr;
@@ -166,7 +152,7 @@ HWND WINAPI SetActiveWindow(HWND handle) {
 }
 
 HWND WINAPI GetActiveWindow() {
-    return host::State().active;
+    return host::Keyboard().active;
 }
 
 BOOL WINAPI SetForegroundWindow(HWND handle) {
@@ -198,8 +184,8 @@ BOOL WINAPI IsWindowEnabled(HWND handle) {
 HWND WINAPI SetCapture(HWND handle) {
     if (handle != nullptr && FindWindowState(handle) == nullptr)
         return nullptr;
-    const HWND previous = host::State().capture;
-    host::State().capture = handle;
+    const HWND previous = host::Keyboard().capture;
+    host::Keyboard().capture = handle;
     if (previous != nullptr && previous != handle)
         SendMessageW(previous, WM_CAPTURECHANGED, 0, host::AsLparam(handle));
     return previous;
@@ -211,5 +197,5 @@ BOOL WINAPI ReleaseCapture() {
 }
 
 HWND WINAPI GetCapture() {
-    return host::State().capture;
+    return host::Keyboard().capture;
 }

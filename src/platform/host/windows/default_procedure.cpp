@@ -7,26 +7,11 @@
 namespace host {
 namespace {
 
-// The part of a frame at a point: first the client area, then the caption with its buttons, then the edges.
 LRESULT HitFrame(const Window& window, POINT point) {
-    const RECT outer = OuterOnScreen(window);
-    if (!Contains(outer, point))
-        return HTNOWHERE;
     const POINT origin = ClientOrigin(window);
     const RECT client = {origin.x, origin.y, origin.x + window.client.right - window.client.left,
                          origin.y + window.client.bottom - window.client.top};
-    if (Contains(client, point))
-        return HTCLIENT;
-    const FrameSize frame = FrameOf(window.style, window.extended_style);
-    const bool in_caption = (window.style & WS_CAPTION) == WS_CAPTION &&
-                            point.y >= outer.top + frame.bottom && point.y < outer.top + frame.top &&
-                            point.x >= outer.left + frame.left && point.x < outer.right - frame.right;
-    constexpr LONG BUTTON_WIDTH = 18;
-    if (in_caption) {
-        const bool has_close = (window.style & WS_SYSMENU) != 0;
-        return has_close && point.x >= outer.right - frame.right - BUTTON_WIDTH ? HTCLOSE : HTCAPTION;
-    }
-    return HTBORDER;
+    return Contains(client, point) ? HTCLIENT : HTBORDER;
 }
 
 LRESULT CalculateFrame(const Window& window, RECT& rectangle) {
@@ -36,9 +21,9 @@ LRESULT CalculateFrame(const Window& window, RECT& rectangle) {
     rectangle.right -= frame.right;
     rectangle.bottom -= frame.bottom;
     if ((window.style & WS_VSCROLL) != 0)
-        rectangle.right -= GetSystemMetrics(SM_CXVSCROLL);
+        rectangle.right -= SCROLL_BAR;
     if ((window.style & WS_HSCROLL) != 0)
-        rectangle.bottom -= GetSystemMetrics(SM_CYHSCROLL);
+        rectangle.bottom -= SCROLL_BAR;
     rectangle.right = std::max(rectangle.right, rectangle.left);
     rectangle.bottom = std::max(rectangle.bottom, rectangle.top);
     return 0;
@@ -84,13 +69,8 @@ LRESULT Paint(HWND handle) {
     return 0;
 }
 
-LRESULT EraseBackground(const Window& window, HDC dc) {
-    if (window.window_class->background == nullptr)
-        return 0;
-    RECT client{};
-    GetClientRect(window.handle, &client);
-    FillRect(dc, &client, window.window_class->background);
-    return 1;
+LRESULT EraseBackground(const Window& window) {
+    return window.window_class->background == nullptr ? 0 : 1;
 }
 
 LRESULT SystemCommand(HWND handle, WPARAM command) {
@@ -101,14 +81,19 @@ LRESULT SystemCommand(HWND handle, WPARAM command) {
         case SC_MINIMIZE:
             ShowWindow(handle, SW_MINIMIZE);
             return 0;
-        case SC_MAXIMIZE:
-            ShowWindow(handle, SW_MAXIMIZE);
-            return 0;
         case SC_RESTORE:
             ShowWindow(handle, SW_RESTORE);
             return 0;
+        case SC_SIZE:
+            NotImplemented("WM_SYSCOMMAND", "SC_SIZE");
+        case SC_MOVE:
+            NotImplemented("WM_SYSCOMMAND", "SC_MOVE");
+        case SC_MAXIMIZE:
+            NotImplemented("WM_SYSCOMMAND", "SC_MAXIMIZE");
+        case SC_KEYMENU:
+            NotImplemented("WM_SYSCOMMAND", "SC_KEYMENU");
         default:
-            NotImplemented("DefWindowProcW", "this system command");
+            NotImplemented("WM_SYSCOMMAND", "a command other than these: close, minimise, restore");
     }
 }
 
@@ -165,39 +150,18 @@ LRESULT WINAPI DefWindowProcW(HWND handle, UINT message, WPARAM wparam, LPARAM l
         case WM_PAINT:
             return host::Paint(handle);
         case WM_ERASEBKGND:
-            return host::EraseBackground(*window, reinterpret_cast<HDC>(wparam));
+            return host::EraseBackground(*window);
         case WM_CLOSE:
             DestroyWindow(handle);
             return 0;
         case WM_ACTIVATE:
             return host::FocusOnActivation(*window, wparam);
-        case WM_NCACTIVATE:
-        case WM_QUERYOPEN:
-            return TRUE;
         case WM_MOUSEACTIVATE:
             return host::MayActivate(*window, wparam, lparam);
-        case WM_NCLBUTTONDOWN:
-            return 0;
-        case WM_NCLBUTTONUP:
-            if (wparam == HTCLOSE)
-                SendMessageW(handle, WM_SYSCOMMAND, SC_CLOSE, lparam);
-            return 0;
         case WM_SYSCOMMAND:
             return host::SystemCommand(handle, wparam);
         case WM_SYSKEYDOWN:
             return host::SystemKey(*window, wparam);
-        case WM_CTLCOLORBTN:
-        case WM_CTLCOLORDLG:
-        case WM_CTLCOLORSTATIC:
-            return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_BTNFACE));
-        case WM_CTLCOLOREDIT:
-        case WM_CTLCOLORLISTBOX:
-            return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
-        case WM_NOTIFYFORMAT:
-            return lparam == NF_QUERY ? NFR_UNICODE : 0;
-        case WM_PRINT:
-        case WM_PRINTCLIENT:
-            host::NotImplemented("DefWindowProcW", "printing");
         default:
             return 0;
     }

@@ -7,7 +7,6 @@
 namespace host {
 namespace {
 
-constexpr LONG SCROLL_BAR = 17;
 constexpr LONG CAPTION = 19;
 constexpr LONG TOOL_CAPTION = 16;
 constexpr LONG SIZING_FRAME = 4;
@@ -142,37 +141,4 @@ BOOL WINAPI AdjustWindowRectEx(LPRECT rectangle, DWORD style, BOOL menu, DWORD e
     rectangle->right += frame.right;
     rectangle->bottom += frame.bottom;
     return TRUE;
-}
-
-BOOL WINAPI PtInRect(const RECT* rectangle, POINT point) {
-    return host::Contains(*rectangle, point) ? TRUE : FALSE;
-}
-
-int WINAPI GetSystemMetrics(int index) {
-    switch (index) {
-        case SM_CXSCREEN:
-            return host::SCREEN_WIDTH;
-        case SM_CYSCREEN:
-            return host::SCREEN_HEIGHT;
-        case SM_CXVSCROLL:
-        case SM_CYHSCROLL:
-            return host::SCROLL_BAR;
-        case SM_CYCAPTION:
-            return host::CAPTION;
-        case SM_CXBORDER:
-        case SM_CYBORDER:
-            return 1;
-        case SM_CXEDGE:
-        case SM_CYEDGE:
-            return host::CLIENT_EDGE;
-        case SM_CXFRAME:
-        case SM_CYFRAME:
-            return host::SIZING_FRAME;
-        case SM_CXMINTRACK:
-            return host::DefaultLimits(0, 0).ptMinTrackSize.x;
-        case SM_CYMINTRACK:
-            return host::DefaultLimits(0, 0).ptMinTrackSize.y;
-        default:
-            host::NotImplemented("GetSystemMetrics", "this figure");
-    }
 }

@@ -43,23 +43,12 @@ void DestroyOwned(HWND owner) {
             DestroyWindow(handle);
 }
 
-void TellParent(const Window& window, UINT event) {
-    if (IsChildStyle(window.style) && (window.extended_style & WS_EX_NOPARENTNOTIFY) == 0) {
-        SendMessageW(window.parent, WM_PARENTNOTIFY, MAKEWPARAM(event, static_cast<UINT>(window.id)),
-                     reinterpret_cast<LPARAM>(window.handle));
-    }
-}
-
 void CompleteStyles(Window& window) {
     if (!IsChildStyle(window.style)) {
         window.style |= WS_CLIPSIBLINGS;
         if ((window.style & WS_POPUP) == 0)
             window.style |= WS_CAPTION;
     }
-    const bool has_dialog_edge = (window.extended_style & WS_EX_DLGMODALFRAME) != 0;
-    const bool has_frame = (window.style & (WS_DLGFRAME | WS_THICKFRAME)) != 0;
-    if (has_dialog_edge || (has_frame && (window.extended_style & WS_EX_STATICEDGE) == 0))
-        window.extended_style |= WS_EX_WINDOWEDGE;
 }
 
 void PlaceFirst(Window& window, const CREATESTRUCTW& create) {
@@ -71,10 +60,8 @@ void PlaceFirst(Window& window, const CREATESTRUCTW& create) {
         x = 0;
         y = 0;
     }
-    if (width == CW_USEDEFAULT) {
-        width = IsChildStyle(window.style) ? 0 : static_cast<int>(SCREEN_WIDTH * 3 / 4);
-        height = IsChildStyle(window.style) ? 0 : static_cast<int>(SCREEN_HEIGHT * 3 / 4);
-    }
+    if (width == CW_USEDEFAULT)
+        NotImplemented("CreateWindowExW", "a size of the platform's choice");
     if (HasLimits(window.style)) {
         MINMAXINFO limits = DefaultLimits(window.style, window.extended_style);
         SendMessageW(window.handle, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
@@ -118,7 +105,6 @@ WindowPointer MakeWindow(const CREATESTRUCTW& create, const ClassPointer& window
     CompleteStyles(*window);
     window->window_class = window_class;
     window->procedure = window_class->procedure;
-    window->instance = create.hInstance;
     window->extra.resize(static_cast<std::size_t>(window_class->extra_bytes));
     window->thread = GetCurrentThreadId();
     return window;
@@ -141,10 +127,8 @@ bool CanCreate(const CREATESTRUCTW& create, const ClassPointer& window_class) {
 
 std::byte* ExtraBytes(Window& window, int index) {
     const auto offset = static_cast<std::size_t>(index);
-    if (index < 0 || offset + sizeof(LONG_PTR) > window.extra.size()) {
-        SetLastError(ERROR_INVALID_INDEX);
-        return nullptr;
-    }
+    if (index < 0 || offset + sizeof(LONG_PTR) > window.extra.size())
+        NotImplemented("GetWindowLongPtrW, SetWindowLongPtrW", "this value");
     return window.extra.data() + offset;
 }
 
@@ -174,8 +158,6 @@ HWND WINAPI CreateWindowExW(DWORD extended_style, LPCWSTR class_name, LPCWSTR ti
         window->size_on_show = true;
     else
         host::SendSizeAndMove(handle);
-    if (IsWindow(handle))
-        host::TellParent(*window, WM_CREATE);
     if ((style & WS_VISIBLE) != 0 && IsWindow(handle))
         ShowWindow(handle, SW_SHOW);
     return IsWindow(handle) ? handle : nullptr;
@@ -185,7 +167,6 @@ BOOL WINAPI DestroyWindow(HWND handle) {
     const WindowPointer window = FindWindowState(handle);
     if (window == nullptr)
         return FALSE;
-    host::TellParent(*window, WM_DESTROY);
     if (host::IsChildStyle(window->style)) {
         ShowWindow(handle, SW_HIDE);
     } else if ((window->style & WS_VISIBLE) != 0) {
@@ -208,12 +189,6 @@ LONG_PTR WINAPI GetWindowLongPtrW(HWND handle, int index) {
     switch (index) {
         case GWLP_WNDPROC:
             return reinterpret_cast<LONG_PTR>(window->procedure);
-        case GWLP_HINSTANCE:
-            return reinterpret_cast<LONG_PTR>(window->instance);
-        case GWLP_HWNDPARENT:
-            return reinterpret_cast<LONG_PTR>(window->parent != nullptr ? window->parent : window->owner);
-        case GWLP_ID:
-            return window->id;
         case GWL_STYLE:
             return window->style;
         case GWL_EXSTYLE:
@@ -224,8 +199,7 @@ LONG_PTR WINAPI GetWindowLongPtrW(HWND handle, int index) {
             break;
     }
     LONG_PTR value = 0;
-    if (const std::byte* const bytes = host::ExtraBytes(*window, index); bytes != nullptr)
-        std::memcpy(&value, bytes, sizeof(value));
+    std::memcpy(&value, host::ExtraBytes(*window, index), sizeof(value));
     return value;
 }
 
@@ -238,26 +212,16 @@ LONG_PTR WINAPI SetWindowLongPtrW(HWND handle, int index, LONG_PTR value) {
         case GWLP_WNDPROC:
             window->procedure = reinterpret_cast<WNDPROC>(value);
             return previous;
-        case GWLP_ID:
-            window->id = value;
-            return previous;
         case GWL_STYLE:
             window->style = static_cast<DWORD>(value);
-            return previous;
-        case GWL_EXSTYLE:
-            window->extended_style = static_cast<DWORD>(value);
             return previous;
         case GWLP_USERDATA:
             window->user_data = value;
             return previous;
-        case GWLP_HINSTANCE:
-        case GWLP_HWNDPARENT:
-            host::NotImplemented("SetWindowLongPtrW", "another instance or owner");
         default:
             break;
     }
-    if (std::byte* const bytes = host::ExtraBytes(*window, index); bytes != nullptr)
-        std::memcpy(bytes, &value, sizeof(value));
+    std::memcpy(host::ExtraBytes(*window, index), &value, sizeof(value));
     return previous;
 }
 

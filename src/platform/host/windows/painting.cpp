@@ -1,7 +1,5 @@
 // Painting without a picture: which windows are due, in which order they are told, and the stock objects. A
 // window is damaged as a whole; what it would draw is not kept.
-#include <algorithm>
-#include <array>
 
 #include "platform/host/hooks.h"
 #include "platform/host/windows/window.h"
@@ -9,40 +7,9 @@
 namespace host {
 namespace {
 
-// Stands for every device context, with the count of those that are out.
-struct Contexts {
-    int in_use = 0;
-};
-
-Contexts& State() {
-    static Contexts state;
-    return state;
-}
-
-HDC Context() {
-    return reinterpret_cast<HDC>(&State());
-}
-
-template <typename Handle>
-Handle StockHandle(std::uintptr_t kind, int index) {
-    return reinterpret_cast<Handle>(kind + static_cast<std::uintptr_t>(index));
-}
-
 constexpr std::uintptr_t STOCK_OBJECTS = 0x40000;
-constexpr std::uintptr_t COLOUR_BRUSHES = 0x50000;
+constexpr std::uintptr_t DEVICE_CONTEXT = 0x50000;  // one stands for all
 constexpr std::uintptr_t CURSORS = 0x60000;
-
-struct SystemColour {
-    int index;
-    COLORREF value;
-};
-constexpr std::array<SystemColour, 7> COLOURS = {{{COLOR_SCROLLBAR, RGB(212, 208, 200)},
-                                                  {COLOR_WINDOW, RGB(255, 255, 255)},
-                                                  {COLOR_WINDOWTEXT, RGB(0, 0, 0)},
-                                                  {COLOR_HIGHLIGHT, RGB(8, 36, 107)},
-                                                  {COLOR_BTNFACE, RGB(212, 208, 200)},
-                                                  {COLOR_GRAYTEXT, RGB(128, 128, 128)},
-                                                  {COLOR_BTNTEXT, RGB(0, 0, 0)}}};
 
 HWND DamagedIn(HWND handle) {
     const WindowPointer window = FindWindowState(handle);
@@ -54,13 +21,6 @@ HWND DamagedIn(HWND handle) {
         if (const HWND found = DamagedIn(child); found != nullptr)
             return found;
     return nullptr;
-}
-
-void Mend(Window& window, bool with_children) {
-    window.damaged = false;
-    window.unerased = false;
-    for (const HWND child : with_children ? window.children : std::vector<HWND>{})
-        Mend(*FindWindowState(child), true);
 }
 
 void PaintNow(HWND handle) {
@@ -103,16 +63,12 @@ BOOL WINAPI RedrawWindow(HWND handle, const RECT*, HRGN, UINT flags) {
     const WindowPointer window = FindWindowState(handle);
     if (window == nullptr)
         return FALSE;
-    constexpr UINT KNOWN = RDW_INVALIDATE | RDW_ERASE | RDW_VALIDATE | RDW_NOCHILDREN | RDW_ALLCHILDREN |
-                           RDW_UPDATENOW | RDW_FRAME | RDW_NOERASE | RDW_NOFRAME;
+    constexpr UINT KNOWN = RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW | RDW_FRAME;
     if ((flags & ~KNOWN) != 0)
         host::NotImplemented("RedrawWindow", "these flags");
-    const bool clips = (window->style & WS_CLIPCHILDREN) != 0 || (flags & RDW_NOCHILDREN) != 0;
-    const bool with_children = (flags & RDW_ALLCHILDREN) != 0 || !clips;
+    const bool with_children = (flags & RDW_ALLCHILDREN) != 0 || (window->style & WS_CLIPCHILDREN) == 0;
     if ((flags & RDW_INVALIDATE) != 0)
         host::DamageWindow(*window, with_children, (flags & RDW_ERASE) != 0);
-    else if ((flags & RDW_VALIDATE) != 0)
-        host::Mend(*window, with_children);
     if ((flags & RDW_UPDATENOW) != 0 && IsWindowVisible(handle) != FALSE)
         host::PaintNow(handle);
     return TRUE;
@@ -133,11 +89,12 @@ HDC WINAPI BeginPaint(HWND handle, PAINTSTRUCT* paint) {
     if (window == nullptr)
         return nullptr;
     *paint = PAINTSTRUCT{};
-    paint->hdc = GetDC(handle);
+    paint->hdc = reinterpret_cast<HDC>(host::DEVICE_CONTEXT);
     if (window->damaged)
         GetClientRect(handle, &paint->rcPaint);
     const bool erase = window->unerased;
-    host::Mend(*window, false);
+    window->damaged = false;
+    window->unerased = false;
     if (erase) {
         const LRESULT erased = SendMessageW(handle, WM_ERASEBKGND, reinterpret_cast<WPARAM>(paint->hdc), 0);
         paint->fErase = erased == 0 ? TRUE : FALSE;
@@ -145,53 +102,14 @@ HDC WINAPI BeginPaint(HWND handle, PAINTSTRUCT* paint) {
     return paint->hdc;
 }
 
-BOOL WINAPI EndPaint(HWND window, const PAINTSTRUCT* paint) {
-    ReleaseDC(window, paint->hdc);
+BOOL WINAPI EndPaint(HWND, const PAINTSTRUCT*) {
     return TRUE;
 }
 
-HDC WINAPI GetDC(HWND) {
-    ++host::State().in_use;
-    return host::Context();
-}
-
-int WINAPI ReleaseDC(HWND, HDC dc) {
-    if (dc != host::Context() || host::State().in_use == 0)
-        return 0;
-    --host::State().in_use;
-    return 1;
-}
-
-int WINAPI FillRect(HDC dc, const RECT* rectangle, HBRUSH brush) {
-    return dc == host::Context() && rectangle != nullptr && brush != nullptr ? 1 : 0;
-}
-
 HGDIOBJ WINAPI GetStockObject(int object) {
-    switch (object) {
-        case WHITE_BRUSH:
-        case NULL_BRUSH:
-        case ANSI_FIXED_FONT:
-        case ANSI_VAR_FONT:
-        case SYSTEM_FONT:
-        case DEFAULT_GUI_FONT:
-            return host::StockHandle<HGDIOBJ>(host::STOCK_OBJECTS, object);
-        default:
-            host::NotImplemented("GetStockObject", "this object");
-    }
-}
-
-COLORREF WINAPI GetSysColor(int index) {
-    const auto* const found =
-        std::find_if(host::COLOURS.begin(), host::COLOURS.end(),
-                     [index](const host::SystemColour& colour) { return colour.index == index; });
-    if (found == host::COLOURS.end())
-        host::NotImplemented("GetSysColor", "this colour");
-    return found->value;
-}
-
-HBRUSH WINAPI GetSysColorBrush(int index) {
-    GetSysColor(index);
-    return host::StockHandle<HBRUSH>(host::COLOUR_BRUSHES, index);
+    if (object != ANSI_FIXED_FONT && object != DEFAULT_GUI_FONT)
+        host::NotImplemented("GetStockObject", "this object");
+    return reinterpret_cast<HGDIOBJ>(host::STOCK_OBJECTS + static_cast<std::uintptr_t>(object));
 }
 
 HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name) {

@@ -14,8 +14,8 @@ struct DeferredMoves {
 };
 
 DeferredMoves& Deferred() {
-    static DeferredMoves state;
-    return state;
+    static DeferredMoves moves;
+    return moves;
 }
 
 LONG WidthOf(const RECT& rectangle) {
@@ -122,9 +122,7 @@ bool Place(WINDOWPOS position) {
     SetRectangles(*window, position);
     ShowOrHide(*window, position.flags);
     if ((position.flags & (SWP_NOACTIVATE | SWP_HIDEWINDOW)) == 0) {
-        if (IsChildStyle(window->style))
-            SendMessageW(handle, WM_CHILDACTIVATE, 0, 0);
-        else
+        if (!IsChildStyle(window->style))
             ActivateWindow(handle, WA_ACTIVE);
     }
     Damage(*window, position.flags);

@@ -34,7 +34,7 @@ MSG MakeMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     return {window, message, wparam, lparam, static_cast<DWORD>(Now()), PointerPosition()};
 }
 
-bool TakePosted(const MessageFilter& filter, bool remove, MSG& message) {
+bool TakePosted(const MessageFilter& filter, MSG& message) {
     std::deque<MSG>& posted = Queue().messages;
     const auto found = std::find_if(posted.begin(), posted.end(), [&](const MSG& waiting) {
         return PassesFilter(filter, waiting.hwnd, waiting.message);
@@ -42,16 +42,15 @@ bool TakePosted(const MessageFilter& filter, bool remove, MSG& message) {
     if (found == posted.end())
         return false;
     message = *found;
-    if (remove)
-        posted.erase(found);
+    posted.erase(found);
     return true;
 }
 
-bool TakeQuit(bool remove, MSG& message) {
-    if (!Queue().quits || !Queue().messages.empty())
+bool TakeQuit(MSG& message) {
+    if (!Queue().quits)
         return false;
     message = MakeMessage(nullptr, WM_QUIT, static_cast<WPARAM>(Queue().exit_code), 0);
-    Queue().quits = !remove;
+    Queue().quits = false;
     return true;
 }
 

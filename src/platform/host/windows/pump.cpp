@@ -1,4 +1,4 @@
-// Sending, posting, waiting for and dispatching messages. What waits is given out in the platform's order:
+// Waiting for messages and dispatching them. What waits is given out in the platform's order:
 // posted messages, the quit message, input, painting, timers.
 #include <algorithm>
 #include <chrono>
@@ -19,10 +19,9 @@ bool TakePaint(const MessageFilter& filter, MSG& message) {
     return true;
 }
 
-bool Take(const MessageFilter& filter, bool remove, MSG& message) {
-    return TakePosted(filter, remove, message) || TakeQuit(remove, message) ||
-           TakeInput(filter, remove, message) || TakePaint(filter, message) ||
-           TakeTimer(filter, remove, message);
+bool Take(const MessageFilter& filter, MSG& message) {
+    return TakePosted(filter, message) || TakeQuit(message) || TakeInput(filter, message) ||
+           TakePaint(filter, message) || TakeTimer(filter, message);
 }
 
 // Sleeps a moment in real time, never past the next timer. The clock of a test may be moved by another of its
@@ -47,18 +46,15 @@ BOOL WINAPI GetMessageW(LPMSG message, HWND window, UINT lowest, UINT highest) {
         return -1;
     const host::MessageFilter filter{window, lowest, highest};
     const auto idle_since = std::chrono::steady_clock::now();
-    while (!host::Take(filter, true, *message))
+    while (!host::Take(filter, *message))
         host::Pause(idle_since);
     return message->message == WM_QUIT ? FALSE : TRUE;
 }
 
 BOOL WINAPI PeekMessageW(LPMSG message, HWND window, UINT lowest, UINT highest, UINT flags) {
-    if ((flags & ~(PM_REMOVE | PM_NOYIELD)) != 0)
+    if (flags != PM_REMOVE)
         host::NotImplemented("PeekMessageW", "these flags");
-    if (!host::IsKnownOrNull(window))
-        return FALSE;
-    const bool remove = (flags & PM_REMOVE) != 0;
-    return host::Take({window, lowest, highest}, remove, *message) ? TRUE : FALSE;
+    return host::IsKnownOrNull(window) && host::Take({window, lowest, highest}, *message) ? TRUE : FALSE;
 }
 
 LRESULT WINAPI DispatchMessageW(const MSG* message) {

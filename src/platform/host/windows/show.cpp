@@ -5,7 +5,7 @@
 namespace host {
 namespace {
 
-void Place(HWND handle, const RECT& outer, UINT flags) {
+void MoveTo(HWND handle, const RECT& outer, UINT flags) {
     SetWindowPos(handle, nullptr, outer.left, outer.top, outer.right - outer.left, outer.bottom - outer.top,
                  flags | SWP_STATECHANGED | SWP_FRAMECHANGED | SWP_NOZORDER);
 }
@@ -14,7 +14,6 @@ void Hide(const WindowPointer& window) {
     const HWND handle = window->handle;
     if ((window->style & WS_VISIBLE) == 0)
         return;
-    SendMessageW(handle, WM_SHOWWINDOW, FALSE, 0);
     UINT flags = SWP_HIDEWINDOW | SWP_NOSIZE | SWP_NOMOVE;
     if (IsChildStyle(window->style))
         flags |= SWP_NOACTIVATE | SWP_NOZORDER;
@@ -26,7 +25,6 @@ void Show(const WindowPointer& window, bool activate) {
     const HWND handle = window->handle;
     if ((window->style & WS_VISIBLE) != 0)
         return;
-    SendMessageW(handle, WM_SHOWWINDOW, TRUE, 0);
     const bool child = IsChildStyle(window->style);
     if (child && IsWindowVisible(window->parent) == FALSE) {
         window->style |= WS_VISIBLE;
@@ -52,38 +50,20 @@ void Minimise(const WindowPointer& window) {
     window->restored = window->outer;
     window->style |= WS_MINIMIZE;
     window->size_on_show = false;
-    Place(window->handle,
-          {MINIMISED_ORIGIN, MINIMISED_ORIGIN, MINIMISED_ORIGIN + WIDTH, MINIMISED_ORIGIN + HEIGHT},
-          SWP_SHOWWINDOW | SWP_NOACTIVATE);
-}
-
-void Maximise(const WindowPointer& window) {
-    if ((window->style & WS_MINIMIZE) != 0)
-        NotImplemented("ShowWindow", "a minimised window to be maximised");
-    if ((window->style & WS_MAXIMIZE) != 0)
-        return;
-    MINMAXINFO limits = DefaultLimits(window->style, window->extended_style);
-    SendMessageW(window->handle, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
-    window->restored = window->outer;
-    window->style |= WS_MAXIMIZE;
-    window->size_on_show = false;
-    const POINT& at = limits.ptMaxPosition;
-    const POINT& size = limits.ptMaxSize;
-    Place(window->handle, {at.x, at.y, at.x + size.x, at.y + size.y}, SWP_SHOWWINDOW);
+    MoveTo(window->handle,
+           {MINIMISED_ORIGIN, MINIMISED_ORIGIN, MINIMISED_ORIGIN + WIDTH, MINIMISED_ORIGIN + HEIGHT},
+           SWP_SHOWWINDOW | SWP_NOACTIVATE);
 }
 
 void Restore(const WindowPointer& window) {
     const HWND handle = window->handle;
-    const bool minimised = (window->style & WS_MINIMIZE) != 0;
-    if (!minimised && (window->style & WS_MAXIMIZE) == 0) {
+    if ((window->style & WS_MINIMIZE) == 0) {
         Show(window, true);
         return;
     }
-    if (minimised && SendMessageW(handle, WM_QUERYOPEN, 0, 0) == FALSE)
-        return;
-    window->style &= minimised ? ~WS_MINIMIZE : ~WS_MAXIMIZE;
-    Place(handle, window->restored, SWP_SHOWWINDOW);
-    if (minimised && GetActiveWindow() == handle)
+    window->style &= ~WS_MINIMIZE;
+    MoveTo(handle, window->restored, SWP_SHOWWINDOW);
+    if (GetActiveWindow() == handle)
         SetFocus(handle);
 }
 
@@ -119,21 +99,14 @@ BOOL WINAPI ShowWindow(HWND handle, int command) {
             host::Show(window, true);
             break;
         case SW_SHOWNA:
-        case SW_SHOWNOACTIVATE:
             host::Show(window, false);
             break;
         case SW_SHOWNORMAL:
         case SW_RESTORE:
-        case SW_SHOWDEFAULT:
             host::Restore(window);
             break;
         case SW_MINIMIZE:
-        case SW_SHOWMINIMIZED:
-        case SW_SHOWMINNOACTIVE:
             host::Minimise(window);
-            break;
-        case SW_MAXIMIZE:
-            host::Maximise(window);
             break;
         default:
             host::NotImplemented("ShowWindow", "this command");

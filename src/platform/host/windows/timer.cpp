@@ -15,19 +15,19 @@ struct Timer {
     TIMERPROC procedure;
 };
 
-struct Timers {
-    std::vector<Timer> running;
+struct TimerList {
+    std::vector<Timer> timers;
     // The identifiers that timers without a window get.
     UINT_PTR next_id = 0x7FFF;
 };
 
-Timers& State() {
-    static Timers state;
-    return state;
+TimerList& Running() {
+    static TimerList timers;
+    return timers;
 }
 
 Timer* FindTimer(HWND window, UINT_PTR id) {
-    std::vector<Timer>& running = State().running;
+    std::vector<Timer>& running = Running().timers;
     const auto found = std::find_if(running.begin(), running.end(), [&](const Timer& timer) {
         return timer.window == window && timer.id == id;
     });
@@ -37,7 +37,7 @@ Timer* FindTimer(HWND window, UINT_PTR id) {
 // The timer that has waited longest; null when none is due.
 Timer* DueTimer(const MessageFilter& filter, std::uint64_t now) {
     Timer* longest = nullptr;
-    for (Timer& timer : State().running) {
+    for (Timer& timer : Running().timers) {
         const bool due = timer.due_ms <= now && PassesFilter(filter, timer.window, WM_TIMER);
         if (due && (longest == nullptr || timer.due_ms < longest->due_ms))
             longest = &timer;
@@ -47,7 +47,7 @@ Timer* DueTimer(const MessageFilter& filter, std::uint64_t now) {
 
 }  // namespace
 
-bool TakeTimer(const MessageFilter& filter, bool remove, MSG& message) {
+bool TakeTimer(const MessageFilter& filter, MSG& message) {
     const std::uint64_t now = Now();
     Timer* const timer = DueTimer(filter, now);
     if (timer == nullptr)
@@ -55,15 +55,14 @@ bool TakeTimer(const MessageFilter& filter, bool remove, MSG& message) {
     message = {
         timer->window,           WM_TIMER,         timer->id, reinterpret_cast<LPARAM>(timer->procedure),
         static_cast<DWORD>(now), PointerPosition()};
-    if (remove)
-        timer->due_ms += ((now - timer->due_ms) / timer->period_ms + 1) * timer->period_ms;
+    timer->due_ms += ((now - timer->due_ms) / timer->period_ms + 1) * timer->period_ms;
     return true;
 }
 
 std::int64_t NextTimerDelay() {
     const std::uint64_t now = Now();
     std::int64_t shortest = -1;
-    for (const Timer& timer : State().running) {
+    for (const Timer& timer : Running().timers) {
         const std::int64_t delay = timer.due_ms <= now ? 0 : static_cast<std::int64_t>(timer.due_ms - now);
         shortest = shortest < 0 ? delay : std::min(shortest, delay);
     }
@@ -71,7 +70,7 @@ std::int64_t NextTimerDelay() {
 }
 
 void ForgetTimers(HWND handle) {
-    std::vector<Timer>& running = State().running;
+    std::vector<Timer>& running = Running().timers;
     running.erase(std::remove_if(running.begin(), running.end(),
                                  [handle](const Timer& timer) { return timer.window == handle; }),
                   running.end());
@@ -85,8 +84,8 @@ UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT period_ms, TIMERPROC pro
     const std::uint64_t period = std::clamp(period_ms, USER_TIMER_MINIMUM, USER_TIMER_MAXIMUM);
     host::Timer* timer = host::FindTimer(window, id);
     if (timer == nullptr) {
-        const UINT_PTR new_id = window == nullptr ? host::State().next_id-- : id;
-        timer = &host::State().running.emplace_back(host::Timer{window, new_id, 0, 0, nullptr});
+        const UINT_PTR new_id = window == nullptr ? host::Running().next_id-- : id;
+        timer = &host::Running().timers.emplace_back(host::Timer{window, new_id, 0, 0, nullptr});
     }
     timer->period_ms = period;
     timer->due_ms = host::Now() + period;
@@ -95,7 +94,7 @@ UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT period_ms, TIMERPROC pro
 }
 
 BOOL WINAPI KillTimer(HWND window, UINT_PTR id) {
-    std::vector<host::Timer>& running = host::State().running;
+    std::vector<host::Timer>& running = host::Running().timers;
     const host::Timer* const timer = host::FindTimer(window, id);
     if (timer == nullptr) {
         SetLastError(ERROR_INVALID_PARAMETER);

@@ -7,14 +7,6 @@
 namespace host {
 namespace {
 
-HWND Neighbour(const std::vector<HWND>& siblings, HWND handle, int step) {
-    const auto found = std::find(siblings.begin(), siblings.end(), handle);
-    const auto index = found - siblings.begin() + step;
-    if (found == siblings.end() || index < 0 || index >= static_cast<std::ptrdiff_t>(siblings.size()))
-        return nullptr;
-    return siblings[static_cast<std::size_t>(index)];
-}
-
 HWND HitInside(HWND handle, POINT point, LRESULT& part);
 
 HWND HitChildren(const Window& window, POINT point, LRESULT& part) {
@@ -45,11 +37,6 @@ HWND HitInside(HWND handle, POINT point, LRESULT& part) {
     part = SendMessageW(handle, WM_NCHITTEST, 0,
                         MAKELPARAM(static_cast<unsigned>(point.x), static_cast<unsigned>(point.y)));
     return part == HTTRANSPARENT ? nullptr : handle;
-}
-
-bool Matches(const Window& window, LPCWSTR class_name, LPCWSTR title) {
-    return (class_name == nullptr || SameName(window.window_class->name, class_name)) &&
-           (title == nullptr || window.text == title);
 }
 
 }  // namespace
@@ -91,40 +78,19 @@ HWND WINAPI GetParent(HWND handle) {
     return (window->style & WS_POPUP) != 0 ? window->owner : nullptr;
 }
 
-HWND WINAPI GetAncestor(HWND handle, UINT kind) {
-    WindowPointer window = FindWindowState(handle);
-    if (window == nullptr)
-        return nullptr;
-    if (kind == GA_ROOT)
-        return host::RootOf(handle);
-    // The owners of overlapped windows do not count here.
-    HWND found = handle;
-    for (HWND next = GetParent(found); next != nullptr; next = GetParent(found))
-        found = next;
-    return found;
-}
-
 HWND WINAPI GetWindow(HWND handle, UINT relation) {
     const WindowPointer window = FindWindowState(handle);
     if (window == nullptr)
         return nullptr;
+    if (relation == GW_OWNER)
+        return window->owner;
+    if (relation == GW_CHILD)
+        return window->children.empty() ? nullptr : window->children.front();
+    if (relation != GW_HWNDNEXT)
+        host::NotImplemented("GetWindow", "this relation");
     const std::vector<HWND>& siblings = host::SiblingsOf(*window);
-    switch (relation) {
-        case GW_HWNDFIRST:
-            return siblings.front();
-        case GW_HWNDLAST:
-            return siblings.back();
-        case GW_HWNDNEXT:
-            return host::Neighbour(siblings, handle, 1);
-        case GW_HWNDPREV:
-            return host::Neighbour(siblings, handle, -1);
-        case GW_OWNER:
-            return window->owner;
-        case GW_CHILD:
-            return window->children.empty() ? nullptr : window->children.front();
-        default:
-            host::NotImplemented("GetWindow", "this relation");
-    }
+    const auto next = std::find(siblings.begin(), siblings.end(), handle) + 1;
+    return next == siblings.end() ? nullptr : *next;
 }
 
 BOOL WINAPI EnumWindows(WNDENUMPROC procedure, LPARAM parameter) {
@@ -135,39 +101,14 @@ BOOL WINAPI EnumWindows(WNDENUMPROC procedure, LPARAM parameter) {
     return TRUE;
 }
 
-BOOL WINAPI EnumThreadWindows(DWORD thread, WNDENUMPROC procedure, LPARAM parameter) {
-    const std::vector<HWND> top_levels = host::TopLevelWindows();
-    for (const HWND handle : top_levels) {
-        const bool counts = IsWindow(handle) && FindWindowState(handle)->thread == thread;
-        if (counts && procedure(handle, parameter) == FALSE)
-            return FALSE;
-    }
-    return TRUE;
-}
-
 HWND WINAPI FindWindowW(LPCWSTR class_name, LPCWSTR title) {
-    return FindWindowExW(nullptr, nullptr, class_name, title);
-}
-
-HWND WINAPI FindWindowExW(HWND parent, HWND after, LPCWSTR class_name, LPCWSTR title) {
-    if (parent != nullptr && FindWindowState(parent) == nullptr)
-        return nullptr;
-    const std::vector<HWND>& siblings =
-        parent == nullptr ? host::TopLevelWindows() : FindWindowState(parent)->children;
-    auto next = siblings.begin();
-    if (after != nullptr) {
-        const auto found = std::find(siblings.begin(), siblings.end(), after);
-        next = found == siblings.end() ? found : found + 1;
-    }
-    const auto match = std::find_if(next, siblings.end(), [&](HWND handle) {
-        return host::Matches(*FindWindowState(handle), class_name, title);
+    if (title != nullptr)
+        host::NotImplemented("FindWindowW", "looking for a title");
+    const std::vector<HWND>& windows = host::TopLevelWindows();
+    const auto match = std::find_if(windows.begin(), windows.end(), [&](HWND handle) {
+        return host::SameName(FindWindowState(handle)->window_class->name, class_name);
     });
-    return match == siblings.end() ? nullptr : *match;
-}
-
-HWND WINAPI WindowFromPoint(POINT point) {
-    LRESULT part = HTNOWHERE;
-    return host::HitWindow(point, part);
+    return match == windows.end() ? nullptr : *match;
 }
 
 BOOL WINAPI IsWindowVisible(HWND handle) {

@@ -35,7 +35,6 @@ struct Window {
     DWORD style = 0;
     DWORD extended_style = 0;
     LONG_PTR id = 0;
-    HINSTANCE instance = nullptr;
     LONG_PTR user_data = 0;
     std::vector<std::byte> extra;
     RECT outer{};     // in the client area of the parent, or on the screen
@@ -51,6 +50,7 @@ using WindowPointer = std::shared_ptr<Window>;
 
 constexpr LONG SCREEN_WIDTH = 1400;
 constexpr LONG SCREEN_HEIGHT = 1000;
+constexpr LONG SCROLL_BAR = 17;
 constexpr LONG MINIMISED_ORIGIN = -32000;
 constexpr UINT SWP_NOCLIENTSIZE = 0x0800;
 constexpr UINT SWP_NOCLIENTMOVE = 0x1000;
@@ -137,15 +137,15 @@ bool PassesFilter(const MessageFilter& filter, HWND window, UINT message);
 // Whether a call that takes a window or none can go on; ERROR_INVALID_WINDOW_HANDLE where not.
 bool IsKnownOrNull(HWND window);
 MSG MakeMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
-// The next message of its kind that passes the filter; with `remove` it waits no more. False without one.
-bool TakePosted(const MessageFilter& filter, bool remove, MSG& message);
-bool TakeQuit(bool remove, MSG& message);
+// The next message of its kind that passes the filter, which then waits no more. False without one.
+bool TakePosted(const MessageFilter& filter, MSG& message);
+bool TakeQuit(MSG& message);
 void ForgetMessages(HWND handle);
-bool TakeTimer(const MessageFilter& filter, bool remove, MSG& message);
+bool TakeTimer(const MessageFilter& filter, MSG& message);
 // Milliseconds until the next timer is due; -1 without any.
 std::int64_t NextTimerDelay();
 void ForgetTimers(HWND handle);
-bool TakeInput(const MessageFilter& filter, bool remove, MSG& message);
+bool TakeInput(const MessageFilter& filter, MSG& message);
 // The topmost window at a point of the screen that takes the mouse there, and the part of it that was hit.
 HWND HitWindow(POINT point, LRESULT& part);
 POINT PointerPosition();

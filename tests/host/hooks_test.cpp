@@ -35,7 +35,7 @@ void RunLs(HANDLE out) {
 
 }  // namespace
 
-TEST(Control, AFaultComesAtItsCallAndOnlyThere) {
+TEST(PlatformHooks, AFaultComesAtItsCallAndOnlyThere) {
     host::FailCall("DeleteFileW", 2, ERROR_DISK_FULL);
     host::FailNthCall(4, ERROR_IO_DEVICE);
     host::StartTrace();
@@ -50,7 +50,7 @@ TEST(Control, AFaultComesAtItsCallAndOnlyThere) {
     EXPECT_EQ(host::ClearFaults(), 0U);
 }
 
-TEST(Control, OpenHandlesAreCountedAndAFailingCloseClosesThemToo) {
+TEST(PlatformHooks, OpenHandlesAreCountedAndAFailingCloseClosesThemToo) {
     const ScratchFolder scratch;
     const HANDLE log = OpenLog(scratch, FALSE);
     EXPECT_EQ(host::OpenHandles(), 1U);
@@ -59,7 +59,7 @@ TEST(Control, OpenHandlesAreCountedAndAFailingCloseClosesThemToo) {
     EXPECT_EQ(host::OpenHandles(), 0U);
 }
 
-TEST(Control, AChildHasItsStreamsAndNoOtherDescriptor) {
+TEST(PlatformHooks, AChildHasItsStreamsAndNoOtherDescriptor) {
     const ScratchFolder scratch;
     const HANDLE log = OpenLog(scratch, TRUE);
     const HANDLE other =
@@ -71,25 +71,10 @@ TEST(Control, AChildHasItsStreamsAndNoOtherDescriptor) {
     EXPECT_EQ(host::OpenHandles(), 0U);
 }
 
-TEST(Control, AStreamThatMayNotBeInheritedStaysHere) {
+TEST(PlatformHooks, AStreamThatMayNotBeInheritedStaysHere) {
     const ScratchFolder scratch;
     const HANDLE log = OpenLog(scratch, FALSE);
     RunLs(log);
     EXPECT_EQ(ReadBytes(scratch.Of(TEXT("out"))), "");
     CloseHandle(log);
-}
-
-TEST(Control, ATakenClockMovesOnlyWhenItIsMoved) {
-    host::TakeClock();
-    const ULONGLONG start_ms = GetTickCount64();
-    host::MoveClock(250);
-    Sleep(1000);
-    EXPECT_EQ(GetTickCount64(), start_ms + 1250);
-}
-
-TEST(Control, TheModuleLiesWhereTheTestPutsIt) {
-    host::SetModuleFile(u"C:\\vm\\veldranevm.exe");
-    WideText path(100, TEXT('\0'));
-    path.resize(GetModuleFileNameW(nullptr, path.data(), 100));
-    EXPECT_EQ(Narrow(path), "C:\\vm\\veldranevm.exe");
 }
