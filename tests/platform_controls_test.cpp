@@ -25,17 +25,11 @@ struct CodeName {
     int code;
     const char* name;
 };
-// Scrolling, drawing and what a list asks for in order to draw are left out.
+// Those that the program hears, and one more that comes with each edit.
 // clang-format off
 constexpr CodeName CODE_NAMES[] = {
-    {BN_CLICKED, "CLICKED"}, {CBN_SELCHANGE, "SELCHANGE"}, {CBN_SETFOCUS, "SETFOCUS"}, {CBN_KILLFOCUS, "KILLFOCUS"},
-    {CBN_DROPDOWN, "DROPDOWN"}, {CBN_CLOSEUP, "CLOSEUP"}, {CBN_SELENDOK, "SELENDOK"},
-    {CBN_SELENDCANCEL, "SELENDCANCEL"}, {EN_SETFOCUS, "SETFOCUS"}, {EN_KILLFOCUS, "KILLFOCUS"},
-    {EN_CHANGE, "CHANGE"}, {EN_UPDATE, "UPDATE"}, {EN_MAXTEXT, "MAXTEXT"},
-    {int(NM_CLICK), "CLICK"}, {int(NM_SETFOCUS), "SETFOCUS"}, {int(NM_RELEASEDCAPTURE), "RELEASED"},
-    {int(TCN_KEYDOWN), "KEYDOWN"}, {int(TCN_SELCHANGING), "SELCHANGING"}, {int(TCN_SELCHANGE), "SELCHANGE"},
-    {int(LVN_KEYDOWN), "KEYDOWN"}, {int(LVN_ITEMCHANGING), "changing"}, {int(LVN_ITEMCHANGED), "CHANGED"},
-    {int(LVN_INSERTITEM), "INSERT"}, {int(LVN_DELETEITEM), "DELETE"}, {int(LVN_DELETEALLITEMS), "DELETEALL"},
+    {BN_CLICKED, "CLICKED"}, {CBN_SELCHANGE, "SELCHANGE"}, {EN_CHANGE, "CHANGE"}, {EN_UPDATE, "UPDATE"},
+    {int(TCN_SELCHANGE), "SELCHANGE"}, {int(LVN_ITEMCHANGED), "CHANGED"},
 };
 // clang-format on
 
@@ -47,7 +41,7 @@ void TellCode(int code, const std::string& details) {
 
 // Which row, and from which states to which.
 std::string RowDetails(const NMHDR& header) {
-    if (header.code > LVN_ITEMCHANGING || header.code < LVN_DELETEALLITEMS)
+    if (header.code != LVN_ITEMCHANGED)
         return "";
     const auto& row = reinterpret_cast<const NMLISTVIEW&>(header);
     const std::string states = " " + std::to_string(row.uOldState) + ">" + std::to_string(row.uNewState);
@@ -151,10 +145,6 @@ void Follow(HWND control, const std::function<std::string(HWND)>& look, const st
     }
 }
 
-void Insert(HWND edit, LPCWSTR text) {
-    SendMessageW(edit, EM_REPLACESEL, 0, reinterpret_cast<LPARAM>(text));
-}
-
 TEST_F(PlatformControls, AnEditFieldTellsEachChangeAndKeepsToItsLimitUnlessByCode) {
     const HWND edit = MakeEdit(ES_NUMBER);
     SendMessageW(edit, EM_LIMITTEXT, 5, 0);
@@ -169,12 +159,9 @@ TEST_F(PlatformControls, AnEditFieldTellsEachChangeAndKeepsToItsLimitUnlessByCod
         {"nothing to erase", [](HWND e) { Type(e, "\b"); }, "12", ""},
         {"nothing to delete", [](HWND e) { Key(e, VK_END); Key(e, VK_DELETE); }, "12", ""},
         {"deleted", [](HWND e) { Key(e, VK_LEFT); Key(e, VK_DELETE); }, "1", "UPDATE, CHANGE"},
-        {"letters put in", [](HWND e) { Insert(e, TEXT("ab")); }, "1ab", "UPDATE, CHANGE"},
-        {"cut at the limit", [](HWND e) { Insert(e, TEXT("cdef")); }, "1abcd", "MAXTEXT, UPDATE, CHANGE"},
         {"over a selection", [](HWND e) { Select(e, 0, -1); Type(e, "9"); }, "9", "UPDATE, CHANGE"},
         {"selection erased", [](HWND e) { Select(e, 0, -1); Type(e, "\b"); }, "", "UPDATE, CHANGE"},
         {"beyond the limit", [](HWND e) { SetWindowTextW(e, TEXT("123456")); }, "123456", "UPDATE, CHANGE"},
-        {"clicked", [](HWND e) { Click(e, 5, 8); }, "123456", "SETFOCUS"},
     });
     // clang-format on
 }
@@ -216,17 +203,17 @@ TEST_F(PlatformControls, AComboBoxTellsWhatTheUserChoosesAndNothingElse) {
         {"nothing yet", [](HWND) {}, "", ""},
         {"by code", [](HWND c) { EXPECT_EQ(SendMessageW(c, CB_SETCURSEL, 1, 0), 1); }, "200 %", ""},
         {"no such one", [](HWND c) { EXPECT_EQ(SendMessageW(c, CB_SETCURSEL, 9, 0), CB_ERR); }, "200 %", ""},
-        {"focus", [](HWND c) { SetFocus(c); }, "200 %", "SETFOCUS"},
-        {"down", [](HWND c) { Key(c, VK_DOWN); }, "300 %", "SELENDOK, SELCHANGE"},
-        {"home", [](HWND c) { Key(c, VK_HOME); }, "100 %", "SELENDOK, SELCHANGE"},
+        {"focus", [](HWND c) { SetFocus(c); }, "200 %", ""},
+        {"down", [](HWND c) { Key(c, VK_DOWN); }, "300 %", "SELCHANGE"},
+        {"home", [](HWND c) { Key(c, VK_HOME); }, "100 %", "SELCHANGE"},
         {"Enter without a list", [](HWND c) { Key(c, VK_RETURN); }, "100 %", ""},
-        {"dropped", [](HWND c) { Key(c, VK_F4); }, "100 %", "DROPDOWN"},
+        {"dropped", [](HWND c) { Key(c, VK_F4); }, "100 %", ""},
         {"down in the list", [](HWND c) { Key(c, VK_DOWN); }, "200 %", "SELCHANGE"},
-        {"Enter", [](HWND c) { Key(c, VK_RETURN); }, "200 %", "SELENDOK, CLOSEUP"},
-        {"Escape", [](HWND c) { Key(c, VK_F4); Key(c, VK_ESCAPE); }, "200 %", "DROPDOWN, SELENDCANCEL, CLOSEUP"},
-        {"typed", [](HWND c) { Type(c, "39"); }, "300 %", "SELENDOK, SELCHANGE"},
-        {"clicked", [](HWND c) { Click(c, 10, 10); }, "300 %", "DROPDOWN"},
-        {"focus lost", [this](HWND) { SetFocus(other); }, "300 %", "SELENDCANCEL, CLOSEUP, KILLFOCUS"},
+        {"Enter", [](HWND c) { Key(c, VK_RETURN); }, "200 %", ""},
+        {"Escape", [](HWND c) { Key(c, VK_F4); Key(c, VK_ESCAPE); }, "200 %", ""},
+        {"typed", [](HWND c) { Type(c, "39"); }, "300 %", "SELCHANGE"},
+        {"clicked", [](HWND c) { Click(c, 10, 10); }, "300 %", ""},
+        {"focus lost", [this](HWND) { SetFocus(other); }, "300 %", ""},
     });
     // clang-format on
 }
@@ -237,25 +224,18 @@ TEST_F(PlatformControls, ATabIsChosenByItsHeaderAndTheArrowKeys) {
     item.mask = TCIF_TEXT;
     for (WideText text : {WideText(TEXT("Disques IDE")), WideText(TEXT("Modules Multiboot"))}) {
         item.pszText = text.data();
-        SendMessageW(tabs, TCM_INSERTITEMW, static_cast<WPARAM>(SendMessageW(tabs, TCM_GETITEMCOUNT, 0, 0)),
-                     reinterpret_cast<LPARAM>(&item));
+        SendMessageW(tabs, TCM_INSERTITEMW, 9, reinterpret_cast<LPARAM>(&item));
     }
     EXPECT_EQ(SendMessageW(tabs, TCM_GETCURSEL, 0, 0), 0);
-    EXPECT_EQ(SendMessageW(tabs, TCM_SETCURSEL, 1, 0), 0);
-    EXPECT_EQ(SendMessageW(tabs, TCM_SETCURSEL, 2, 0), -1);
-    EXPECT_EQ(SendMessageW(tabs, TCM_SETCURSEL, 0, 0), 1);
-    EXPECT_EQ(Take(), "");
-    RECT second{};
-    EXPECT_TRUE(SendMessageW(tabs, TCM_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&second)));
-    const POINT middle = {(second.left + second.right) / 2, (second.top + second.bottom) / 2};
-    Click(tabs, middle.x, middle.y);
-    EXPECT_EQ(SendMessageW(tabs, TCM_GETCURSEL, 0, 0), 1);
-    EXPECT_EQ(Take(), "SELCHANGING, SELCHANGE, CLICK");
+    Take();
     Key(tabs, VK_RIGHT);
-    EXPECT_EQ(Take(), "KEYDOWN");
-    Key(tabs, VK_LEFT);
+    EXPECT_EQ(SendMessageW(tabs, TCM_GETCURSEL, 0, 0), 1);
+    EXPECT_EQ(Take(), "SELCHANGE");
+    Key(tabs, VK_RIGHT);
+    EXPECT_EQ(Take(), "");
+    Click(tabs, 8, 8);
     EXPECT_EQ(SendMessageW(tabs, TCM_GETCURSEL, 0, 0), 0);
-    EXPECT_EQ(Take(), "KEYDOWN, SELCHANGING, SELCHANGE");
+    EXPECT_EQ(Take(), "SELCHANGE");
 }
 
 // A list of rows "0", "1" and so on, with two columns.
@@ -306,28 +286,25 @@ TEST_F(PlatformControls, AListTellsEachRowWhoseStateChanges) {
     const auto look = [&rows](HWND) {
         return std::to_string(rows.Selected()) + " " + std::to_string(rows.Focused());
     };
-    EXPECT_EQ(Take(), "INSERT 0, INSERT 1, INSERT 2, INSERT 3");
     // clang-format off
     Follow(rows.list, look, {
-        {"first", [&](HWND) { rows.SetState(1, 3, 3); }, "1 1", "changing 1 0>3, CHANGED 1 0>3"},
-        {"again", [&](HWND) { rows.SetState(1, 3, 3); }, "1 1", "changing 1 3>3"},
+        {"first", [&](HWND) { rows.SetState(1, 3, 3); }, "1 1", "CHANGED 1 0>3"},
+        {"again", [&](HWND) { rows.SetState(1, 3, 3); }, "1 1", ""},
         {"another", [&](HWND) { rows.SetState(2, 3, 3); }, "2 2",
-         "changing 2 0>3, changing 1 3>1, CHANGED 1 3>1, changing 1 1>0, CHANGED 1 1>0, CHANGED 2 0>3"},
+         "CHANGED 1 3>1, CHANGED 1 1>0, CHANGED 2 0>3"},
         {"only selected", [&](HWND) { rows.SetState(0, 2, 2); }, "0 2",
-         "changing 0 0>2, changing 2 3>1, CHANGED 2 3>1, CHANGED 0 0>2"},
+         "CHANGED 2 3>1, CHANGED 0 0>2"},
         {"no such row", [&](HWND) { rows.SetState(9, 3, 3); }, "0 2", ""},
-        {"none", [&](HWND) { rows.SetState(-1, 0, 3); }, "-1 -1",
-         "changing 0 2>0, CHANGED 0 2>0, changing 1 0>0, changing 2 1>0, CHANGED 2 1>0, changing 3 0>0"},
         {"clicked", [&](HWND) { rows.ClickRow(1); }, "1 1",
-         "RELEASED, changing 1 0>3, CHANGED 1 0>3, SETFOCUS, CLICK"},
-        {"clicked again", [&](HWND) { rows.ClickRow(1); }, "1 1", "RELEASED, CLICK"},
-        {"another clicked", [&](HWND) { rows.ClickRow(3); }, "3 3", "RELEASED, changing 1 3>1, CHANGED 1 3>1, "
-         "changing 3 0>3, changing 1 1>0, CHANGED 1 1>0, CHANGED 3 0>3, CLICK"},
-        {"down at the end", [](HWND l) { Key(l, VK_DOWN); }, "3 3", "KEYDOWN"},
-        {"up", [](HWND l) { Key(l, VK_UP); }, "2 2", "KEYDOWN, changing 3 3>1, CHANGED 3 3>1, "
-         "changing 2 0>3, changing 3 1>0, CHANGED 3 1>0, CHANGED 2 0>3"},
+         "CHANGED 0 2>0, CHANGED 2 1>0, CHANGED 1 0>3"},
+        {"clicked again", [&](HWND) { rows.ClickRow(1); }, "1 1", ""},
+        {"another clicked", [&](HWND) { rows.ClickRow(3); }, "3 3", "CHANGED 1 3>1, "
+         "CHANGED 1 1>0, CHANGED 3 0>3"},
+        {"down at the end", [](HWND l) { Key(l, VK_DOWN); }, "3 3", ""},
+        {"up", [](HWND l) { Key(l, VK_UP); }, "2 2", "CHANGED 3 3>1, "
+         "CHANGED 3 1>0, CHANGED 2 0>3"},
         {"clicked below", [&](HWND) { rows.ClickRow(5); }, "-1 2",
-         "RELEASED, changing 2 3>1, CHANGED 2 3>1, CLICK"},
+         "CHANGED 2 3>1"},
     });
     // clang-format on
 }

@@ -174,7 +174,6 @@ constexpr DWORD WS_EX_CONTROLPARENT = 0x00010000;
 constexpr DWORD WS_EX_STATICEDGE = 0x00020000;
 
 constexpr int GWLP_WNDPROC = -4;
-constexpr int GWLP_ID = -12;
 constexpr int GWL_STYLE = -16;
 constexpr int GWL_EXSTYLE = -20;
 constexpr int GWLP_USERDATA = -21;
@@ -256,7 +255,6 @@ constexpr UINT WM_USER = 0x0400;
 constexpr UINT WM_APP = 0x8000;
 
 constexpr UINT DM_GETDEFID = WM_USER + 0;
-constexpr UINT DM_SETDEFID = WM_USER + 1;
 constexpr UINT DC_HASDEFID = 0x534B;
 
 constexpr int DLGC_WANTARROWS = 0x0001;
@@ -306,10 +304,7 @@ constexpr DWORD BS_CHECKBOX = 0x0002;
 constexpr DWORD BS_AUTOCHECKBOX = 0x0003;
 constexpr DWORD BS_GROUPBOX = 0x0007;
 constexpr DWORD BS_TYPEMASK = 0x000F;
-constexpr DWORD BS_NOTIFY = 0x4000;
 constexpr int BN_CLICKED = 0;
-constexpr int BN_SETFOCUS = 6;
-constexpr int BN_KILLFOCUS = 7;
 constexpr UINT BM_GETCHECK = 0x00F0;
 constexpr UINT BM_SETCHECK = 0x00F1;
 constexpr UINT BM_GETSTATE = 0x00F2;
@@ -331,23 +326,12 @@ constexpr DWORD ES_AUTOHSCROLL = 0x0080;
 constexpr DWORD ES_READONLY = 0x0800;
 constexpr DWORD ES_WANTRETURN = 0x1000;
 constexpr DWORD ES_NUMBER = 0x2000;
-constexpr int EN_SETFOCUS = 0x0100;
-constexpr int EN_KILLFOCUS = 0x0200;
 constexpr int EN_CHANGE = 0x0300;
 constexpr int EN_UPDATE = 0x0400;
-constexpr int EN_MAXTEXT = 0x0501;
-constexpr int EN_VSCROLL = 0x0602;
 constexpr UINT EM_GETSEL = 0x00B0;
 constexpr UINT EM_SETSEL = 0x00B1;
-constexpr UINT EM_LINESCROLL = 0x00B6;
-constexpr UINT EM_GETMODIFY = 0x00B8;
-constexpr UINT EM_SETMODIFY = 0x00B9;
-constexpr UINT EM_GETLINECOUNT = 0x00BA;
-constexpr UINT EM_REPLACESEL = 0x00C2;
 constexpr UINT EM_LIMITTEXT = 0x00C5;
 constexpr UINT EM_SETLIMITTEXT = EM_LIMITTEXT;
-constexpr UINT EM_GETFIRSTVISIBLELINE = 0x00CE;
-constexpr UINT EM_SETREADONLY = 0x00CF;
 constexpr UINT EM_GETLIMITTEXT = 0x00D5;
 
 constexpr DWORD SS_LEFT = 0x0000;
@@ -360,21 +344,11 @@ constexpr DWORD CBS_DROPDOWN = 0x0002;
 constexpr DWORD CBS_DROPDOWNLIST = 0x0003;
 constexpr DWORD CBS_SORT = 0x0100;
 constexpr int CBN_SELCHANGE = 1;
-constexpr int CBN_SETFOCUS = 3;
-constexpr int CBN_KILLFOCUS = 4;
-constexpr int CBN_DROPDOWN = 7;
-constexpr int CBN_CLOSEUP = 8;
-constexpr int CBN_SELENDOK = 9;
-constexpr int CBN_SELENDCANCEL = 10;
 constexpr int CB_ERR = -1;
 constexpr UINT CB_ADDSTRING = 0x0143;
-constexpr UINT CB_GETCOUNT = 0x0146;
 constexpr UINT CB_GETCURSEL = 0x0147;
 constexpr UINT CB_GETLBTEXT = 0x0148;
-constexpr UINT CB_GETLBTEXTLEN = 0x0149;
 constexpr UINT CB_SETCURSEL = 0x014E;
-constexpr UINT CB_SHOWDROPDOWN = 0x014F;
-constexpr UINT CB_GETDROPPEDSTATE = 0x0157;
 
 // --- boxes ---
 
@@ -436,7 +410,6 @@ constexpr int ANSI_FIXED_FONT = 11;
 constexpr int DEFAULT_GUI_FONT = 17;
 
 constexpr int COLOR_BTNFACE = 15;
-
 
 #define IDC_ARROW MAKEINTRESOURCEW(32512)
 

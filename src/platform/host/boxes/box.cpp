@@ -85,7 +85,7 @@ bool MakeBox(Box& box, HWND owner, const WCHAR* title, int width, int height) {
 HWND AddToBox(const Box& box, const BoxControl& control) {
     const OwnCalls own;
     return CreateWindowExW(0, control.class_name, control.text, control.style | WS_CHILD | WS_VISIBLE,
-                           control.place.left, control.place.top, control.place.right, control.place.bottom,
+                           control.place.left, control.place.top, control.place.width, control.place.height,
                            box.window, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(control.id)), nullptr,
                            nullptr);
 }
@@ -139,9 +139,6 @@ LRESULT CALLBACK BoxProcedure(HWND window, UINT message, WPARAM wparam, LPARAM l
                                                : GetNextDlgTabItem(window, GetFocus(), wparam != 0));
         case DM_GETDEFID:
             return MAKELPARAM(static_cast<unsigned>(box->default_id), DC_HASDEFID);
-        case DM_SETDEFID:
-            box->default_id = static_cast<int>(wparam);
-            return TRUE;
         case CDM_SETCONTROLTEXT:
             return SetControlText(*box, wparam, lparam);
         case WM_NCDESTROY:

@@ -18,12 +18,20 @@ struct Box {
     std::function<void(int id)> on_command;  // a button was pressed, or the box was cancelled
 };
 
+// In the client area of the box, in pixels.
+struct Place {
+    int left;
+    int top;
+    int width;
+    int height;
+};
+
 struct BoxControl {
     const WCHAR* class_name;
     const WCHAR* text;
     int id;
     DWORD style;
-    RECT place;  // left, top, width, height
+    Place place;
 };
 
 // Makes the hidden box, in the middle of its owner or of the screen. False when the window could not be made.

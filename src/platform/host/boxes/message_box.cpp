@@ -68,7 +68,7 @@ bool FillBox(Box& box, const WCHAR* text, const std::vector<BoxButton>& buttons,
     for (const BoxButton& button : buttons) {
         const bool is_first = box.focus == nullptr;
         const DWORD style = WS_TABSTOP | (is_first ? BS_DEFPUSHBUTTON | WS_GROUP : BS_PUSHBUTTON);
-        const RECT place = {left, text_height + 2 * MARGIN, BUTTON_WIDTH, BUTTON_HEIGHT};
+        const Place place = {left, text_height + 2 * MARGIN, BUTTON_WIDTH, BUTTON_HEIGHT};
         const HWND control = AddToBox(box, {u"Button", button.text, button.id, style, place});
         if (control == nullptr)
             return false;

@@ -74,13 +74,11 @@ LRESULT Drop(Button& button) {
     return 0;
 }
 
-LRESULT ChangeFocus(HWND window, Button& button, UINT message) {
-    if (message == WM_KILLFOCUS && button.is_held) {
+LRESULT LoseFocus(Button& button) {
+    if (button.is_held) {
         Drop(button);
         ReleaseCapture();
     }
-    if ((StyleOf(window) & BS_NOTIFY) != 0)
-        TellParent(window, message == WM_SETFOCUS ? BN_SETFOCUS : BN_KILLFOCUS);
     return 0;
 }
 
@@ -138,9 +136,8 @@ LRESULT CALLBACK ButtonProcedure(HWND window, UINT message, WPARAM wparam, LPARA
         case WM_NCHITTEST:
             return KindOf(window) == BS_GROUPBOX ? HTTRANSPARENT
                                                  : DefWindowProcW(window, message, wparam, lparam);
-        case WM_SETFOCUS:
         case WM_KILLFOCUS:
-            return ChangeFocus(window, *button, message);
+            return LoseFocus(*button);
         case WM_CAPTURECHANGED:
             return Drop(*button);
         case BM_GETCHECK:

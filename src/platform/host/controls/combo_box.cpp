@@ -12,6 +12,8 @@ namespace host {
 namespace {
 
 constexpr int NONE = -1;
+// Where the window of the list keeps the field that it belongs to.
+constexpr int FIELD_OFFSET = 0;
 // The field alone, in the system font before WM_SETFONT and in the one font of the layer behind it.
 constexpr int FIRST_FIELD_HEIGHT = 24;
 constexpr int FIELD_HEIGHT = 20;
@@ -37,7 +39,6 @@ bool IsItem(const Combo& combo, WPARAM index) {
 
 void ShowList(HWND window, Combo& combo) {
     SetFocus(window);
-    TellParent(window, CBN_DROPDOWN);
     RECT field{};
     GetWindowRect(window, &field);
     const int height = std::max(Last(combo) + 1, 1) * ITEM_HEIGHT + 2;
@@ -48,28 +49,19 @@ void ShowList(HWND window, Combo& combo) {
     SetCapture(combo.list);
 }
 
-void HideList(HWND window, Combo& combo, int code) {
+void HideList(Combo& combo) {
     if (!combo.is_dropped)
         return;
     combo.is_dropped = false;
     if (GetCapture() == combo.list)
         ReleaseCapture();
-    TellParent(window, code);
     ShowWindow(combo.list, SW_HIDE);
-    TellParent(window, CBN_CLOSEUP);
 }
 
-LRESULT SetDropped(HWND window, Combo& combo, bool dropped) {
-    if (dropped && !combo.is_dropped)
-        ShowList(window, combo);
-    else if (!dropped)
-        HideList(window, combo, CBN_SELENDCANCEL);
-    return TRUE;
-}
-
-LRESULT UseMouse(HWND window, Combo& combo) {
+// By F4 and by a click on the field.
+LRESULT ChangeDropped(HWND window, Combo& combo) {
     if (combo.is_dropped)
-        HideList(window, combo, CBN_SELENDOK);
+        HideList(combo);
     else
         ShowList(window, combo);
     return 0;
@@ -80,27 +72,25 @@ LRESULT UseMouse(HWND window, Combo& combo) {
 // The platform tells a choice by key even when it is the same entry again.
 void ChooseByKey(HWND window, Combo& combo, int index) {
     combo.chosen = index;
-    if (!combo.is_dropped)
-        TellParent(window, CBN_SELENDOK);
     TellParent(window, CBN_SELCHANGE);
 }
 
 void ChooseByMouse(HWND window, Combo& combo, int index) {
     combo.chosen = index;
-    HideList(window, combo, CBN_SELENDOK);
+    HideList(combo);
     TellParent(window, CBN_SELCHANGE);
 }
 
 LRESULT PressKey(HWND window, Combo& combo, WPARAM key) {
     switch (key) {
         case VK_RETURN:
-            HideList(window, combo, CBN_SELENDOK);
+            HideList(combo);
             return 0;
         case VK_ESCAPE:
-            HideList(window, combo, CBN_SELENDCANCEL);
+            HideList(combo);
             return 0;
         case VK_F4:
-            return SetDropped(window, combo, !combo.is_dropped);
+            return ChangeDropped(window, combo);
         default:
             break;
     }
@@ -195,9 +185,8 @@ LRESULT DialogCode(const Combo& combo, LPARAM message) {
     return DLGC_WANTARROWS | DLGC_WANTCHARS | (closes_list ? DLGC_WANTMESSAGE : 0);
 }
 
-LRESULT LoseFocus(HWND window, Combo& combo) {
-    HideList(window, combo, CBN_SELENDCANCEL);
-    TellParent(window, CBN_KILLFOCUS);
+LRESULT LoseFocus(Combo& combo) {
+    HideList(combo);
     return 0;
 }
 
@@ -217,22 +206,12 @@ LRESULT HandleListMessage(HWND window, Combo& combo, UINT message, WPARAM wparam
         case CB_ADDSTRING:
             combo.items.emplace_back(TextAt(lparam));
             return Last(combo);
-        case CB_GETCOUNT:
-            return static_cast<LRESULT>(combo.items.size());
         case CB_GETCURSEL:
             return combo.chosen;
         case CB_SETCURSEL:
             return ChooseByCode(window, combo, wparam);
         case CB_GETLBTEXT:
             return GiveItem(combo, wparam, lparam);
-        case CB_GETLBTEXTLEN:
-            return IsItem(combo, wparam) ? static_cast<LRESULT>(combo.items[wparam].size()) : CB_ERR;
-        case CB_GETDROPPEDSTATE:
-            return combo.is_dropped ? TRUE : FALSE;
-        case CB_SHOWDROPDOWN:
-            return SetDropped(window, combo, wparam != 0);
-        case WM_SETTEXT:
-            return CB_ERR;
         case WM_GETTEXT:
             return GiveText(ChosenText(combo), wparam, lparam);
         case WM_GETTEXTLENGTH:
@@ -257,18 +236,15 @@ LRESULT CALLBACK ComboProcedure(HWND window, UINT message, WPARAM wparam, LPARAM
             return SetFont(window, *combo, wparam, lparam);
         case WM_GETDLGCODE:
             return DialogCode(*combo, lparam);
-        case WM_SETFOCUS:
-            TellParent(window, CBN_SETFOCUS);
-            return 0;
         case WM_KILLFOCUS:
-            return LoseFocus(window, *combo);
+            return LoseFocus(*combo);
         case WM_KEYDOWN:
             return PressKey(window, *combo, wparam);
         case WM_CHAR:
             return TypeCharacter(window, *combo, static_cast<WCHAR>(wparam));
         case WM_LBUTTONDOWN:
         case WM_LBUTTONDBLCLK:
-            return UseMouse(window, *combo);
+            return ChangeDropped(window, *combo);
         default:
             return HandleListMessage(window, *combo, message, wparam, lparam);
     }
@@ -278,10 +254,10 @@ LRESULT CALLBACK ComboProcedure(HWND window, UINT message, WPARAM wparam, LPARAM
 LRESULT CALLBACK ComboListProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_NCCREATE) {
         SetWindowLongPtrW(
-            window, FONT_OFFSET,
+            window, FIELD_OFFSET,
             reinterpret_cast<LONG_PTR>(reinterpret_cast<const CREATESTRUCTW*>(lparam)->lpCreateParams));
     }
-    auto* const field = reinterpret_cast<HWND>(GetWindowLongPtrW(window, FONT_OFFSET));
+    auto* const field = reinterpret_cast<HWND>(GetWindowLongPtrW(window, FIELD_OFFSET));
     auto* const combo =
         field == nullptr ? nullptr : reinterpret_cast<Combo*>(GetWindowLongPtrW(field, STATE_OFFSET));
     if (combo == nullptr)
@@ -294,7 +270,7 @@ LRESULT CALLBACK ComboListProcedure(HWND window, UINT message, WPARAM wparam, LP
             return MA_NOACTIVATE;
         case WM_LBUTTONDOWN:
             if (!is_inside)
-                HideList(field, *combo, CBN_SELENDCANCEL);
+                HideList(*combo);
             return 0;
         case WM_LBUTTONUP:
             if (is_inside && YOf(lparam) / ITEM_HEIGHT <= Last(*combo))

@@ -10,7 +10,7 @@
 namespace host {
 namespace {
 
-constexpr std::size_t FIRST_LIMIT = 30000;
+constexpr std::size_t FIRST_LIMIT = 32767;
 constexpr std::size_t UNLIMITED_SINGLE_LINE = 0x7FFFFFFE;
 constexpr std::size_t UNLIMITED_MULTI_LINE = 0xFFFFFFFF;
 // How much narrower than the client area the text is that fits a field which does not scroll.
@@ -22,8 +22,6 @@ struct Edit {
     std::size_t limit = FIRST_LIMIT;
     std::size_t anchor = 0;
     std::size_t caret = 0;
-    std::size_t first_line = 0;
-    bool is_modified = false;
 };
 
 struct Span {
@@ -50,8 +48,6 @@ LRESULT SetText(HWND window, Edit& edit, const WCHAR* text) {
     edit.text = text;
     edit.anchor = 0;
     edit.caret = 0;
-    edit.first_line = 0;
-    edit.is_modified = false;
     if (!HasStyle(window, ES_MULTILINE))
         TellChange(window);
     return TRUE;
@@ -85,14 +81,10 @@ void ReplaceSelection(HWND window, Edit& edit, std::u16string_view text) {
     edit.text.erase(selection.start, selection.end - selection.start);
     const std::size_t room = RoomFor(window, edit);
     const std::size_t free = room - std::min(room, edit.text.size());
-    const bool is_cut = text.size() > free;
     text = text.substr(0, free);
     edit.text.insert(selection.start, text);
     edit.caret = selection.start + text.size();
     edit.anchor = edit.caret;
-    edit.is_modified = true;
-    if (is_cut)
-        TellParent(window, EN_MAXTEXT);
     TellChange(window);
 }
 
@@ -108,13 +100,9 @@ LRESULT SetSelection(Edit& edit, WPARAM from, LPARAM to) {
     return 1;
 }
 
-LRESULT GiveSelection(const Edit& edit, WPARAM start, LPARAM end) {
+LRESULT GiveSelection(const Edit& edit) {
     constexpr std::size_t LONGEST = 0xFFFF;
     const Span selection = Selection(edit);
-    if (start != 0)
-        *reinterpret_cast<DWORD*>(start) = static_cast<DWORD>(selection.start);
-    if (end != 0)
-        *reinterpret_cast<DWORD*>(end) = static_cast<DWORD>(selection.end);
     if (selection.end > LONGEST)
         return -1;
     return MAKELPARAM(static_cast<unsigned>(selection.start), static_cast<unsigned>(selection.end));
@@ -193,67 +181,17 @@ std::size_t PlaceAt(const Edit& edit, int x) {
     return std::min(static_cast<std::size_t>(before), edit.text.size());
 }
 
-void SelectWord(Edit& edit) {
-    const std::size_t blank_before =
-        edit.caret == 0 ? std::u16string::npos : edit.text.rfind(u' ', edit.caret - 1);
-    edit.anchor = blank_before == std::u16string::npos ? 0 : blank_before + 1;
-    edit.caret = std::min(edit.text.find(u' ', edit.caret), edit.text.size());
-}
-
 LRESULT UseMouse(HWND window, Edit& edit, UINT message, LPARAM point) {
-    const bool is_single_line = !HasStyle(window, ES_MULTILINE);
-    switch (message) {
-        case WM_LBUTTONDOWN:
-            SetFocus(window);
-            SetCapture(window);
-            if (is_single_line)
-                MoveCaret(edit, PlaceAt(edit, XOf(point)));
-            return 0;
-        case WM_LBUTTONDBLCLK:
-            if (is_single_line)
-                SelectWord(edit);
-            return 0;
-        case WM_MOUSEMOVE:
-            if (is_single_line && GetCapture() == window)
-                edit.caret = PlaceAt(edit, XOf(point));
-            return 0;
-        default:
-            if (GetCapture() == window)
-                ReleaseCapture();
-            return 0;
+    if (message == WM_LBUTTONUP) {
+        if (GetCapture() == window)
+            ReleaseCapture();
+        return 0;
     }
-}
-
-// --- lines ---
-
-std::size_t LineCount(HWND window, const Edit& edit) {
+    SetFocus(window);
+    SetCapture(window);
     if (!HasStyle(window, ES_MULTILINE))
-        return 1;
-    return 1 + static_cast<std::size_t>(std::count(edit.text.begin(), edit.text.end(), u'\n'));
-}
-
-LRESULT ScrollLines(HWND window, Edit& edit, LPARAM lines) {
-    if (!HasStyle(window, ES_MULTILINE))
-        return FALSE;
-    RECT client{};
-    GetClientRect(window, &client);
-    const std::int64_t seen = (client.bottom + LINE_HEIGHT - 1) / LINE_HEIGHT;
-    const std::int64_t last =
-        std::max<std::int64_t>(static_cast<std::int64_t>(LineCount(window, edit)) - seen, 0);
-    const std::int64_t wanted = static_cast<std::int64_t>(edit.first_line) + lines;
-    const auto line = static_cast<std::size_t>(std::clamp<std::int64_t>(wanted, 0, last));
-    if (line != edit.first_line) {
-        edit.first_line = line;
-        TellParent(window, EN_VSCROLL);
-    }
-    return TRUE;
-}
-
-LRESULT SetReadOnly(HWND window, bool read_only) {
-    const auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
-    SetWindowLongPtrW(window, GWL_STYLE,
-                      static_cast<LONG_PTR>(read_only ? style | ES_READONLY : style & ~ES_READONLY));
-    return TRUE;
+        MoveCaret(edit, PlaceAt(edit, XOf(point)));
+    return 0;
 }
 
 LRESULT Create(HWND window, Edit& edit, const CREATESTRUCTW& creation) {
@@ -270,29 +208,13 @@ LRESULT Create(HWND window, Edit& edit, const CREATESTRUCTW& creation) {
 LRESULT HandleEditMessage(HWND window, Edit& edit, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case EM_GETSEL:
-            return GiveSelection(edit, wparam, lparam);
+            return GiveSelection(edit);
         case EM_SETSEL:
             return SetSelection(edit, wparam, lparam);
-        case EM_REPLACESEL:
-            ReplaceSelection(window, edit, TextAt(lparam));
-            return 0;
         case EM_LIMITTEXT:
             return SetLimit(window, edit, wparam);
         case EM_GETLIMITTEXT:
             return static_cast<LRESULT>(edit.limit);
-        case EM_GETMODIFY:
-            return edit.is_modified ? TRUE : FALSE;
-        case EM_SETMODIFY:
-            edit.is_modified = wparam != 0;
-            return 0;
-        case EM_SETREADONLY:
-            return SetReadOnly(window, wparam != 0);
-        case EM_GETLINECOUNT:
-            return static_cast<LRESULT>(LineCount(window, edit));
-        case EM_GETFIRSTVISIBLELINE:
-            return static_cast<LRESULT>(edit.first_line);
-        case EM_LINESCROLL:
-            return ScrollLines(window, edit, lparam);
         default:
             return DefControlProcedure("EDIT", window, message, wparam, lparam);
     }
@@ -320,19 +242,12 @@ LRESULT CALLBACK EditProcedure(HWND window, UINT message, WPARAM wparam, LPARAM 
             return static_cast<LRESULT>(edit->text.size());
         case WM_GETDLGCODE:
             return DialogCode(window);
-        case WM_SETFOCUS:
-            TellParent(window, EN_SETFOCUS);
-            return 0;
-        case WM_KILLFOCUS:
-            TellParent(window, EN_KILLFOCUS);
-            return 0;
         case WM_CHAR:
             return TypeCharacter(window, *edit, static_cast<WCHAR>(wparam));
         case WM_KEYDOWN:
             return PressKey(window, *edit, wparam);
         case WM_LBUTTONDOWN:
         case WM_LBUTTONDBLCLK:
-        case WM_MOUSEMOVE:
         case WM_LBUTTONUP:
             return UseMouse(window, *edit, message, lparam);
         default:

@@ -14,7 +14,6 @@ namespace {
 
 constexpr int NONE = -1;
 constexpr int HEADER_HEIGHT = 16;
-constexpr int LABEL_INSET = 2;
 constexpr UINT KNOWN_STATES = LVIS_SELECTED | LVIS_FOCUSED;
 
 struct Column {
@@ -56,29 +55,18 @@ int NextRow(const List& list, int start, UINT states) {
 
 // --- telling the parent ---
 
-LRESULT NotifyRow(HWND window, UINT code, int index) {
-    NMLISTVIEW told{};
-    told.iItem = index;
-    return NotifyParent(window, code, told.hdr);
-}
-
-LRESULT NotifyState(HWND window, UINT code, int index, UINT before, UINT after) {
+void NotifyState(HWND window, int index, UINT before, UINT after) {
     NMLISTVIEW told{};
     told.iItem = index;
     told.uNewState = after;
     told.uOldState = before;
     told.uChanged = LVIF_STATE;
-    return NotifyParent(window, code, told.hdr);
-}
-
-void Notify(HWND window, UINT code) {
-    NMHDR header{};
-    NotifyParent(window, code, header);
+    NotifyParent(window, LVN_ITEMCHANGED, told.hdr);
 }
 
 // --- the states of rows ---
 
-bool SetRowState(HWND window, List& list, int index, UINT state, UINT mask);
+void SetRowState(HWND window, List& list, int index, UINT state, UINT mask);
 
 // Takes the state off the row that has it, unless that is the one given.
 void TakeFromOthers(HWND window, List& list, int kept, UINT state) {
@@ -87,35 +75,27 @@ void TakeFromOthers(HWND window, List& list, int kept, UINT state) {
             SetRowState(window, list, index, 0, state);
 }
 
-bool SetRowState(HWND window, List& list, int index, UINT state, UINT mask) {
+void SetRowState(HWND window, List& list, int index, UINT state, UINT mask) {
     const UINT before = RowAt(list, index).state;
     const UINT after = (before & ~mask) | (state & mask);
     const UINT gained = after & ~before;
-    if (NotifyState(window, LVN_ITEMCHANGING, index, before, after) != FALSE)
-        return false;
     if (after == before)
-        return true;
+        return;
     if ((gained & LVIS_SELECTED) != 0)
         TakeFromOthers(window, list, index, LVIS_SELECTED);
     RowAt(list, index).state = after;
     if ((gained & LVIS_FOCUSED) != 0)
         TakeFromOthers(window, list, index, LVIS_FOCUSED);
-    NotifyState(window, LVN_ITEMCHANGED, index, before, after);
-    return true;
+    NotifyState(window, index, before, after);
 }
 
 LRESULT SetState(HWND window, List& list, WPARAM which, const LVITEMW& item) {
     const auto index = static_cast<int>(which);
-    if ((item.stateMask & ~KNOWN_STATES) != 0)
-        NotImplemented("LVM_SETITEMSTATE", "states other than selected and focused");
-    if (index != NONE) {
-        return IsRow(list, index) && SetRowState(window, list, index, item.state, item.stateMask) ? TRUE
-                                                                                                  : FALSE;
-    }
-    if ((item.state & item.stateMask) != 0)
+    if (index == NONE || (item.stateMask & ~KNOWN_STATES) != 0)
+        NotImplemented("LVM_SETITEMSTATE", "all rows at once, or states other than selected and focused");
+    if (!IsRow(list, index))
         return FALSE;
-    for (int row = 0; row < Count(list); row++)
-        SetRowState(window, list, row, 0, item.stateMask);
+    SetRowState(window, list, index, item.state, item.stateMask);
     return TRUE;
 }
 
@@ -133,33 +113,13 @@ LRESULT InsertRow(HWND window, List& list, const LVITEMW& item) {
         NotImplemented("LVM_INSERTITEMW", "more than the text of the first column");
     const int index = std::clamp(item.iItem, 0, Count(list));
     list.rows.insert(list.rows.begin() + index, Row{{item.pszText}, 0});
-    NotifyRow(window, LVN_INSERTITEM, index);
     InvalidateRect(window, nullptr, TRUE);
     return index;
 }
 
-LRESULT DeleteRow(HWND window, List& list, int index) {
-    if (!IsRow(list, index))
-        return FALSE;
-    const bool had_focus = (RowAt(list, index).state & LVIS_FOCUSED) != 0;
-    SetRowState(window, list, index, 0, KNOWN_STATES);
-    NotifyRow(window, LVN_DELETEITEM, index);
-    list.rows.erase(list.rows.begin() + index);
-    if (had_focus && !list.rows.empty())
-        RowAt(list, std::min(index, Count(list) - 1)).state |= LVIS_FOCUSED;
-    return TRUE;
-}
-
 // The rows go without a word on their states.
-LRESULT DeleteAllRows(HWND window, List& list) {
-    for (Row& row : list.rows)
-        row.state = 0;
-    const bool each_is_told = NotifyRow(window, LVN_DELETEALLITEMS, NONE) == FALSE;
-    while (!list.rows.empty()) {
-        if (each_is_told)
-            NotifyRow(window, LVN_DELETEITEM, Count(list) - 1);
-        list.rows.pop_back();
-    }
+LRESULT DeleteAllRows(List& list) {
+    list.rows.clear();
     list.top = 0;
     return TRUE;
 }
@@ -168,16 +128,9 @@ LRESULT SetRowText(HWND window, List& list, int index, const LVITEMW& item) {
     if (!IsRow(list, index) || item.iSubItem < 0 || item.iSubItem >= static_cast<int>(list.columns.size()))
         return FALSE;
     const auto column = static_cast<std::size_t>(item.iSubItem);
-    NMLISTVIEW told{};
-    told.iItem = index;
-    told.uChanged = LVIF_TEXT;
-    if (column == 0 && NotifyParent(window, LVN_ITEMCHANGING, told.hdr) != FALSE)
-        return FALSE;
     Row& row = RowAt(list, index);
     row.texts.resize(std::max(row.texts.size(), column + 1));
-    row.texts[column] = item.pszText == nullptr ? u"" : item.pszText;
-    if (column == 0)
-        NotifyParent(window, LVN_ITEMCHANGED, told.hdr);
+    row.texts[column] = item.pszText;
     InvalidateRect(window, nullptr, TRUE);
     return TRUE;
 }
@@ -243,38 +196,20 @@ int RowAtPoint(const List& list, LPARAM point) {
     return is_below_header && IsRow(list, index) && XOf(point) < WidthOfAll(list) ? index : NONE;
 }
 
-int ColumnAtPoint(const List& list, LPARAM point) {
-    int right = 0;
-    for (std::size_t index = 0; index < list.columns.size(); index++) {
-        right += list.columns[index].width;
-        if (XOf(point) < right)
-            return static_cast<int>(index);
-    }
-    return NONE;
-}
-
 // The part of the row that is asked for stands in the rectangle's left side.
 LRESULT GivePlace(const List& list, int index, RECT& place) {
     if (!IsRow(list, index))
         return FALSE;
-    const LONG part = place.left;
-    if (part != LVIR_BOUNDS && part != LVIR_SELECTBOUNDS && part != LVIR_LABEL)
-        NotImplemented("LVM_GETITEMRECT", "the place of the icon");
+    if (place.left != LVIR_BOUNDS)
+        NotImplemented("LVM_GETITEMRECT", "a part of the row");
     const int top = HEADER_HEIGHT + (index - list.top) * LINE_HEIGHT;
     place = {0, top, WidthOfAll(list), top + LINE_HEIGHT};
-    if (part == LVIR_LABEL && !list.columns.empty()) {
-        place.left = LABEL_INSET;
-        place.right = list.columns[0].width;
-    }
     return TRUE;
 }
 
-LRESULT EnsureVisible(HWND window, List& list, int index) {
-    if (!IsRow(list, index))
-        return FALSE;
+void EnsureVisible(HWND window, List& list, int index) {
     const int last_top = std::max(index - RowsInSight(window) + 1, 0);
     list.top = std::clamp(list.top, last_top, index);
-    return TRUE;
 }
 
 // --- the user ---
@@ -282,20 +217,8 @@ LRESULT EnsureVisible(HWND window, List& list, int index) {
 LRESULT PressMouse(HWND window, List& list, LPARAM point) {
     if (YOf(point) < HEADER_HEIGHT)
         return 0;
-    Notify(window, NM_RELEASEDCAPTURE);
     SelectByHand(window, list, RowAtPoint(list, point));
     SetFocus(window);
-    return 0;
-}
-
-LRESULT TellMouse(HWND window, const List& list, UINT code, LPARAM point) {
-    if (YOf(point) < HEADER_HEIGHT)
-        return 0;
-    NMITEMACTIVATE told{};
-    told.iItem = RowAtPoint(list, point);
-    told.iSubItem = ColumnAtPoint(list, point);
-    told.ptAction = {XOf(point), YOf(point)};
-    NotifyParent(window, code, told.hdr);
     return 0;
 }
 
@@ -319,11 +242,7 @@ int TargetOf(HWND window, const List& list, WPARAM key, int focused) {
     }
 }
 
-LRESULT PressKey(HWND window, List& list, WPARAM key, LPARAM flags) {
-    NMLVKEYDOWN pressed{};
-    pressed.wVKey = static_cast<WORD>(key);
-    pressed.flags = static_cast<UINT>(flags);
-    NotifyParent(window, LVN_KEYDOWN, pressed.hdr);
+LRESULT PressKey(HWND window, List& list, WPARAM key) {
     const int focused = NextRow(list, NONE, LVIS_FOCUSED);
     if (key == VK_SPACE && focused != NONE) {
         SetRowState(window, list, focused, LVIS_SELECTED, LVIS_SELECTED);
@@ -356,34 +275,20 @@ LRESULT HandleRowMessage(HWND window, List& list, UINT message, WPARAM wparam, L
     switch (message) {
         case LVM_INSERTITEMW:
             return InsertRow(window, list, *reinterpret_cast<const LVITEMW*>(lparam));
-        case LVM_DELETEITEM:
-            return DeleteRow(window, list, index);
         case LVM_DELETEALLITEMS:
-            return DeleteAllRows(window, list);
-        case LVM_GETITEMCOUNT:
-            return Count(list);
+            return DeleteAllRows(list);
         case LVM_SETITEMTEXTW:
             return SetRowText(window, list, index, *reinterpret_cast<const LVITEMW*>(lparam));
         case LVM_GETITEMTEXTW:
             return GiveRowText(list, index, *reinterpret_cast<const LVITEMW*>(lparam));
         case LVM_SETITEMSTATE:
             return SetState(window, list, wparam, *reinterpret_cast<const LVITEMW*>(lparam));
-        case LVM_GETITEMSTATE:
-            return IsRow(list, index) ? RowAt(list, index).state & static_cast<UINT>(lparam) : 0;
         case LVM_GETNEXTITEM:
             if ((lparam & ~static_cast<LPARAM>(KNOWN_STATES)) != 0)
                 NotImplemented("LVM_GETNEXTITEM", "directions");
             return NextRow(list, index, static_cast<UINT>(lparam));
-        case LVM_GETSELECTEDCOUNT:
-            return NextRow(list, NONE, LVIS_SELECTED) == NONE ? 0 : 1;
         case LVM_GETITEMRECT:
             return GivePlace(list, index, *reinterpret_cast<RECT*>(lparam));
-        case LVM_ENSUREVISIBLE:
-            return EnsureVisible(window, list, index);
-        case LVM_GETTOPINDEX:
-            return list.top;
-        case LVM_GETCOUNTPERPAGE:
-            return RowsInSight(window);
         default:
             return DefControlProcedure("SysListView32", window, message, wparam, lparam);
     }
@@ -419,20 +324,11 @@ LRESULT CALLBACK ListProcedure(HWND window, UINT message, WPARAM wparam, LPARAM 
             return Create(window);
         case WM_GETDLGCODE:
             return DLGC_WANTARROWS | DLGC_WANTCHARS;
-        case WM_SETFOCUS:
-            Notify(window, NM_SETFOCUS);
-            return 0;
-        case WM_KILLFOCUS:
-            Notify(window, NM_KILLFOCUS);
-            return 0;
         case WM_LBUTTONDOWN:
-            return PressMouse(window, *list, lparam);
-        case WM_LBUTTONUP:
-            return TellMouse(window, *list, NM_CLICK, lparam);
         case WM_LBUTTONDBLCLK:
-            return TellMouse(window, *list, NM_DBLCLK, lparam);
+            return PressMouse(window, *list, lparam);
         case WM_KEYDOWN:
-            return PressKey(window, *list, wparam, lparam);
+            return PressKey(window, *list, wparam);
         default:
             return HandleColumnMessage(window, *list, message, wparam, lparam);
     }

@@ -47,26 +47,13 @@ int TabAt(const Tabs& tabs, POINT point) {
     return NONE;
 }
 
-LRESULT Notify(HWND window, UINT code) {
-    NMHDR header{};
-    return NotifyParent(window, code, header);
-}
-
-// The user's choice, which the parent may refuse.
+// The user's choice.
 void Choose(HWND window, Tabs& tabs, int index) {
-    if (index == NONE || index == tabs.chosen || Notify(window, TCN_SELCHANGING) != FALSE)
+    if (index == NONE || index == tabs.chosen)
         return;
     tabs.chosen = index;
-    Notify(window, TCN_SELCHANGE);
-}
-
-LRESULT ChooseByCode(HWND window, Tabs& tabs, WPARAM index) {
-    const int before = tabs.chosen;
-    if (!IsTab(tabs, index))
-        return NONE;
-    tabs.chosen = static_cast<int>(index);
-    InvalidateRect(window, nullptr, TRUE);
-    return before;
+    NMHDR header{};
+    NotifyParent(window, TCN_SELCHANGE, header);
 }
 
 LRESULT Insert(Tabs& tabs, WPARAM index, const TCITEMW& item) {
@@ -91,11 +78,7 @@ LRESULT GiveItem(const Tabs& tabs, WPARAM index, const TCITEMW& item) {
     return TRUE;
 }
 
-LRESULT PressKey(HWND window, Tabs& tabs, WPARAM key, LPARAM flags) {
-    NMTCKEYDOWN pressed{};
-    pressed.wVKey = static_cast<WORD>(key);
-    pressed.flags = static_cast<UINT>(flags);
-    NotifyParent(window, TCN_KEYDOWN, pressed.hdr);
+LRESULT PressKey(HWND window, Tabs& tabs, WPARAM key) {
     const int step = key == VK_RIGHT ? 1 : -1;
     const int target = tabs.chosen + step;
     if ((key == VK_LEFT || key == VK_RIGHT) && target >= 0 && IsTab(tabs, static_cast<WPARAM>(target)))
@@ -115,13 +98,6 @@ LRESULT HitTest(HWND window, const Tabs& tabs, LPARAM place) {
     return TabAt(tabs, point) == NONE ? HTTRANSPARENT : HTCLIENT;
 }
 
-LRESULT GivePlace(const Tabs& tabs, WPARAM index, RECT& place) {
-    if (!IsTab(tabs, index))
-        return FALSE;
-    place = PlaceOf(tabs, index);
-    return TRUE;
-}
-
 }  // namespace
 
 LRESULT CALLBACK TabProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
@@ -134,25 +110,15 @@ LRESULT CALLBACK TabProcedure(HWND window, UINT message, WPARAM wparam, LPARAM l
         case WM_GETDLGCODE:
             return DLGC_WANTARROWS | DLGC_WANTCHARS;
         case WM_LBUTTONDOWN:
-        case WM_LBUTTONDBLCLK:
             return PressMouse(window, *tabs, lparam);
-        case WM_LBUTTONUP:
-            Notify(window, NM_CLICK);
-            return 0;
         case WM_KEYDOWN:
-            return PressKey(window, *tabs, wparam, lparam);
+            return PressKey(window, *tabs, wparam);
         case TCM_INSERTITEMW:
             return Insert(*tabs, wparam, *reinterpret_cast<const TCITEMW*>(lparam));
         case TCM_GETITEMW:
             return GiveItem(*tabs, wparam, *reinterpret_cast<const TCITEMW*>(lparam));
-        case TCM_GETITEMCOUNT:
-            return static_cast<LRESULT>(tabs->texts.size());
-        case TCM_GETITEMRECT:
-            return GivePlace(*tabs, wparam, *reinterpret_cast<RECT*>(lparam));
         case TCM_GETCURSEL:
             return tabs->chosen;
-        case TCM_SETCURSEL:
-            return ChooseByCode(window, *tabs, wparam);
         default:
             return DefControlProcedure("SysTabControl32", window, message, wparam, lparam);
     }
