@@ -43,9 +43,7 @@ VmConfig WithModules(std::size_t size) {
 }
 
 WideText BenchFile() {
-    WideText folder(MAX_PATH + 1, WCHAR{});
-    folder.resize(GetTempPathW(static_cast<DWORD>(folder.size()), folder.data()));
-    return folder + TEXT("veldrane-bench-") + WideNumberText(GetCurrentProcessId()) + TEXT(".config");
+    return TEXT("C:\\tmp\\veldrane-bench-") + WideNumberText(GetCurrentProcessId()) + TEXT(".config");
 }
 
 void WriteText(const WideText& path, const std::string& text) {

@@ -177,10 +177,13 @@ TEST(Form, KeepsEveryControlAtItsEdgesAndClearOfTheOthersAtEverySize) {
     const std::set<int> grow{301, 302};
     LauncherRun run;
     run.Run([&] {
-        const std::vector<HWND> controls = Controls(run.launcher);
+        std::vector<HWND> controls;
         std::vector<RECT> first;
-        for (const HWND control : controls)
-            first.push_back(PlaceInClient(control));
+        user::Do([&] {
+            controls = Controls(run.launcher);
+            for (const HWND control : controls)
+                first.push_back(PlaceInClient(control));
+        });
         const SIZE sizes[] = {{920, 676}, {1200, 800}, {921, 900}, {1380, 677}};
         for (const SIZE& size : sizes) {
             user::ResizeClient(size.cx, size.cy);
@@ -246,8 +249,10 @@ TEST(Form, MarksEditsAndFollowsItsCheckBoxes) {
         EXPECT_EQ(Narrow(user::ControlText(IDC_WIDTH)), "800");
         user::Click(IDC_EXPLICIT_VIDEO);
         for (const UINT id : {IDC_RAM_MIB, IDC_TIMEOUT_MS, IDC_WIDTH, IDC_HEIGHT}) {
-            user::Fill(id, TEXT("1x2"));
-            EXPECT_EQ(Narrow(user::ControlText(id)), "12") << "letters cannot be typed into " << id;
+            user::Fill(id, TEXT(""));
+            user::Type(TEXT("1x2"));
+            EXPECT_TRUE(user::WaitUntil([&] { return user::ControlText(id) == TEXT("12"); }))
+                << "letters cannot be typed into " << id;
         }
     });
 }

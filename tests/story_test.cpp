@@ -466,6 +466,13 @@ TEST(Story, TheLogFollowsTheRunAndNotTheFolder) {
     EXPECT_NE(run.Log().find("second"), std::string::npos);
 }
 
+// The text control of the log window.
+HWND LogControl(const Launcher& launcher) {
+    HWND control = nullptr;
+    user::Do([&] { control = GetDlgItem(launcher.log_window, 1); });
+    return control;
+}
+
 LRESULT SelectionOf(HWND edit) {
     LRESULT selection = -1;
     user::Do([&] { selection = SendMessageW(edit, EM_GETSEL, 0, 0); });
@@ -517,9 +524,9 @@ TEST(Story, TheLogWindowIsHiddenRefreshedAndReused) {
             SendMessageW(control, EM_SETSEL, 3, 5);
         });
         user::Pause(600);
-        EXPECT_EQ(SelectionOf(GetDlgItem(window, 1)), MAKELONG(3, 5))
+        EXPECT_EQ(SelectionOf(LogControl(launcher)), MAKELONG(3, 5))
             << "an unchanged log leaves the selection";
-        EXPECT_TRUE(user::TextOf(GetDlgItem(window, 1))[0] == TEXT('y'))
+        EXPECT_TRUE(user::TextOf(LogControl(launcher))[0] == TEXT('y'))
             << "the first byte is the one that is left out";
         Remove(log);
         user::Pause(400);

@@ -1,3 +1,4 @@
+// Faults, the trace, the clock and the last error.
 #include "platform/host/hooks.h"
 
 #include <algorithm>
@@ -32,7 +33,7 @@ struct HookState {
     int own_calls = 0;
 };
 
-HookState& State() {
+HookState& Hooks() {
     static HookState state;
     return state;
 }
@@ -42,53 +43,56 @@ thread_local DWORD last_error = ERROR_SUCCESS;
 }  // namespace
 
 void FailCall(const char* name, unsigned nth, DWORD error) {
-    State().faults.push_back({name, nth, error});
+    Hooks().faults.push_back({name, nth, error});
 }
 
 void FailNthCall(unsigned nth, DWORD error) {
-    State().faults.push_back({"", nth, error});
+    Hooks().faults.push_back({"", nth, error});
 }
 
 unsigned ClearFaults() {
-    const unsigned came = State().faults_that_came;
-    State().faults.clear();
-    State().faults_that_came = 0;
+    const unsigned came = Hooks().faults_that_came;
+    Hooks().faults.clear();
+    Hooks().faults_that_came = 0;
     return came;
 }
 
 void StartTrace() {
-    State().tracing = true;
-    State().trace.clear();
-    State().arguments.clear();
+    Hooks().tracing = true;
+    Hooks().trace.clear();
+    Hooks().arguments.clear();
 }
 
 std::vector<std::string> Trace() {
-    return State().trace;
+    return Hooks().trace;
 }
 
 std::vector<DWORD> TracedArguments(const std::string& name) {
-    return State().arguments[name];
+    return Hooks().arguments[name];
 }
 
 void MakeShort(const char* name) {
-    State().comes_up_short = name;
+    Hooks().comes_up_short = name;
 }
 
 bool ComesUpShort(const char* name) {
-    if (State().comes_up_short != name)
+    if (Hooks().comes_up_short != name)
         return false;
-    State().comes_up_short.clear();
+    Hooks().comes_up_short.clear();
     return true;
 }
 
 bool CallFails(const char* name, std::vector<DWORD> arguments) {
-    HookState& state = State();
+    HookState& state = Hooks();
     if (state.own_calls > 0)
         return false;
     if (state.tracing) {
         state.trace.emplace_back(name);
         state.arguments[name] = std::move(arguments);
     }
+    // A call that succeeds may leave anything there.
+    constexpr DWORD POISON = 0x5EED;
+    last_error = POISON;
     bool fails = false;
     for (Fault& fault : state.faults) {
         if ((!fault.name.empty() && fault.name != name) || fault.calls_left == 0)
@@ -103,16 +107,16 @@ bool CallFails(const char* name, std::vector<DWORD> arguments) {
 }
 
 OwnCalls::OwnCalls() {
-    ++State().own_calls;
+    ++Hooks().own_calls;
 }
 
 OwnCalls::~OwnCalls() {
-    --State().own_calls;
+    --Hooks().own_calls;
 }
 
 std::uint64_t Now() {
-    if (State().clock_is_taken)
-        return State().taken_ms += State().ms_per_look;
+    if (Hooks().clock_is_taken)
+        return Hooks().taken_ms += Hooks().ms_per_look;
     const auto since_start = std::chrono::steady_clock::now().time_since_epoch();
     return static_cast<std::uint64_t>(
         std::chrono::duration_cast<std::chrono::milliseconds>(since_start).count());
@@ -123,19 +127,19 @@ void TakeClock() {
 }
 
 void TakeClock(std::uint64_t ms_per_look) {
-    State().taken_ms = Now();
-    State().clock_is_taken = true;
-    State().ms_per_look = ms_per_look;
+    Hooks().taken_ms = Now();
+    Hooks().clock_is_taken = true;
+    Hooks().ms_per_look = ms_per_look;
 }
 
 void MoveClock(std::uint64_t ms) {
-    if (!State().clock_is_taken)
+    if (!Hooks().clock_is_taken)
         NotImplemented("MoveClock", "a clock that nobody has taken over");
-    State().taken_ms += ms;
+    Hooks().taken_ms += ms;
 }
 
 bool ClockIsTaken() {
-    return State().clock_is_taken;
+    return Hooks().clock_is_taken;
 }
 
 void NotImplemented(const char* call, const char* what) {

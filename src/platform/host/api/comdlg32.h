@@ -46,6 +46,7 @@ constexpr UINT CDM_SETCONTROLTEXT = CDM_FIRST + 4;
 
 constexpr DWORD CDERR_DIALOGFAILURE = 0xFFFF;
 constexpr DWORD CDERR_STRUCTSIZE = 0x0001;
+constexpr DWORD FNERR_INVALIDFILENAME = 0x3002;
 constexpr DWORD FNERR_BUFFERTOOSMALL = 0x3003;
 
 // TRUE with the full path of the chosen file in lpstrFile; FALSE when the user cancelled, with

@@ -74,7 +74,7 @@ constexpr DWORD WC_ERR_INVALID_CHARS = 0x80;
 int WINAPI MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR bytes, int byte_count, LPWSTR wide,
                                int wide_size);
 
-// To code page 1252 without looking for similar characters: what it lacks becomes the default character.
+// To UTF-8 only.
 int WINAPI WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, int wide_count, LPSTR bytes,
                                int byte_size, LPCSTR default_char, LPBOOL used_default_char);
 
@@ -83,7 +83,6 @@ int WINAPI WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, int wi
 DWORD WINAPI GetFullPathNameW(LPCWSTR path, DWORD size, LPWSTR full, LPWSTR* file_part);
 DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR path);
 BOOL WINAPI SetCurrentDirectoryW(LPCWSTR path);
-DWORD WINAPI GetTempPathW(DWORD size, LPWSTR path);
 
 // Only the program's own file, that is module null.
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size);
@@ -146,16 +145,13 @@ constexpr DWORD OPEN_EXISTING = 3;
 constexpr DWORD OPEN_ALWAYS = 4;
 constexpr DWORD TRUNCATE_EXISTING = 5;
 
-constexpr DWORD FILE_ATTRIBUTE_READONLY = 0x1;
 constexpr DWORD FILE_ATTRIBUTE_DIRECTORY = 0x10;
 constexpr DWORD FILE_ATTRIBUTE_ARCHIVE = 0x20;
 constexpr DWORD FILE_ATTRIBUTE_NORMAL = 0x80;
-constexpr DWORD FILE_ATTRIBUTE_REPARSE_POINT = 0x400;
 constexpr DWORD FILE_FLAG_SEQUENTIAL_SCAN = 0x08000000;
 constexpr DWORD FILE_FLAG_BACKUP_SEMANTICS = 0x02000000;
 
 constexpr DWORD FILE_BEGIN = 0;
-constexpr DWORD FILE_END = 2;
 
 constexpr DWORD FILE_TYPE_UNKNOWN = 0;
 constexpr DWORD FILE_TYPE_DISK = 1;
@@ -178,6 +174,7 @@ BOOL WINAPI WriteFile(HANDLE file, LPCVOID buffer, DWORD size, LPDWORD written, 
 BOOL WINAPI SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, PLARGE_INTEGER position, DWORD method);
 BOOL WINAPI GetFileSizeEx(HANDLE file, PLARGE_INTEGER size);
 BOOL WINAPI FlushFileBuffers(HANDLE file);
+// Only the attributes, and of those whether it is a folder.
 BOOL WINAPI GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION information);
 DWORD WINAPI GetFileType(HANDLE file);
 // A close that a fault makes fail has closed the handle all the same.
@@ -248,9 +245,9 @@ BOOL WINAPI UpdateProcThreadAttribute(LPPROC_THREAD_ATTRIBUTE_LIST list, DWORD f
                                       PVOID value, SIZE_T size, PVOID previous_value, SIZE_T* return_size);
 void WINAPI DeleteProcThreadAttributeList(LPPROC_THREAD_ATTRIBUTE_LIST list);
 
-// A child gets its three standard streams and no other handle; a stream that it may not inherit is closed for
-// it. The application name is required, the environment is always the parent's. The thread handle can only be
-// closed.
+// A child gets its three standard streams, or those that it may inherit, and without a list of handles every
+// other inheritable handle too. The application name is required, the environment is always the parent's. The
+// thread handle can only be closed.
 BOOL WINAPI CreateProcessW(LPCWSTR application, LPWSTR command_line, LPSECURITY_ATTRIBUTES process_security,
                            LPSECURITY_ATTRIBUTES thread_security, BOOL inherit_handles, DWORD flags,
                            LPVOID environment, LPCWSTR current_directory, LPSTARTUPINFOW startup,
@@ -258,7 +255,6 @@ BOOL WINAPI CreateProcessW(LPCWSTR application, LPWSTR command_line, LPSECURITY_
 // Waits for processes only, and in real time even when the clock is taken over.
 DWORD WINAPI WaitForSingleObject(HANDLE handle, DWORD milliseconds);
 BOOL WINAPI GetExitCodeProcess(HANDLE process, LPDWORD exit_code);
-BOOL WINAPI TerminateProcess(HANDLE process, UINT exit_code);
 DWORD WINAPI GetCurrentProcessId();
 
 // A code above 255 must be an exception code that a signal stands for; the process then ends by that signal.

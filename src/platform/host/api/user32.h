@@ -428,7 +428,6 @@ LONG_PTR WINAPI GetWindowLongPtrW(HWND window, int index);
 LONG_PTR WINAPI SetWindowLongPtrW(HWND window, int index, LONG_PTR value);
 int WINAPI GetClassNameW(HWND window, LPWSTR name, int capacity);
 DWORD WINAPI GetWindowThreadProcessId(HWND window, LPDWORD process);
-DWORD WINAPI GetCurrentThreadId();
 
 // --- the window tree ---
 

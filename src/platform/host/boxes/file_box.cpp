@@ -252,6 +252,8 @@ BOOL ShowFileBox(const char* call, Purpose purpose, OPENFILENAMEW* request) {
             CloseBox(showing.box, IDCANCEL);
     };
     Text name = request->lpstrFile;
+    if (!name.empty() && FullPathOf(name).empty())
+        return Refuse(FNERR_INVALIDFILENAME);
     StartFolder(showing, name);
     const WCHAR* const usual_title = purpose == Purpose::Save ? u"Enregistrer sous" : u"Ouvrir";
     const WCHAR* const title = request->lpstrTitle == nullptr ? usual_title : request->lpstrTitle;
@@ -263,6 +265,9 @@ BOOL ShowFileBox(const char* call, Purpose purpose, OPENFILENAMEW* request) {
     }
     if (RunBox(showing.box) != IDOK)
         return FALSE;
+    // The box for opening may leave its folder as the current one, whatever its flags say.
+    if (purpose == Purpose::Open)
+        SetCurrentDirectoryW(ParentOf(showing.chosen).c_str());
     return Deliver(showing.chosen, *request);
 }
 

@@ -59,8 +59,7 @@ void Reap(ChildProcess& child, int options) {
         return;
     child.has_ended = true;
     child.claims.clear();
-    if (!child.was_terminated)
-        child.exit_code = ended > 0 ? ExitCodeOf(status) : OTHER_SIGNAL_CODE;
+    child.exit_code = ended > 0 ? ExitCodeOf(status) : OTHER_SIGNAL_CODE;
 }
 
 void AddChild(std::shared_ptr<ChildProcess> child) {

@@ -1,3 +1,4 @@
+// The wording of errors, as an English system has it.
 #include <algorithm>
 #include <array>
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// Files: opened under the rules of sharing, read, written, flushed, moved and deleted.
 #include <fcntl.h>
 #include <stdio.h>
 #include <sys/stat.h>
@@ -196,30 +197,6 @@ void RequireNoOverlap(LPOVERLAPPED overlapped, const char* call) {
         host::NotImplemented(call, "work behind the caller's back");
 }
 
-DWORD Attributes(const Status& status) {
-    DWORD attributes = S_ISDIR(status.st_mode) ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
-    if (S_ISLNK(status.st_mode))
-        attributes |= FILE_ATTRIBUTE_REPARSE_POINT;
-    if (S_ISREG(status.st_mode) && IsReadOnly(status))
-        attributes |= FILE_ATTRIBUTE_READONLY;
-    return attributes;
-}
-
-DWORD Low(std::uint64_t value) {
-    return static_cast<DWORD>(value & 0xFFFFFFFFU);
-}
-
-DWORD High(std::uint64_t value) {
-    return static_cast<DWORD>(value >> 32);
-}
-
-// Hundreds of nanoseconds since the year 1601.
-FILETIME FileTime(const timespec& time) {
-    constexpr std::int64_t UNIX_EPOCH = 116444736000000000;
-    const auto ticks = static_cast<std::uint64_t>(UNIX_EPOCH + time.tv_sec * 10000000 + time.tv_nsec / 100);
-    return {Low(ticks), High(ticks)};
-}
-
 // Why the file cannot move over the target; success where it can, or where there is no target.
 DWORD ReplaceError(const Status& from, const std::string& target, DWORD flags) {
     Status status = {};
@@ -307,15 +284,9 @@ BOOL WINAPI SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, PLARGE_INTEGER
     const host::OpenFile* const open_file = host::FindFile(file);
     if (open_file == nullptr)
         return FALSE;
-    if (method > FILE_END)
-        return host::Fail(ERROR_INVALID_PARAMETER);
-    constexpr int ORIGINS[] = {SEEK_SET, SEEK_CUR, SEEK_END};
-    const off_t result = lseek(open_file->descriptor.number, distance.QuadPart, ORIGINS[method]);
-    if (result < 0)
-        return host::Fail(errno == EINVAL ? ERROR_NEGATIVE_SEEK : host::ErrorOf(errno));
-    if (position != nullptr)
-        position->QuadPart = result;
-    return TRUE;
+    if (method != FILE_BEGIN || position != nullptr)
+        host::NotImplemented("SetFilePointerEx", "other than from the beginning, or telling the place");
+    return Done(lseek(open_file->descriptor.number, distance.QuadPart, SEEK_SET));
 }
 
 BOOL WINAPI GetFileSizeEx(HANDLE file, PLARGE_INTEGER size) {
@@ -347,17 +318,9 @@ BOOL WINAPI GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION
         return FALSE;
     if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode))
         return host::Fail(ERROR_INVALID_PARAMETER);
-    const auto size = static_cast<std::uint64_t>(S_ISREG(status.st_mode) ? status.st_size : 0);
-    *information = {Attributes(status),
-                    FileTime(status.st_ctim),
-                    FileTime(status.st_atim),
-                    FileTime(status.st_mtim),
-                    Low(status.st_dev),
-                    High(size),
-                    Low(size),
-                    Low(status.st_nlink),
-                    High(status.st_ino),
-                    Low(status.st_ino)};
+    *information = {};
+    information->dwFileAttributes =
+        S_ISDIR(status.st_mode) ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
     return TRUE;
 }
 

@@ -93,6 +93,15 @@ OpenFile* FindFile(HANDLE handle) {
     return object == nullptr ? nullptr : object->file.get();
 }
 
+std::vector<int> InheritableDescriptors() {
+    std::vector<int> descriptors;
+    for (const auto& [number, object] : Table().open)
+        if (object.file != nullptr && object.file->is_inheritable)
+            descriptors.push_back(object.file->descriptor.number);
+    std::sort(descriptors.begin(), descriptors.end());
+    return descriptors;
+}
+
 std::size_t OpenHandles() {
     return Table().open.size();
 }

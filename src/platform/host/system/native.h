@@ -69,7 +69,6 @@ struct OpenFile {
 struct ChildProcess {
     int process_id = 0;
     bool has_ended = false;
-    bool was_terminated = false;  // by TerminateProcess, which has set the exit code
     DWORD exit_code = STILL_ACTIVE;
     std::vector<std::shared_ptr<const ShareClaim>> claims;  // of the files that it took over
 };
@@ -85,6 +84,8 @@ HANDLE AddHandle(KernelObject object);
 const KernelObject* FindObject(HANDLE handle);
 // Null with ERROR_INVALID_HANDLE set for what is no open file.
 OpenFile* FindFile(HANDLE handle);
+// The descriptors of all open files that may be inherited, in ascending order.
+std::vector<int> InheritableDescriptors();
 
 // --- children ---
 

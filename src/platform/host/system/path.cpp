@@ -1,3 +1,5 @@
+// Paths by the rules of Windows, and the files of Linux that they stand for: drive C: is the root. Names that
+// differ by case are two files here.
 #include <limits.h>
 #include <stdlib.h>
 #include <sys/stat.h>
@@ -205,15 +207,6 @@ Text FullPath(View path) {
     return StartPath(path, start) ? FinishPath(std::move(start)) : Text{};
 }
 
-LPWSTR FilePart(LPWSTR full, std::size_t length) {
-    const View path(full, length);
-    const std::size_t separator = path.rfind(u'\\');
-    const bool names_device = path.starts_with(DEVICE_PREFIX) && !path.substr(4).starts_with(u"\\");
-    if (names_device || separator + 1 == length || separator <= 1)
-        return nullptr;
-    return full + separator + 1;
-}
-
 bool HasForbiddenCharacter(View path) {
     return std::any_of(
         path.begin(), path.end(),
@@ -286,10 +279,9 @@ DWORD WINAPI GetFullPathNameW(LPCWSTR path, DWORD size, LPWSTR full, LPWSTR* fil
     const Text text = FullPath(path == nullptr ? View{} : View(path));
     if (text.empty())
         return 0;
-    const DWORD length = host::CopyOut(text, full, size);
-    if (file_part != nullptr && length == text.size())
-        *file_part = FilePart(full, length);
-    return length;
+    if (file_part != nullptr)
+        host::NotImplemented("GetFullPathNameW", "the part of the file");
+    return host::CopyOut(text, full, size);
 }
 
 DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR path) {
@@ -311,14 +303,4 @@ BOOL WINAPI SetCurrentDirectoryW(LPCWSTR path) {
     if (stat(native.c_str(), &status) == 0 && !S_ISDIR(status.st_mode))
         return host::Fail(ERROR_DIRECTORY);
     return chdir(native.c_str()) == 0 ? TRUE : host::Fail(host::ErrorOf(errno, native));
-}
-
-DWORD WINAPI GetTempPathW(DWORD size, LPWSTR path) {
-    if (host::CallFails("GetTempPathW"))
-        return 0;
-    const char* const chosen = getenv("TMPDIR");
-    Text folder = host::WidePath(chosen != nullptr ? chosen : "/tmp");
-    if (!folder.ends_with(u'\\'))
-        folder += u'\\';
-    return host::CopyOut(folder, path, size);
 }

@@ -127,6 +127,7 @@ struct StartRequest {
     std::string folder;
     std::vector<std::string> arguments;
     std::array<host::Descriptor, STREAMS> streams;  // without a descriptor: the child does not get the stream
+    std::vector<int> more;                          // descriptors that it inherits beside its streams
     std::vector<std::shared_ptr<const host::ShareClaim>> claims;
     bool leaves_terminal = false;
 };
@@ -228,7 +229,11 @@ void PrepareActions(const StartRequest& request, posix_spawn_file_actions_t& act
         else
             posix_spawn_file_actions_addclose(&actions, stream);
     }
-    posix_spawn_file_actions_addclosefrom_np(&actions, static_cast<int>(STREAMS));
+    // Down from their own places, which lie above, in their order.
+    int next = static_cast<int>(STREAMS);
+    for (const int inherited : request.more)
+        posix_spawn_file_actions_adddup2(&actions, inherited, next++);
+    posix_spawn_file_actions_addclosefrom_np(&actions, next);
 }
 
 // Gives an errno value, or 0 with the child running.
@@ -336,9 +341,14 @@ BOOL WINAPI CreateProcessW(LPCWSTR application, LPWSTR command_line, LPSECURITY_
         !ReadHandleList(startup, flags, inherit_handles, list) ||
         !TakeStreams(*startup, inherit_handles, list, request))
         return FALSE;
+    constexpr std::size_t LONGEST_LINE = 32766;
+    if (command_line != nullptr && std::u16string_view(command_line).size() > LONGEST_LINE)
+        return host::Fail(ERROR_FILENAME_EXCED_RANGE);
     if (!SplitCommandLine(command_line != nullptr ? command_line : application, request.arguments))
         return host::Fail(ERROR_NO_UNICODE_TRANSLATION);
     request.leaves_terminal = (flags & CREATE_NO_WINDOW) != 0;
+    if (list == nullptr && inherit_handles != FALSE)
+        request.more = host::InheritableDescriptors();
     return Start(request, information);
 }
 
@@ -369,19 +379,6 @@ BOOL WINAPI GetExitCodeProcess(HANDLE process, LPDWORD exit_code) {
         return FALSE;
     *exit_code = child->has_ended ? child->exit_code : STILL_ACTIVE;
     return TRUE;
-}
-
-BOOL WINAPI TerminateProcess(HANDLE process, UINT exit_code) {
-    if (host::CallFails("TerminateProcess"))
-        return FALSE;
-    host::ChildProcess* const child = FindProcess(process, "TerminateProcess");
-    if (child == nullptr)
-        return FALSE;
-    if (child->has_ended)
-        return host::Fail(ERROR_ACCESS_DENIED);
-    child->was_terminated = true;
-    child->exit_code = exit_code;
-    return kill(child->process_id, SIGKILL) == 0 ? TRUE : host::Fail(host::ErrorOf(errno));
 }
 
 DWORD WINAPI GetCurrentProcessId() {

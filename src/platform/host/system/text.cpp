@@ -1,3 +1,4 @@
+// Text between UTF-8 and UTF-16, and from code page 1252.
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -10,7 +11,6 @@
 namespace {
 
 constexpr char32_t REPLACEMENT = 0xFFFD;
-constexpr UINT CODE_PAGE_1252 = 1252;
 
 // Code page 1252 from 0x80 to 0x9F. The five bytes that it leaves free stand for the control characters.
 constexpr std::array<WCHAR, 32> HIGH_1252 = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
@@ -176,25 +176,6 @@ DWORD EncodeUtf8(std::u16string_view wide, bool strict, Sink<char>& sink) {
     return ERROR_SUCCESS;
 }
 
-// The byte of code page 1252, or a negative number.
-int ByteOf1252(WCHAR unit) {
-    if (unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF))
-        return unit;
-    const auto* const found = std::find(HIGH_1252.begin(), HIGH_1252.end(), unit);
-    return found == HIGH_1252.end() ? -1 : 0x80 + static_cast<int>(found - HIGH_1252.begin());
-}
-
-DWORD Encode1252(std::u16string_view wide, char default_char, bool& used_default, Sink<char>& sink) {
-    if (!Room(sink, wide.size()))
-        return ERROR_INSUFFICIENT_BUFFER;
-    for (const WCHAR unit : wide) {
-        const int byte = ByteOf1252(unit);
-        used_default = used_default || byte < 0;
-        Put(sink, byte < 0 ? static_cast<unsigned char>(default_char) : static_cast<unsigned>(byte));
-    }
-    return ERROR_SUCCESS;
-}
-
 // What both calls ask of their arguments; a size without a buffer is a mistake, a size of 0 asks for the
 // size.
 template <typename From, typename To>
@@ -228,12 +209,6 @@ int Refuse(DWORD error) {
     return 0;
 }
 
-bool Is1252(UINT code_page, const char* call) {
-    if (code_page != CP_UTF8 && code_page != CP_ACP && code_page != CODE_PAGE_1252)
-        host::NotImplemented(call, "a code page other than 1252 and UTF-8");
-    return code_page != CP_UTF8;
-}
-
 }  // namespace
 
 namespace host {
@@ -263,8 +238,10 @@ int WINAPI MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR bytes, int by
     if (!ArgumentsAreSound(bytes, byte_count, wide, wide_size))
         return Refuse(ERROR_INVALID_PARAMETER);
     Sink<WCHAR> sink = SinkFor(wide, wide_size);
-    if (Is1252(code_page, "MultiByteToWideChar"))
+    if (code_page == CP_ACP)
         return Result(Decode1252(TextOf(bytes, byte_count), sink), sink);
+    if (code_page != CP_UTF8)
+        host::NotImplemented("MultiByteToWideChar", "a code page other than CP_ACP and UTF-8");
     if ((flags & ~MB_ERR_INVALID_CHARS) != 0)
         return Refuse(ERROR_INVALID_FLAGS);
     return Result(DecodeUtf8(TextOf(bytes, byte_count), flags != 0, sink), sink);
@@ -277,14 +254,8 @@ int WINAPI WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, int wi
     if (!ArgumentsAreSound(wide, wide_count, bytes, byte_size))
         return Refuse(ERROR_INVALID_PARAMETER);
     Sink<char> sink = SinkFor(bytes, byte_size);
-    if (Is1252(code_page, "WideCharToMultiByte")) {
-        bool used_default = false;
-        const char substitute = default_char != nullptr ? *default_char : '?';
-        const DWORD error = Encode1252(TextOf(wide, wide_count), substitute, used_default, sink);
-        if (used_default_char != nullptr)
-            *used_default_char = used_default ? TRUE : FALSE;
-        return Result(error, sink);
-    }
+    if (code_page != CP_UTF8)
+        host::NotImplemented("WideCharToMultiByte", "a code page other than UTF-8");
     if ((flags & ~WC_ERR_INVALID_CHARS) != 0)
         return Refuse(ERROR_INVALID_FLAGS);
     if (default_char != nullptr || used_default_char != nullptr)

@@ -106,7 +106,7 @@ WindowPointer MakeWindow(const CREATESTRUCTW& create, const ClassPointer& window
     window->window_class = window_class;
     window->procedure = window_class->procedure;
     window->extra.resize(static_cast<std::size_t>(window_class->extra_bytes));
-    window->thread = GetCurrentThreadId();
+    window->thread = static_cast<DWORD>(gettid());
     return window;
 }
 
@@ -223,10 +223,6 @@ LONG_PTR WINAPI SetWindowLongPtrW(HWND handle, int index, LONG_PTR value) {
     }
     std::memcpy(host::ExtraBytes(*window, index), &value, sizeof(value));
     return previous;
-}
-
-DWORD WINAPI GetCurrentThreadId() {
-    return static_cast<DWORD>(gettid());
 }
 
 DWORD WINAPI GetWindowThreadProcessId(HWND handle, LPDWORD process) {

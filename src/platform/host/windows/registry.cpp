@@ -1,5 +1,7 @@
 // The windows that there are: how a handle leads to its window, a window to its siblings and its root, and a
 // message to its procedure.
+#include <unistd.h>
+
 #include <algorithm>
 #include <unordered_map>
 
@@ -28,6 +30,8 @@ WindowPointer FindWindowState(HWND handle) {
         SetLastError(ERROR_INVALID_WINDOW_HANDLE);
         return nullptr;
     }
+    if (found->second->thread != static_cast<DWORD>(gettid()))
+        NotImplemented("a window call", "coming from another thread than the window's");
     return found->second;
 }
 
