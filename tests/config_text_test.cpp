@@ -127,7 +127,7 @@ TEST(ConfigText, KeepsEachOfTheLargestNumberOfModules) {
         config.modules.push_back({Wide("m" + std::to_string(index)), Wide("a" + std::to_string(index))});
     const VmConfig read = ParseConfigText(ComposeConfigText(config));
     ASSERT_EQ(read.modules.size(), 128U);
-    for (std::size_t index : {0, 9, 10, 127}) {
+    for (const std::size_t index : {0U, 9U, 10U, 127U}) {
         EXPECT_EQ(Narrow(read.modules[index].path), "m" + std::to_string(index));
         EXPECT_EQ(Narrow(read.modules[index].command), "a" + std::to_string(index));
     }

@@ -34,8 +34,12 @@ struct HookState {
 };
 
 HookState& Hooks() {
-    static HookState state;
-    return state;
+    return Lasting<HookState>();
+}
+
+std::vector<void (*)()>& Operations() {
+    static std::vector<void (*)()> operations;
+    return operations;
 }
 
 thread_local DWORD last_error = ERROR_SUCCESS;
@@ -140,6 +144,16 @@ void MoveClock(std::uint64_t ms) {
 
 bool ClockIsTaken() {
     return Hooks().clock_is_taken;
+}
+
+void OnReset(void (*make_anew)()) {
+    Operations().push_back(make_anew);
+}
+
+void ResetLayer() {
+    for (void (*const make_anew)() : Operations())
+        make_anew();
+    last_error = ERROR_SUCCESS;
 }
 
 void NotImplemented(const char* call, const char* what) {

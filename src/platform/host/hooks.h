@@ -58,6 +58,22 @@ void MoveClock(std::uint64_t ms);
 // True while the clock is taken over.
 bool ClockIsTaken();
 
+// --- what lasts from call to call ---
+
+// For ResetLayer alone: an operation that makes a record anew.
+void OnReset(void (*make_anew)());
+
+// The one record of its type. Every file of the layer keeps in such a one what lasts from call to call.
+template <typename Record>
+Record& Lasting() {
+    static Record record = (OnReset([] { Lasting<Record>() = Record(); }), Record());
+    return record;
+}
+
+// Everything as at the start of the program: no window, no class of the program's, no message, no timer, no
+// handle, no fault, the real clock. Windows go without a word.
+void ResetLayer();
+
 // --- what is not there ---
 
 // Aborts, naming the call and what of it is not implemented.

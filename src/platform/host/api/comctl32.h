@@ -14,15 +14,12 @@ struct INITCOMMONCONTROLSEX {
 
 constexpr DWORD ICC_LISTVIEW_CLASSES = 0x0001;
 constexpr DWORD ICC_TAB_CLASSES = 0x0008;
-constexpr DWORD ICC_STANDARD_CLASSES = 0x4000;
 
 #define WC_TABCONTROLW TEXT("SysTabControl32")
 #define WC_LISTVIEWW TEXT("SysListView32")
 
 // FALSE with the last error set when a fault was asked for; the classes are there from the start.
 BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* classes);
-
-// --- notifications of every common control ---
 
 // --- the tab control ---
 
@@ -35,9 +32,6 @@ struct TCITEMW {
     int iImage;
     LPARAM lParam;
 };
-
-#pragma pack(push, 1)
-#pragma pack(pop)
 
 constexpr UINT TCIF_TEXT = 0x0001;
 
@@ -131,5 +125,3 @@ constexpr UINT LVM_GETITEMTEXTW = LVM_FIRST + 115;
 constexpr UINT LVM_SETITEMTEXTW = LVM_FIRST + 116;
 
 constexpr UINT LVN_ITEMCHANGED = 0U - 101U;
-
-// The names without a letter, as the platform spells them for wide text.

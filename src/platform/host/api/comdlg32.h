@@ -7,6 +7,8 @@
 
 using LPOFNHOOKPROC = UINT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
 
+constexpr DWORD FNERR_INVALIDFILENAME = 0x3002;
+
 struct OPENFILENAMEW {
     DWORD lStructSize;
     HWND hwndOwner;
@@ -35,23 +37,13 @@ struct OPENFILENAMEW {
 static_assert(sizeof(OPENFILENAMEW) == 152);
 
 constexpr DWORD OFN_OVERWRITEPROMPT = 0x00000002;
-constexpr DWORD OFN_HIDEREADONLY = 0x00000004;
 constexpr DWORD OFN_NOCHANGEDIR = 0x00000008;
 constexpr DWORD OFN_PATHMUSTEXIST = 0x00000800;
 constexpr DWORD OFN_FILEMUSTEXIST = 0x00001000;
 constexpr DWORD OFN_EXPLORER = 0x00080000;
 
-constexpr UINT CDM_FIRST = WM_USER + 100;
-constexpr UINT CDM_SETCONTROLTEXT = CDM_FIRST + 4;
-
-constexpr DWORD CDERR_DIALOGFAILURE = 0xFFFF;
-constexpr DWORD CDERR_STRUCTSIZE = 0x0001;
-constexpr DWORD FNERR_INVALIDFILENAME = 0x3002;
-constexpr DWORD FNERR_BUFFERTOOSMALL = 0x3003;
-
 // TRUE with the full path of the chosen file in lpstrFile; FALSE when the user cancelled, with
-// CommDlgExtendedError 0, or when the box could not be shown or its answer not be delivered, with the reason
-// in CommDlgExtendedError.
+// CommDlgExtendedError 0, or when a fault was asked for, with its error code in CommDlgExtendedError.
 BOOL WINAPI GetOpenFileNameW(OPENFILENAMEW* request);
 BOOL WINAPI GetSaveFileNameW(OPENFILENAMEW* request);
 

@@ -300,20 +300,16 @@ constexpr UINT USER_TIMER_MAXIMUM = 0x7FFFFFFF;
 
 constexpr DWORD BS_PUSHBUTTON = 0x0000;
 constexpr DWORD BS_DEFPUSHBUTTON = 0x0001;
-constexpr DWORD BS_CHECKBOX = 0x0002;
 constexpr DWORD BS_AUTOCHECKBOX = 0x0003;
 constexpr DWORD BS_GROUPBOX = 0x0007;
 constexpr DWORD BS_TYPEMASK = 0x000F;
 constexpr int BN_CLICKED = 0;
 constexpr UINT BM_GETCHECK = 0x00F0;
 constexpr UINT BM_SETCHECK = 0x00F1;
-constexpr UINT BM_GETSTATE = 0x00F2;
 constexpr UINT BM_SETSTYLE = 0x00F4;
 constexpr UINT BM_CLICK = 0x00F5;
 constexpr UINT BST_UNCHECKED = 0x0000;
 constexpr UINT BST_CHECKED = 0x0001;
-constexpr UINT BST_PUSHED = 0x0004;
-constexpr UINT BST_FOCUS = 0x0008;
 
 constexpr DWORD ES_CENTER = 0x0001;
 constexpr DWORD ES_RIGHT = 0x0002;
@@ -327,7 +323,6 @@ constexpr DWORD ES_READONLY = 0x0800;
 constexpr DWORD ES_WANTRETURN = 0x1000;
 constexpr DWORD ES_NUMBER = 0x2000;
 constexpr int EN_CHANGE = 0x0300;
-constexpr int EN_UPDATE = 0x0400;
 constexpr UINT EM_GETSEL = 0x00B0;
 constexpr UINT EM_SETSEL = 0x00B1;
 constexpr UINT EM_LIMITTEXT = 0x00C5;
@@ -336,11 +331,8 @@ constexpr UINT EM_GETLIMITTEXT = 0x00D5;
 
 constexpr DWORD SS_LEFT = 0x0000;
 constexpr DWORD SS_NOPREFIX = 0x0080;
-constexpr DWORD SS_NOTIFY = 0x0100;
 constexpr DWORD SS_PATHELLIPSIS = 0x8000;
 
-constexpr DWORD CBS_SIMPLE = 0x0001;
-constexpr DWORD CBS_DROPDOWN = 0x0002;
 constexpr DWORD CBS_DROPDOWNLIST = 0x0003;
 constexpr DWORD CBS_SORT = 0x0100;
 constexpr int CBN_SELCHANGE = 1;
@@ -358,9 +350,6 @@ constexpr UINT MB_YESNO = 0x0004;
 constexpr UINT MB_ICONERROR = 0x0010;
 constexpr UINT MB_ICONQUESTION = 0x0020;
 constexpr UINT MB_ICONWARNING = 0x0030;
-constexpr UINT MB_ICONINFORMATION = 0x0040;
-constexpr UINT MB_TYPEMASK = 0x000F;
-constexpr UINT MB_ICONMASK = 0x00F0;
 
 constexpr int IDOK = 1;
 constexpr int IDCANCEL = 2;

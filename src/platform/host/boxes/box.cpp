@@ -1,8 +1,6 @@
+// The window of a box: where it stands, how the focus moves in it, and the loop that waits for its answer.
 #include "platform/host/boxes/box.h"
 
-#include <utility>
-
-#include "platform/host/api/comdlg32.h"
 #include "platform/host/controls/control.h"
 #include "platform/host/hooks.h"
 
@@ -45,13 +43,6 @@ LRESULT MoveFocus(const Box& box, HWND next) {
     return 0;
 }
 
-LRESULT SetControlText(const Box& box, WPARAM id, LPARAM text) {
-    const HWND control = GetDlgItem(box.window, static_cast<int>(id));
-    if (control != nullptr)
-        SetWindowTextW(control, TextAt(text));
-    return 0;
-}
-
 bool TakeMessage(MSG& message) {
     const OwnCalls own;
     return GetMessageW(&message, nullptr, 0, 0) > 0;
@@ -73,13 +64,12 @@ void PumpMessages(const Box& box) {
 
 }  // namespace
 
-bool MakeBox(Box& box, HWND owner, const WCHAR* title, int width, int height) {
+void MakeBox(Box& box, HWND owner, const WCHAR* title, int width, int height) {
     const OwnCalls own;
     const HWND root = owner == nullptr ? nullptr : RootOf(owner);
     const POINT corner = MiddleOf(root, width, height);
     CreateWindowExW(BOX_EXTENDED_STYLE, u"#32770", title, BOX_STYLE, corner.x, corner.y, width, height, root,
                     nullptr, nullptr, &box);
-    return box.window != nullptr;
 }
 
 HWND AddToBox(const Box& box, const BoxControl& control) {
@@ -135,12 +125,11 @@ LRESULT CALLBACK BoxProcedure(HWND window, UINT message, WPARAM wparam, LPARAM l
         case WM_ACTIVATE:
             return FollowFocus(*box, wparam);
         case WM_NEXTDLGCTL:
-            return MoveFocus(*box, lparam != 0 ? reinterpret_cast<HWND>(wparam)
-                                               : GetNextDlgTabItem(window, GetFocus(), wparam != 0));
+            if (lparam == 0)
+                NotImplemented("WM_NEXTDLGCTL", "the next or the previous control");
+            return MoveFocus(*box, reinterpret_cast<HWND>(wparam));
         case DM_GETDEFID:
             return MAKELPARAM(static_cast<unsigned>(box->default_id), DC_HASDEFID);
-        case CDM_SETCONTROLTEXT:
-            return SetControlText(*box, wparam, lparam);
         case WM_NCDESTROY:
             // The owner may go, and the box with it, while the box is open.
             box->is_open = false;

@@ -18,7 +18,7 @@ struct Box {
     std::function<void(int id)> on_command;  // a button was pressed, or the box was cancelled
 };
 
-// In the client area of the box, in pixels.
+// In the client area of the box.
 struct Place {
     int left;
     int top;
@@ -34,11 +34,10 @@ struct BoxControl {
     Place place;
 };
 
-// Makes the hidden box, in the middle of its owner or of the screen. False when the window could not be made.
-// The box must stay where it is until RunBox is over.
-bool MakeBox(Box& box, HWND owner, const WCHAR* title, int width, int height);
+// Makes the hidden box, in the middle of its owner or of the screen. The box must stay where it is until
+// RunBox is over. No fault strikes the windows of a box: they can always be made.
+void MakeBox(Box& box, HWND owner, const WCHAR* title, int width, int height);
 
-// Null when the control could not be made.
 HWND AddToBox(const Box& box, const BoxControl& control);
 
 LRESULT CALLBACK BoxProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);

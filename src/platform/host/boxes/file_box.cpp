@@ -8,6 +8,7 @@
 
 #include "platform/host/api/comdlg32.h"
 #include "platform/host/boxes/box.h"
+#include "platform/host/boxes/inspect.h"
 #include "platform/host/controls/control.h"
 #include "platform/host/hooks.h"
 #include "platform/host/system/inspect.h"
@@ -30,7 +31,7 @@ enum class FileKind { Missing, File, Folder };
 // One showing of a file box.
 struct Showing {
     Purpose purpose;
-    OPENFILENAMEW* request;
+    const OPENFILENAMEW& request;
     Text folder;     // where relative names start
     Text extension;  // what a name without one gets; empty for nothing
     Box box;
@@ -38,15 +39,30 @@ struct Showing {
     Text chosen;  // the full path, once there is one
 };
 
-// Why the last box gave FALSE.
-DWORD& ExtendedError() {
-    static DWORD error = 0;
-    return error;
+struct LastBox {
+    DWORD error = 0;  // why it gave FALSE
+    FileBoxRequest request;
+};
+
+LastBox& Last() {
+    return Lasting<LastBox>();
 }
 
-BOOL Refuse(DWORD error) {
-    ExtendedError() = error;
-    return FALSE;
+Text TextOrNone(LPCWSTR text) {
+    return text == nullptr ? Text() : Text(text);
+}
+
+FileBoxRequest Recorded(const OPENFILENAMEW& request) {
+    Text filter;
+    for (const WCHAR* text = request.lpstrFilter; *text != 0; text += View(text).size() + 1)
+        filter += Text(text) + u'|';
+    return {request.hwndOwner,
+            request.Flags,
+            request.nMaxFile,
+            filter,
+            TextOrNone(request.lpstrDefExt),
+            TextOrNone(request.lpstrInitialDir),
+            request.lpstrFile};
 }
 
 // --- names ---
@@ -59,7 +75,7 @@ FileKind KindOf(const Text& path) {
     return S_ISDIR(status.st_mode) ? FileKind::Folder : FileKind::File;
 }
 
-// Without a drive or a root in front.
+// Without a drive or a root at its start.
 bool IsRelative(View path) {
     return path.find(u':') == View::npos && !path.starts_with(u'\\');
 }
@@ -85,18 +101,15 @@ Text ParentOf(View path) {
     return Text(path.substr(0, separator == 2 ? 3 : separator));
 }
 
-// What stands for the default extension: that of the first filter where it names just one, otherwise the one
-// given.
+// What stands for the default extension: that of the first filter.
 Text ExtensionOf(const OPENFILENAMEW& request) {
     if (request.lpstrDefExt == nullptr)
         return {};
-    if (request.lpstrFilter != nullptr) {
-        const View description = request.lpstrFilter;
-        const View pattern = request.lpstrFilter + description.size() + 1;
-        if (pattern.starts_with(u"*.") && pattern.find_first_of(u"*?;", 1) == View::npos)
-            return Text(pattern.substr(1));
-    }
-    return Text(u".") + request.lpstrDefExt;
+    const View description = request.lpstrFilter;
+    const View pattern = request.lpstrFilter + description.size() + 1;
+    if (!pattern.starts_with(u"*.") || pattern.find_first_of(u"*?;", 1) != View::npos)
+        NotImplemented("GetOpenFileNameW, GetSaveFileNameW", "a default extension beside several patterns");
+    return Text(pattern.substr(1));
 }
 
 bool HasExtension(View path) {
@@ -113,10 +126,6 @@ void Complain(const Showing& showing, const WCHAR* text) {
     Ask(showing, text, MB_OK | MB_ICONWARNING);
 }
 
-bool HasFlag(const Showing& showing, DWORD flag) {
-    return (showing.request->Flags & flag) != 0;
-}
-
 // A name without an extension stands for the file of just that name first.
 Text WithExtension(const Showing& showing, const Text& path) {
     const bool is_there = showing.purpose == Purpose::Open && KindOf(path) == FileKind::File;
@@ -125,19 +134,17 @@ Text WithExtension(const Showing& showing, const Text& path) {
 
 bool MayTake(const Showing& showing, const Text& path) {
     const FileKind kind = KindOf(path);
-    if (HasFlag(showing, OFN_PATHMUSTEXIST) && KindOf(ParentOf(path)) != FileKind::Folder) {
+    if (KindOf(ParentOf(path)) != FileKind::Folder) {
         Complain(showing, u"Ce dossier n'existe pas.");
         return false;
     }
-    if (kind == FileKind::Missing && HasFlag(showing, OFN_FILEMUSTEXIST)) {
-        Complain(showing, u"Ce fichier n'existe pas.");
-        return false;
+    if (showing.purpose == Purpose::Open) {
+        if (kind == FileKind::Missing)
+            Complain(showing, u"Ce fichier n'existe pas.");
+        return kind != FileKind::Missing;
     }
-    if (kind == FileKind::File && HasFlag(showing, OFN_OVERWRITEPROMPT)) {
-        return Ask(showing, u"Ce fichier existe déjà.\nVoulez-vous le remplacer ?",
-                   MB_YESNO | MB_ICONWARNING) == IDYES;
-    }
-    return true;
+    return kind != FileKind::File || Ask(showing, u"Ce fichier existe déjà.\nVoulez-vous le remplacer ?",
+                                         MB_YESNO | MB_ICONWARNING) == IDYES;
 }
 
 Text TypedName(const Showing& showing) {
@@ -174,9 +181,9 @@ void Confirm(Showing& showing) {
 
 // The folder of the first file where it has one, then the one asked for, then the current one.
 void StartFolder(Showing& showing, Text& name) {
-    const OPENFILENAMEW& request = *showing.request;
+    const OPENFILENAMEW& request = showing.request;
     showing.folder = FullPathOf(u".");
-    if (request.lpstrInitialDir != nullptr && KindOf(request.lpstrInitialDir) == FileKind::Folder)
+    if (KindOf(request.lpstrInitialDir) == FileKind::Folder)
         showing.folder = FullPathOf(request.lpstrInitialDir);
     if (name.find(u'\\') != Text::npos) {
         const Text folder = ParentOf(name);
@@ -187,101 +194,90 @@ void StartFolder(Showing& showing, Text& name) {
     }
 }
 
-bool FillBox(Showing& showing, const Text& name) {
-    const bool saves = showing.purpose == Purpose::Save;
-    const Box& box = showing.box;
-    const bool is_labelled =
-        AddToBox(box, {u"Static", u"Nom du fichier :", NAME_LABEL_ID, 0, {12, 14, 100, 20}}) != nullptr;
+void FillBox(Showing& showing, const Text& name) {
+    const WCHAR* const confirm = showing.purpose == Purpose::Save ? u"&Enregistrer" : u"&Ouvrir";
+    Box& box = showing.box;
+    AddToBox(box, {u"Static", u"Nom du fichier :", NAME_LABEL_ID, 0, {12, 14, 100, 20}});
     showing.name_field =
         AddToBox(box, {u"Edit", u"", NAME_ID, WS_TABSTOP | ES_AUTOHSCROLL, {116, 12, 380, 22}});
-    const HWND confirm = AddToBox(box, {u"Button",
-                                        saves ? u"&Enregistrer" : u"&Ouvrir",
-                                        IDOK,
-                                        WS_TABSTOP | BS_DEFPUSHBUTTON,
-                                        {300, 48, 94, 26}});
-    const HWND cancel = AddToBox(box, {u"Button", u"Annuler", IDCANCEL, WS_TABSTOP, {402, 48, 94, 26}});
-    if (!is_labelled || showing.name_field == nullptr || confirm == nullptr || cancel == nullptr)
-        return false;
-    showing.box.focus = showing.name_field;
+    AddToBox(box, {u"Button", confirm, IDOK, WS_TABSTOP | BS_DEFPUSHBUTTON, {300, 48, 94, 26}});
+    AddToBox(box, {u"Button", u"Annuler", IDCANCEL, WS_TABSTOP, {402, 48, 94, 26}});
+    box.focus = showing.name_field;
     SetWindowTextW(showing.name_field, name.c_str());
     SendMessageW(showing.name_field, EM_SETSEL, 0, -1);
-    return true;
 }
 
-// Writes the answer where the caller wants it; the first character tells the size needed when there is no
-// room.
-BOOL Deliver(const Text& path, OPENFILENAMEW& request) {
-    if (path.size() + 1 > request.nMaxFile) {
-        if (request.nMaxFile > 0)
-            request.lpstrFile[0] = static_cast<WCHAR>(path.size() + 1);
-        return Refuse(FNERR_BUFFERTOOSMALL);
-    }
+// Of the answer, just the path is written.
+BOOL Deliver(const Text& path, const OPENFILENAMEW& request) {
+    if (path.size() >= request.nMaxFile)
+        NotImplemented("GetOpenFileNameW, GetSaveFileNameW", "a path that is longer than the buffer");
     *std::copy(path.begin(), path.end(), request.lpstrFile) = u'\0';
-    const View name = LastElement(path);
-    const std::size_t dot = name.rfind(u'.');
-    const std::size_t name_start = path.size() - name.size();
-    request.nFileOffset = static_cast<WORD>(name_start);
-    request.nFileExtension = static_cast<WORD>(dot == View::npos ? 0 : name_start + dot + 1);
-    request.nFilterIndex = 1;
     return TRUE;
 }
 
-void CheckRequest(const OPENFILENAMEW& request) {
-    constexpr DWORD KNOWN_FLAGS = OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_NOCHANGEDIR |
-                                  OFN_PATHMUSTEXIST | OFN_FILEMUSTEXIST | OFN_EXPLORER;
-    constexpr DWORD NEEDED_FLAGS = OFN_NOCHANGEDIR | OFN_EXPLORER;
+void CheckRequest(Purpose purpose, const OPENFILENAMEW& request) {
+    const DWORD flags = OFN_EXPLORER | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR |
+                        (purpose == Purpose::Save ? OFN_OVERWRITEPROMPT : OFN_FILEMUSTEXIST);
     const bool has_hook = request.lpfnHook != nullptr || request.lpTemplateName != nullptr;
-    const bool has_more = request.lpstrCustomFilter != nullptr || request.lpstrFileTitle != nullptr;
-    if ((request.Flags & ~KNOWN_FLAGS) != 0 || (request.Flags & NEEDED_FLAGS) != NEEDED_FLAGS || has_hook ||
-        has_more || request.nFilterIndex > 1)
+    const bool has_more = request.lpstrCustomFilter != nullptr || request.lpstrFileTitle != nullptr ||
+                          request.lpstrTitle != nullptr;
+    const bool has_less = request.lpstrFilter == nullptr || request.lpstrInitialDir == nullptr;
+    const WCHAR* const first = request.lpstrFile;
+    const WCHAR* const last = first + request.nMaxFile;
+    if (std::find(first, last, u'\0') == last)
+        NotImplemented("GetOpenFileNameW, GetSaveFileNameW", "a first name without its end");
+    if (request.lStructSize != sizeof(OPENFILENAMEW) || request.Flags != flags || has_hook || has_more ||
+        has_less || request.nFilterIndex > 1)
         NotImplemented("GetOpenFileNameW, GetSaveFileNameW", "these flags or fields");
 }
 
-BOOL ShowFileBox(const char* call, Purpose purpose, OPENFILENAMEW* request) {
-    if (CallFails(call))
-        return Refuse(GetLastError());
-    if (request == nullptr || request->lStructSize != sizeof(OPENFILENAMEW))
-        return Refuse(CDERR_STRUCTSIZE);
-    CheckRequest(*request);
-    ExtendedError() = 0;
-    Showing showing{purpose, request, {}, ExtensionOf(*request), {}, nullptr, {}};
+BOOL ShowFileBox(const char* call, Purpose purpose, OPENFILENAMEW& request) {
+    CheckRequest(purpose, request);
+    const bool fails = CallFails(call);
+    Last().error = fails ? GetLastError() : 0;
+    Last().request = Recorded(request);
+    if (fails)
+        return FALSE;
+    Showing showing{purpose, request, {}, ExtensionOf(request), {}, nullptr, {}};
     showing.box.on_command = [&showing](int id) {
         if (id == IDOK)
             Confirm(showing);
         else if (id == IDCANCEL)
             CloseBox(showing.box, IDCANCEL);
     };
-    Text name = request->lpstrFile;
-    if (!name.empty() && FullPathOf(name).empty())
-        return Refuse(FNERR_INVALIDFILENAME);
-    StartFolder(showing, name);
-    const WCHAR* const usual_title = purpose == Purpose::Save ? u"Enregistrer sous" : u"Ouvrir";
-    const WCHAR* const title = request->lpstrTitle == nullptr ? usual_title : request->lpstrTitle;
-    if (!MakeBox(showing.box, request->hwndOwner, title, BOX_WIDTH, BOX_HEIGHT))
-        return Refuse(CDERR_DIALOGFAILURE);
-    if (!FillBox(showing, name)) {
-        DestroyWindow(showing.box.window);
-        return Refuse(CDERR_DIALOGFAILURE);
+    Text name = request.lpstrFile;
+    if (!name.empty() && FullPathOf(name).empty()) {
+        Last().error = FNERR_INVALIDFILENAME;
+        return FALSE;
     }
+    StartFolder(showing, name);
+    const WCHAR* const title = purpose == Purpose::Save ? u"Enregistrer sous" : u"Ouvrir";
+    MakeBox(showing.box, request.hwndOwner, title, BOX_WIDTH, BOX_HEIGHT);
+    FillBox(showing, name);
     if (RunBox(showing.box) != IDOK)
         return FALSE;
     // The box for opening may leave its folder as the current one, whatever its flags say.
     if (purpose == Purpose::Open)
         SetCurrentDirectoryW(ParentOf(showing.chosen).c_str());
-    return Deliver(showing.chosen, *request);
+    return Deliver(showing.chosen, request);
 }
 
 }  // namespace
+
+const FileBoxRequest& LastFileBox() {
+    return Last().request;
+}
+
 }  // namespace host
 
 BOOL WINAPI GetOpenFileNameW(OPENFILENAMEW* request) {
-    return host::ShowFileBox("GetOpenFileNameW", host::Purpose::Open, request);
+    return host::ShowFileBox("GetOpenFileNameW", host::Purpose::Open, *request);
 }
 
 BOOL WINAPI GetSaveFileNameW(OPENFILENAMEW* request) {
-    return host::ShowFileBox("GetSaveFileNameW", host::Purpose::Save, request);
+    return host::ShowFileBox("GetSaveFileNameW", host::Purpose::Save, *request);
 }
 
 DWORD WINAPI CommDlgExtendedError() {
-    return host::ExtendedError();
+    return host::Last().error;
 }

@@ -8,17 +8,12 @@ namespace {
 
 struct Button {
     WPARAM check = BST_UNCHECKED;
-    bool is_held = false;    // pressed and not let go yet, by mouse or by the space bar
-    bool is_pushed = false;  // held, with the pointer over it
+    bool is_held = false;  // pressed and not let go yet, by mouse or by the space bar
 };
-
-DWORD StyleOf(HWND window) {
-    return static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
-}
 
 DWORD KindOf(HWND window) {
     const DWORD kind = StyleOf(window) & BS_TYPEMASK;
-    if (kind > BS_AUTOCHECKBOX && kind != BS_GROUPBOX)
+    if (kind > BS_DEFPUSHBUTTON && kind != BS_AUTOCHECKBOX && kind != BS_GROUPBOX)
         NotImplemented("BUTTON", "this kind of button");
     return kind;
 }
@@ -36,16 +31,9 @@ LRESULT DialogCode(HWND window) {
     }
 }
 
-bool IsOver(HWND window, LPARAM point) {
-    RECT client{};
-    GetClientRect(window, &client);
-    return Contains(client, {XOf(point), YOf(point)});
-}
-
 LRESULT Hold(HWND window, Button& button) {
     SetCapture(window);
     button.is_held = true;
-    button.is_pushed = true;
     SetFocus(window);
     return 0;
 }
@@ -54,45 +42,23 @@ LRESULT Hold(HWND window, Button& button) {
 void Click(HWND window, Button& button) {
     if (KindOf(window) == BS_AUTOCHECKBOX)
         button.check = button.check == BST_CHECKED ? BST_UNCHECKED : BST_CHECKED;
-    TellParent(window, BN_CLICKED);
+    SendCommand(window, BN_CLICKED);
 }
 
+// Without the mouse, a button is held no more.
 LRESULT LetGo(HWND window, Button& button, bool clicks) {
     if (!button.is_held)
         return 0;
-    button.is_held = false;
-    button.is_pushed = false;
     ReleaseCapture();
     if (clicks)
         Click(window, button);
     return 0;
 }
 
-LRESULT Drop(Button& button) {
-    button.is_held = false;
-    button.is_pushed = false;
-    return 0;
-}
-
-LRESULT LoseFocus(Button& button) {
-    if (button.is_held) {
-        Drop(button);
-        ReleaseCapture();
-    }
-    return 0;
-}
-
 LRESULT SetCheck(HWND window, Button& button, WPARAM check) {
-    const DWORD kind = KindOf(window);
-    if (kind == BS_CHECKBOX || kind == BS_AUTOCHECKBOX)
+    if (KindOf(window) == BS_AUTOCHECKBOX)
         button.check = check == BST_UNCHECKED ? BST_UNCHECKED : BST_CHECKED;
     return 0;
-}
-
-LRESULT GiveState(HWND window, const Button& button) {
-    const UINT pushed = button.is_pushed ? BST_PUSHED : 0;
-    const UINT focus = GetFocus() == window ? BST_FOCUS : 0;
-    return static_cast<LRESULT>(button.check | pushed | focus);
 }
 
 LRESULT SetKind(HWND window, WPARAM kind) {
@@ -106,15 +72,17 @@ LRESULT HandleInput(HWND window, Button& button, UINT message, WPARAM wparam, LP
         case WM_LBUTTONDOWN:
         case WM_LBUTTONDBLCLK:
             return Hold(window, button);
-        case WM_MOUSEMOVE:
-            button.is_pushed = button.is_held && GetCapture() == window && IsOver(window, lparam);
-            return 0;
         case WM_LBUTTONUP:
-            return LetGo(window, button, IsOver(window, lparam));
+            return LetGo(window, button, IsInClientArea(window, lparam));
         case WM_KEYDOWN:
             return wparam == VK_SPACE ? Hold(window, button) : 0;
         case WM_KEYUP:
             return wparam == VK_SPACE ? LetGo(window, button, true) : 0;
+        case WM_KILLFOCUS:
+            return LetGo(window, button, false);
+        case WM_CAPTURECHANGED:
+            button.is_held = false;
+            return 0;
         case BM_CLICK:
             SendMessageW(window, WM_LBUTTONDOWN, 0, 0);
             SendMessageW(window, WM_LBUTTONUP, 0, 0);
@@ -136,16 +104,10 @@ LRESULT CALLBACK ButtonProcedure(HWND window, UINT message, WPARAM wparam, LPARA
         case WM_NCHITTEST:
             return KindOf(window) == BS_GROUPBOX ? HTTRANSPARENT
                                                  : DefWindowProcW(window, message, wparam, lparam);
-        case WM_KILLFOCUS:
-            return LoseFocus(*button);
-        case WM_CAPTURECHANGED:
-            return Drop(*button);
         case BM_GETCHECK:
             return static_cast<LRESULT>(button->check);
         case BM_SETCHECK:
             return SetCheck(window, *button, wparam);
-        case BM_GETSTATE:
-            return GiveState(window, *button);
         case BM_SETSTYLE:
             return SetKind(window, wparam);
         default:

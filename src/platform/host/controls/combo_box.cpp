@@ -11,10 +11,9 @@
 namespace host {
 namespace {
 
-constexpr int NONE = -1;
-// Where the window of the list keeps the field that it belongs to.
+// The dropped list's window keeps the combo box that it belongs to.
 constexpr int FIELD_OFFSET = 0;
-// The field alone, in the system font before WM_SETFONT and in the one font of the layer behind it.
+// The field alone, in the system font before WM_SETFONT and in the one font of the layer after it.
 constexpr int FIRST_FIELD_HEIGHT = 24;
 constexpr int FIELD_HEIGHT = 20;
 constexpr int ITEM_HEIGHT = 12;
@@ -49,72 +48,62 @@ void ShowList(HWND window, Combo& combo) {
     SetCapture(combo.list);
 }
 
-void HideList(Combo& combo) {
+LRESULT HideList(Combo& combo) {
     if (!combo.is_dropped)
-        return;
+        return 0;
     combo.is_dropped = false;
     if (GetCapture() == combo.list)
         ReleaseCapture();
     ShowWindow(combo.list, SW_HIDE);
+    return 0;
 }
 
-// By F4 and by a click on the field.
-LRESULT ChangeDropped(HWND window, Combo& combo) {
+LRESULT ToggleList(HWND window, Combo& combo) {
     if (combo.is_dropped)
-        HideList(combo);
-    else
-        ShowList(window, combo);
+        return HideList(combo);
+    ShowList(window, combo);
     return 0;
 }
 
 // --- choosing ---
 
-// The platform tells a choice by key even when it is the same entry again.
-void ChooseByKey(HWND window, Combo& combo, int index) {
+// The platform tells a user's choice even when it is the same entry again.
+LRESULT Choose(HWND window, Combo& combo, int index) {
     combo.chosen = index;
-    TellParent(window, CBN_SELCHANGE);
+    SendCommand(window, CBN_SELCHANGE);
+    return 0;
 }
 
-void ChooseByMouse(HWND window, Combo& combo, int index) {
-    combo.chosen = index;
-    HideList(combo);
-    TellParent(window, CBN_SELCHANGE);
-}
-
-LRESULT PressKey(HWND window, Combo& combo, WPARAM key) {
-    switch (key) {
-        case VK_RETURN:
-            HideList(combo);
-            return 0;
-        case VK_ESCAPE:
-            HideList(combo);
-            return 0;
-        case VK_F4:
-            return ChangeDropped(window, combo);
-        default:
-            break;
-    }
+LRESULT MoveByKey(HWND window, Combo& combo, WPARAM key) {
     if (combo.items.empty())
         return 0;
     switch (key) {
         case VK_UP:
         case VK_LEFT:
-            ChooseByKey(window, combo, std::max(combo.chosen - 1, 0));
-            return 0;
+            return Choose(window, combo, std::max(combo.chosen - 1, 0));
         case VK_DOWN:
         case VK_RIGHT:
-            ChooseByKey(window, combo, std::min(combo.chosen + 1, Last(combo)));
-            return 0;
+            return Choose(window, combo, std::min(combo.chosen + 1, Last(combo)));
         case VK_HOME:
         case VK_PRIOR:
-            ChooseByKey(window, combo, 0);
-            return 0;
+            return Choose(window, combo, 0);
         case VK_END:
         case VK_NEXT:
-            ChooseByKey(window, combo, Last(combo));
-            return 0;
+            return Choose(window, combo, Last(combo));
         default:
             return 0;
+    }
+}
+
+LRESULT PressKey(HWND window, Combo& combo, WPARAM key) {
+    switch (key) {
+        case VK_RETURN:
+        case VK_ESCAPE:
+            return HideList(combo);
+        case VK_F4:
+            return ToggleList(window, combo);
+        default:
+            return MoveByKey(window, combo, key);
     }
 }
 
@@ -123,21 +112,18 @@ LRESULT TypeCharacter(HWND window, Combo& combo, WCHAR character) {
     const auto count = combo.items.size();
     for (std::size_t step = 1; step <= count; step++) {
         const std::size_t index = (static_cast<std::size_t>(combo.chosen) + step) % count;
-        if (combo.items[index].starts_with(character)) {
-            ChooseByKey(window, combo, static_cast<int>(index));
-            return 0;
-        }
+        if (combo.items[index].starts_with(character))
+            return Choose(window, combo, static_cast<int>(index));
     }
     return 0;
 }
 
 LRESULT ChooseByCode(HWND window, Combo& combo, WPARAM index) {
-    const bool is_none = static_cast<int>(index) == NONE;
-    if (!is_none && !IsItem(combo, index))
-        return CB_ERR;
-    combo.chosen = is_none ? NONE : static_cast<int>(index);
+    if (!IsItem(combo, index))
+        NotImplemented("CB_SETCURSEL", "no entry, or one that is not there");
+    combo.chosen = static_cast<int>(index);
     InvalidateRect(window, nullptr, TRUE);
-    return is_none ? CB_ERR : combo.chosen;
+    return combo.chosen;
 }
 
 // --- the window ---
@@ -157,13 +143,11 @@ void FitField(HWND window, const Combo& combo) {
 }
 
 LRESULT Create(HWND window, Combo& combo) {
-    auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
-    constexpr DWORD KIND = CBS_SIMPLE | CBS_DROPDOWN | CBS_DROPDOWNLIST;
-    if ((style & KIND) != CBS_DROPDOWNLIST || (style & CBS_SORT) != 0)
+    const DWORD style = StyleOf(window);
+    if ((style & (CBS_DROPDOWNLIST | CBS_SORT)) != CBS_DROPDOWNLIST)
         NotImplemented("COMBOBOX", "another kind than CBS_DROPDOWNLIST");
     // The scroll bar that was asked for is the list's.
-    style &= ~WS_VSCROLL;
-    SetWindowLongPtrW(window, GWL_STYLE, static_cast<LONG_PTR>(style));
+    SetWindowLongPtrW(window, GWL_STYLE, static_cast<LONG_PTR>(style & ~WS_VSCROLL));
     FitField(window, combo);
     const OwnCalls own;
     combo.list = CreateWindowExW(WS_EX_TOOLWINDOW, u"ComboLBox", nullptr, WS_POPUP | WS_BORDER, 0, 0, 1, 1,
@@ -185,18 +169,13 @@ LRESULT DialogCode(const Combo& combo, LPARAM message) {
     return DLGC_WANTARROWS | DLGC_WANTCHARS | (closes_list ? DLGC_WANTMESSAGE : 0);
 }
 
-LRESULT LoseFocus(Combo& combo) {
-    HideList(combo);
-    return 0;
-}
-
 std::u16string ChosenText(const Combo& combo) {
     return combo.chosen == NONE ? std::u16string() : combo.items[static_cast<std::size_t>(combo.chosen)];
 }
 
 LRESULT GiveItem(const Combo& combo, WPARAM index, LPARAM buffer) {
     if (!IsItem(combo, index))
-        return CB_ERR;
+        NotImplemented("CB_GETLBTEXT", "an entry that is not there");
     const std::u16string& item = combo.items[index];
     return GiveText(item, item.size() + 1, buffer);
 }
@@ -212,6 +191,8 @@ LRESULT HandleListMessage(HWND window, Combo& combo, UINT message, WPARAM wparam
             return ChooseByCode(window, combo, wparam);
         case CB_GETLBTEXT:
             return GiveItem(combo, wparam, lparam);
+        case WM_SETTEXT:
+            return CB_ERR;
         case WM_GETTEXT:
             return GiveText(ChosenText(combo), wparam, lparam);
         case WM_GETTEXTLENGTH:
@@ -237,14 +218,14 @@ LRESULT CALLBACK ComboProcedure(HWND window, UINT message, WPARAM wparam, LPARAM
         case WM_GETDLGCODE:
             return DialogCode(*combo, lparam);
         case WM_KILLFOCUS:
-            return LoseFocus(*combo);
+            return HideList(*combo);
         case WM_KEYDOWN:
             return PressKey(window, *combo, wparam);
         case WM_CHAR:
             return TypeCharacter(window, *combo, static_cast<WCHAR>(wparam));
         case WM_LBUTTONDOWN:
         case WM_LBUTTONDBLCLK:
-            return ChangeDropped(window, *combo);
+            return ToggleList(window, *combo);
         default:
             return HandleListMessage(window, *combo, message, wparam, lparam);
     }
@@ -262,20 +243,16 @@ LRESULT CALLBACK ComboListProcedure(HWND window, UINT message, WPARAM wparam, LP
         field == nullptr ? nullptr : reinterpret_cast<Combo*>(GetWindowLongPtrW(field, STATE_OFFSET));
     if (combo == nullptr)
         return DefWindowProcW(window, message, wparam, lparam);
-    RECT client{};
-    GetClientRect(window, &client);
-    const bool is_inside = Contains(client, {XOf(lparam), YOf(lparam)});
     switch (message) {
-        case WM_MOUSEACTIVATE:
-            return MA_NOACTIVATE;
         case WM_LBUTTONDOWN:
-            if (!is_inside)
-                HideList(*combo);
-            return 0;
-        case WM_LBUTTONUP:
-            if (is_inside && YOf(lparam) / ITEM_HEIGHT <= Last(*combo))
-                ChooseByMouse(field, *combo, YOf(lparam) / ITEM_HEIGHT);
-            return 0;
+            return IsInClientArea(window, lparam) ? 0 : HideList(*combo);
+        case WM_LBUTTONUP: {
+            const int index = YOf(lparam) / ITEM_HEIGHT;
+            if (!IsInClientArea(window, lparam) || index > Last(*combo))
+                return 0;
+            HideList(*combo);
+            return Choose(field, *combo, index);
+        }
         default:
             return DefWindowProcW(window, message, wparam, lparam);
     }

@@ -1,4 +1,3 @@
-
 // How controls tell their parents, what they leave alone, and the start of the common controls.
 #include <algorithm>
 #include <array>
@@ -39,17 +38,23 @@ bool IsControlMessage(UINT message) {
 
 }  // namespace
 
-void TellParent(HWND control, int code) {
+bool IsInClientArea(HWND window, LPARAM point) {
+    RECT client{};
+    GetClientRect(window, &client);
+    return Contains(client, {XOf(point), YOf(point)});
+}
+
+void SendCommand(HWND control, int code) {
     SendMessageW(GetParent(control), WM_COMMAND,
                  MAKEWPARAM(static_cast<unsigned>(GetDlgCtrlID(control)), static_cast<unsigned>(code)),
                  reinterpret_cast<LPARAM>(control));
 }
 
-LRESULT NotifyParent(HWND control, UINT code, NMHDR& header) {
+void SendNotification(HWND control, UINT code, NMHDR& header) {
     header.hwndFrom = control;
     header.idFrom = static_cast<UINT_PTR>(GetDlgCtrlID(control));
     header.code = code;
-    return SendMessageW(GetParent(control), WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header));
+    SendMessageW(GetParent(control), WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header));
 }
 
 LRESULT DefControlProcedure(const char* class_name, HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
@@ -67,14 +72,10 @@ LRESULT DefControlProcedure(const char* class_name, HWND window, UINT message, W
 }  // namespace host
 
 BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* classes) {
-    constexpr DWORD KNOWN_CLASSES = ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES | ICC_STANDARD_CLASSES;
+    constexpr DWORD KNOWN_CLASSES = ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES;
     if (host::CallFails("InitCommonControlsEx"))
         return FALSE;
-    if (classes == nullptr || classes->dwSize != sizeof(INITCOMMONCONTROLSEX)) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return FALSE;
-    }
-    if ((classes->dwICC & ~KNOWN_CLASSES) != 0)
+    if (classes->dwSize != sizeof(INITCOMMONCONTROLSEX) || (classes->dwICC & ~KNOWN_CLASSES) != 0)
         host::NotImplemented("InitCommonControlsEx", "other classes than lists and tabs");
     return TRUE;
 }

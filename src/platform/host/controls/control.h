@@ -3,12 +3,13 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "platform/host/api/base.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
+
+constexpr int NONE = -1;  // no entry, no tab, no row
 
 // --- measures, in pixels ---
 
@@ -22,6 +23,9 @@ inline int YOf(LPARAM point) {
     return static_cast<SHORT>(HIWORD(point));
 }
 
+// Whether the point, in client coordinates, lies in the window's client area.
+bool IsInClientArea(HWND window, LPARAM point);
+
 // --- the state of a control ---
 
 // A control's window has room for two pointers: its state, then its font.
@@ -29,8 +33,8 @@ constexpr int STATE_OFFSET = 0;
 constexpr int FONT_OFFSET = sizeof(LONG_PTR);
 constexpr int CONTROL_EXTRA_BYTES = 2 * sizeof(LONG_PTR);
 
-// The state that the window keeps; null ahead of WM_NCCREATE and behind WM_NCDESTROY. It is made in the one
-// and freed in the other.
+// The state that the window keeps; null before WM_NCCREATE and after WM_NCDESTROY. It is made in the one and
+// freed in the other.
 template <typename State>
 State* StateAt(HWND window, UINT message) {
     if (message == WM_NCCREATE) {
@@ -45,14 +49,19 @@ State* StateAt(HWND window, UINT message) {
     return nullptr;
 }
 
+inline DWORD StyleOf(HWND window) {
+    return static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
+}
+
 // --- telling the parent ---
 
-// WM_COMMAND with the control's identifier and the code.
-void TellParent(HWND control, int code);
+// Controls tell their parents just what the program acts on.
 
-// WM_NOTIFY with the record that starts with the header, whose fields are filled in here. Gives the parent's
-// answer.
-LRESULT NotifyParent(HWND control, UINT code, NMHDR& header);
+// WM_COMMAND with the control's identifier and the code.
+void SendCommand(HWND control, int code);
+
+// WM_NOTIFY with the record that starts with the header, whose fields are filled in here.
+void SendNotification(HWND control, UINT code, NMHDR& header);
 
 // --- what a control leaves alone ---
 

@@ -11,8 +11,6 @@ namespace host {
 namespace {
 
 constexpr std::size_t FIRST_LIMIT = 32767;
-constexpr std::size_t UNLIMITED_SINGLE_LINE = 0x7FFFFFFE;
-constexpr std::size_t UNLIMITED_MULTI_LINE = 0xFFFFFFFF;
 // How much narrower than the client area the text is that fits a field which does not scroll.
 constexpr int FIELD_MARGINS = 8;
 constexpr int FIRST_CHARACTER_X = 2;
@@ -34,12 +32,7 @@ Span Selection(const Edit& edit) {
 }
 
 bool HasStyle(HWND window, DWORD style) {
-    return (static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE)) & style) != 0;
-}
-
-void TellChange(HWND window) {
-    TellParent(window, EN_UPDATE);
-    TellParent(window, EN_CHANGE);
+    return (StyleOf(window) & style) != 0;
 }
 
 // --- the text as a whole ---
@@ -49,14 +42,14 @@ LRESULT SetText(HWND window, Edit& edit, const WCHAR* text) {
     edit.anchor = 0;
     edit.caret = 0;
     if (!HasStyle(window, ES_MULTILINE))
-        TellChange(window);
+        SendCommand(window, EN_CHANGE);
     return TRUE;
 }
 
-LRESULT SetLimit(HWND window, Edit& edit, std::size_t limit) {
-    const std::size_t unlimited =
-        HasStyle(window, ES_MULTILINE) ? UNLIMITED_MULTI_LINE : UNLIMITED_SINGLE_LINE;
-    edit.limit = limit == 0 ? unlimited : std::min(limit, unlimited);
+LRESULT SetLimit(Edit& edit, std::size_t limit) {
+    if (limit == 0)
+        NotImplemented("EM_LIMITTEXT", "the largest limit that there is");
+    edit.limit = limit;
     return 0;
 }
 
@@ -76,35 +69,30 @@ std::size_t RoomFor(HWND window, const Edit& edit) {
 // Puts the text in the place of the selection, as much of it as the field has room for.
 void ReplaceSelection(HWND window, Edit& edit, std::u16string_view text) {
     const Span selection = Selection(edit);
-    if (text.empty() && selection.start == selection.end)
-        return;
     edit.text.erase(selection.start, selection.end - selection.start);
     const std::size_t room = RoomFor(window, edit);
-    const std::size_t free = room - std::min(room, edit.text.size());
-    text = text.substr(0, free);
+    text = text.substr(0, room - std::min(room, edit.text.size()));
     edit.text.insert(selection.start, text);
     edit.caret = selection.start + text.size();
     edit.anchor = edit.caret;
-    TellChange(window);
+    SendCommand(window, EN_CHANGE);
 }
 
 LRESULT SetSelection(Edit& edit, WPARAM from, LPARAM to) {
     const auto start = static_cast<DWORD>(from);
     const auto end = static_cast<DWORD>(to);
-    if (start == static_cast<DWORD>(-1)) {
-        edit.anchor = edit.caret;
-        return 1;
-    }
+    if (start == static_cast<DWORD>(-1))
+        NotImplemented("EM_SETSEL", "taking the selection away");
     edit.anchor = std::min<std::size_t>(start, edit.text.size());
     edit.caret = std::min<std::size_t>(end, edit.text.size());
     return 1;
 }
 
-LRESULT GiveSelection(const Edit& edit) {
+LRESULT GiveSelection(const Edit& edit, WPARAM start, LPARAM end) {
     constexpr std::size_t LONGEST = 0xFFFF;
     const Span selection = Selection(edit);
-    if (selection.end > LONGEST)
-        return -1;
+    if (start != 0 || end != 0 || selection.end > LONGEST)
+        NotImplemented("EM_GETSEL", "places other than in the answer");
     return MAKELPARAM(static_cast<unsigned>(selection.start), static_cast<unsigned>(selection.end));
 }
 
@@ -182,17 +170,28 @@ std::size_t PlaceAt(const Edit& edit, int x) {
 }
 
 LRESULT UseMouse(HWND window, Edit& edit, UINT message, LPARAM point) {
-    if (message == WM_LBUTTONUP) {
-        if (GetCapture() == window)
-            ReleaseCapture();
-        return 0;
+    const bool is_single_line = !HasStyle(window, ES_MULTILINE);
+    switch (message) {
+        case WM_LBUTTONDOWN:
+            SetFocus(window);
+            SetCapture(window);
+            if (is_single_line)
+                MoveCaret(edit, PlaceAt(edit, XOf(point)));
+            return 0;
+        case WM_LBUTTONDBLCLK:
+            NotImplemented("EDIT", "selecting a word by a double click");
+        case WM_MOUSEMOVE:
+            if (is_single_line && GetCapture() == window)
+                edit.caret = PlaceAt(edit, XOf(point));
+            return 0;
+        default:
+            if (GetCapture() == window)
+                ReleaseCapture();
+            return 0;
     }
-    SetFocus(window);
-    SetCapture(window);
-    if (!HasStyle(window, ES_MULTILINE))
-        MoveCaret(edit, PlaceAt(edit, XOf(point)));
-    return 0;
 }
+
+// --- the window ---
 
 LRESULT Create(HWND window, Edit& edit, const CREATESTRUCTW& creation) {
     if (creation.lpszName != nullptr)
@@ -208,11 +207,11 @@ LRESULT Create(HWND window, Edit& edit, const CREATESTRUCTW& creation) {
 LRESULT HandleEditMessage(HWND window, Edit& edit, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case EM_GETSEL:
-            return GiveSelection(edit);
+            return GiveSelection(edit, wparam, lparam);
         case EM_SETSEL:
             return SetSelection(edit, wparam, lparam);
         case EM_LIMITTEXT:
-            return SetLimit(window, edit, wparam);
+            return SetLimit(edit, wparam);
         case EM_GETLIMITTEXT:
             return static_cast<LRESULT>(edit.limit);
         default:
@@ -248,6 +247,7 @@ LRESULT CALLBACK EditProcedure(HWND window, UINT message, WPARAM wparam, LPARAM 
             return PressKey(window, *edit, wparam);
         case WM_LBUTTONDOWN:
         case WM_LBUTTONDBLCLK:
+        case WM_MOUSEMOVE:
         case WM_LBUTTONUP:
             return UseMouse(window, *edit, message, lparam);
         default:

@@ -2,6 +2,7 @@
 // selected and one has the focus.
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/host/api/comctl32.h"
@@ -12,7 +13,6 @@
 namespace host {
 namespace {
 
-constexpr int NONE = -1;
 constexpr int HEADER_HEIGHT = 16;
 constexpr UINT KNOWN_STATES = LVIS_SELECTED | LVIS_FOCUSED;
 
@@ -45,23 +45,12 @@ Row& RowAt(List& list, int index) {
     return list.rows[static_cast<std::size_t>(index)];
 }
 
-// The first row behind the start that is in all of these states.
+// The first row after the start that is in all of these states.
 int NextRow(const List& list, int start, UINT states) {
     for (int index = std::max(start, NONE) + 1; index < Count(list); index++)
         if ((list.rows[static_cast<std::size_t>(index)].state & states) == states)
             return index;
     return NONE;
-}
-
-// --- telling the parent ---
-
-void NotifyState(HWND window, int index, UINT before, UINT after) {
-    NMLISTVIEW told{};
-    told.iItem = index;
-    told.uNewState = after;
-    told.uOldState = before;
-    told.uChanged = LVIF_STATE;
-    NotifyParent(window, LVN_ITEMCHANGED, told.hdr);
 }
 
 // --- the states of rows ---
@@ -86,13 +75,17 @@ void SetRowState(HWND window, List& list, int index, UINT state, UINT mask) {
     RowAt(list, index).state = after;
     if ((gained & LVIS_FOCUSED) != 0)
         TakeFromOthers(window, list, index, LVIS_FOCUSED);
-    NotifyState(window, index, before, after);
+    NMLISTVIEW told{};
+    told.iItem = index;
+    told.uNewState = after;
+    told.uOldState = before;
+    told.uChanged = LVIF_STATE;
+    SendNotification(window, LVN_ITEMCHANGED, told.hdr);
 }
 
-LRESULT SetState(HWND window, List& list, WPARAM which, const LVITEMW& item) {
-    const auto index = static_cast<int>(which);
+LRESULT SetState(HWND window, List& list, int index, const LVITEMW& item) {
     if (index == NONE || (item.stateMask & ~KNOWN_STATES) != 0)
-        NotImplemented("LVM_SETITEMSTATE", "all rows at once, or states other than selected and focused");
+        NotImplemented("LVM_SETITEMSTATE", "all rows, or states other than selected and focused");
     if (!IsRow(list, index))
         return FALSE;
     SetRowState(window, list, index, item.state, item.stateMask);
@@ -109,12 +102,11 @@ void SelectByHand(HWND window, List& list, int index) {
 // --- rows ---
 
 LRESULT InsertRow(HWND window, List& list, const LVITEMW& item) {
-    if (item.mask != LVIF_TEXT || item.iSubItem != 0)
-        NotImplemented("LVM_INSERTITEMW", "more than the text of the first column");
-    const int index = std::clamp(item.iItem, 0, Count(list));
-    list.rows.insert(list.rows.begin() + index, Row{{item.pszText}, 0});
+    if (item.mask != LVIF_TEXT || item.iSubItem != 0 || item.iItem != Count(list))
+        NotImplemented("LVM_INSERTITEMW", "more than the text of the first column, or before another row");
+    list.rows.push_back({{item.pszText}, 0});
     InvalidateRect(window, nullptr, TRUE);
-    return index;
+    return item.iItem;
 }
 
 // The rows go without a word on their states.
@@ -125,8 +117,10 @@ LRESULT DeleteAllRows(List& list) {
 }
 
 LRESULT SetRowText(HWND window, List& list, int index, const LVITEMW& item) {
-    if (!IsRow(list, index) || item.iSubItem < 0 || item.iSubItem >= static_cast<int>(list.columns.size()))
+    if (!IsRow(list, index) || item.iSubItem >= static_cast<int>(list.columns.size()))
         return FALSE;
+    if (item.iSubItem <= 0)
+        NotImplemented("LVM_SETITEMTEXTW", "the first column");
     const auto column = static_cast<std::size_t>(item.iSubItem);
     Row& row = RowAt(list, index);
     row.texts.resize(std::max(row.texts.size(), column + 1));
@@ -144,15 +138,10 @@ LRESULT GiveRowText(List& list, int index, const LVITEMW& item) {
 
 // --- columns ---
 
-LRESULT InsertColumn(List& list, WPARAM which, const LVCOLUMNW& column) {
-    if ((column.mask & ~(LVCF_WIDTH | LVCF_TEXT)) != 0)
-        NotImplemented("LVM_INSERTCOLUMNW", "more than width and title");
-    const auto index = std::min<std::size_t>(which, list.columns.size());
-    if (index != list.columns.size() && !list.rows.empty())
-        NotImplemented("LVM_INSERTCOLUMNW", "a column between those that rows have texts in");
-    const bool has_title = (column.mask & LVCF_TEXT) != 0;
-    list.columns.insert(list.columns.begin() + static_cast<std::ptrdiff_t>(index),
-                        {has_title ? column.pszText : u"", (column.mask & LVCF_WIDTH) != 0 ? column.cx : 0});
+LRESULT InsertColumn(List& list, WPARAM index, const LVCOLUMNW& column) {
+    if (column.mask != (LVCF_WIDTH | LVCF_TEXT) || index != list.columns.size())
+        NotImplemented("LVM_INSERTCOLUMNW", "anything but width and title, or before another column");
+    list.columns.push_back({column.pszText, column.cx});
     return static_cast<LRESULT>(index);
 }
 
@@ -196,20 +185,15 @@ int RowAtPoint(const List& list, LPARAM point) {
     return is_below_header && IsRow(list, index) && XOf(point) < WidthOfAll(list) ? index : NONE;
 }
 
-// The part of the row that is asked for stands in the rectangle's left side.
 LRESULT GivePlace(const List& list, int index, RECT& place) {
+    // What part of the row is asked for stands in the rectangle's left side.
+    if (place.left != LVIR_BOUNDS)
+        NotImplemented("LVM_GETITEMRECT", "the place of a part of the row");
     if (!IsRow(list, index))
         return FALSE;
-    if (place.left != LVIR_BOUNDS)
-        NotImplemented("LVM_GETITEMRECT", "a part of the row");
     const int top = HEADER_HEIGHT + (index - list.top) * LINE_HEIGHT;
     place = {0, top, WidthOfAll(list), top + LINE_HEIGHT};
     return TRUE;
-}
-
-void EnsureVisible(HWND window, List& list, int index) {
-    const int last_top = std::max(index - RowsInSight(window) + 1, 0);
-    list.top = std::clamp(list.top, last_top, index);
 }
 
 // --- the user ---
@@ -242,6 +226,11 @@ int TargetOf(HWND window, const List& list, WPARAM key, int focused) {
     }
 }
 
+void BringIntoSight(HWND window, List& list, int index) {
+    const int last_top = std::max(index - RowsInSight(window) + 1, 0);
+    list.top = std::clamp(list.top, last_top, index);
+}
+
 LRESULT PressKey(HWND window, List& list, WPARAM key) {
     const int focused = NextRow(list, NONE, LVIS_FOCUSED);
     if (key == VK_SPACE && focused != NONE) {
@@ -251,23 +240,22 @@ LRESULT PressKey(HWND window, List& list, WPARAM key) {
     const int target = TargetOf(window, list, key, focused);
     if (IsRow(list, target) && target != focused) {
         SelectByHand(window, list, target);
-        EnsureVisible(window, list, target);
+        BringIntoSight(window, list, target);
     }
     return 0;
 }
 
 LRESULT Create(HWND window) {
-    const auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
+    const DWORD style = StyleOf(window);
     if ((style & LVS_TYPEMASK) != LVS_REPORT || (style & LVS_SINGLESEL) == 0)
         NotImplemented("SysListView32", "other views than a report with one selection");
     return 0;
 }
 
 LRESULT SetExtendedStyle(List& list, WPARAM mask, LPARAM style) {
-    const LRESULT before = list.extended_style;
-    const LRESULT changed = mask == 0 ? -1 : static_cast<LRESULT>(mask);
-    list.extended_style = (before & ~changed) | (style & changed);
-    return before;
+    if (mask != 0)
+        NotImplemented("LVM_SETEXTENDEDLISTVIEWSTYLE", "some of the styles only");
+    return std::exchange(list.extended_style, style);
 }
 
 LRESULT HandleRowMessage(HWND window, List& list, UINT message, WPARAM wparam, LPARAM lparam) {
@@ -282,7 +270,7 @@ LRESULT HandleRowMessage(HWND window, List& list, UINT message, WPARAM wparam, L
         case LVM_GETITEMTEXTW:
             return GiveRowText(list, index, *reinterpret_cast<const LVITEMW*>(lparam));
         case LVM_SETITEMSTATE:
-            return SetState(window, list, wparam, *reinterpret_cast<const LVITEMW*>(lparam));
+            return SetState(window, list, index, *reinterpret_cast<const LVITEMW*>(lparam));
         case LVM_GETNEXTITEM:
             if ((lparam & ~static_cast<LPARAM>(KNOWN_STATES)) != 0)
                 NotImplemented("LVM_GETNEXTITEM", "directions");
@@ -325,7 +313,6 @@ LRESULT CALLBACK ListProcedure(HWND window, UINT message, WPARAM wparam, LPARAM 
         case WM_GETDLGCODE:
             return DLGC_WANTARROWS | DLGC_WANTCHARS;
         case WM_LBUTTONDOWN:
-        case WM_LBUTTONDBLCLK:
             return PressMouse(window, *list, lparam);
         case WM_KEYDOWN:
             return PressKey(window, *list, wparam);

@@ -7,10 +7,8 @@ namespace host {
 
 LRESULT CALLBACK StaticProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
-        case WM_NCHITTEST: {
-            const auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
-            return (style & SS_NOTIFY) != 0 ? HTCLIENT : HTTRANSPARENT;
-        }
+        case WM_NCHITTEST:
+            return HTTRANSPARENT;
         case WM_GETDLGCODE:
             return DLGC_STATIC;
         default:

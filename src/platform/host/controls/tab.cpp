@@ -1,5 +1,4 @@
 // SysTabControl32: one row of tabs, of which one is chosen. What lies below the tabs lets the mouse through.
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -11,7 +10,6 @@
 namespace host {
 namespace {
 
-constexpr int NONE = -1;
 constexpr int FIRST_TAB_X = 2;
 constexpr int TAB_TOP = 2;
 constexpr int TAB_BOTTOM = 19;
@@ -22,66 +20,51 @@ struct Tabs {
     int chosen = NONE;
 };
 
-int WidthOf(const std::u16string& text) {
-    return static_cast<int>(text.size()) * CHARACTER_WIDTH + TAB_PADDING;
-}
-
-bool IsTab(const Tabs& tabs, WPARAM index) {
-    return index < tabs.texts.size();
-}
-
-RECT PlaceOf(const Tabs& tabs, std::size_t index) {
-    RECT place = {FIRST_TAB_X, TAB_TOP, FIRST_TAB_X, TAB_BOTTOM};
-    for (std::size_t before = 0; before < index; before++)
-        place.left += WidthOf(tabs.texts[before]);
-    place.right = place.left + WidthOf(tabs.texts[index]);
-    return place;
+int Count(const Tabs& tabs) {
+    return static_cast<int>(tabs.texts.size());
 }
 
 int TabAt(const Tabs& tabs, POINT point) {
-    for (std::size_t index = 0; index < tabs.texts.size(); index++) {
-        const RECT place = PlaceOf(tabs, index);
-        if (Contains(place, point))
-            return static_cast<int>(index);
+    if (point.x < FIRST_TAB_X || point.y < TAB_TOP || point.y >= TAB_BOTTOM)
+        return NONE;
+    int right = FIRST_TAB_X;
+    for (int index = 0; index < Count(tabs); index++) {
+        const std::u16string& text = tabs.texts[static_cast<std::size_t>(index)];
+        right += static_cast<int>(text.size()) * CHARACTER_WIDTH + TAB_PADDING;
+        if (point.x < right)
+            return index;
     }
     return NONE;
 }
 
-// The user's choice.
 void Choose(HWND window, Tabs& tabs, int index) {
     if (index == NONE || index == tabs.chosen)
         return;
     tabs.chosen = index;
     NMHDR header{};
-    NotifyParent(window, TCN_SELCHANGE, header);
+    SendNotification(window, TCN_SELCHANGE, header);
 }
 
 LRESULT Insert(Tabs& tabs, WPARAM index, const TCITEMW& item) {
-    if (item.mask != TCIF_TEXT)
-        NotImplemented("TCM_INSERTITEMW", "more than a text");
-    const std::size_t place = std::min<std::size_t>(index, tabs.texts.size());
-    tabs.texts.insert(tabs.texts.begin() + static_cast<std::ptrdiff_t>(place), item.pszText);
+    if (item.mask != TCIF_TEXT || index != tabs.texts.size())
+        NotImplemented("TCM_INSERTITEMW", "more than a text, or before another tab");
+    tabs.texts.emplace_back(item.pszText);
     if (tabs.chosen == NONE)
         tabs.chosen = 0;
-    else if (static_cast<int>(place) <= tabs.chosen)
-        tabs.chosen++;
-    return static_cast<LRESULT>(place);
+    return static_cast<LRESULT>(index);
 }
 
 LRESULT GiveItem(const Tabs& tabs, WPARAM index, const TCITEMW& item) {
-    if (item.mask != TCIF_TEXT)
-        NotImplemented("TCM_GETITEMW", "more than a text");
-    if (!IsTab(tabs, index))
-        return FALSE;
+    if (item.mask != TCIF_TEXT || index >= tabs.texts.size())
+        NotImplemented("TCM_GETITEMW", "more than a text, or of no tab");
     GiveText(tabs.texts[index], static_cast<std::size_t>(item.cchTextMax),
              reinterpret_cast<LPARAM>(item.pszText));
     return TRUE;
 }
 
 LRESULT PressKey(HWND window, Tabs& tabs, WPARAM key) {
-    const int step = key == VK_RIGHT ? 1 : -1;
-    const int target = tabs.chosen + step;
-    if ((key == VK_LEFT || key == VK_RIGHT) && target >= 0 && IsTab(tabs, static_cast<WPARAM>(target)))
+    const int target = tabs.chosen + (key == VK_RIGHT ? 1 : -1);
+    if ((key == VK_LEFT || key == VK_RIGHT) && target >= 0 && target < Count(tabs))
         Choose(window, tabs, target);
     return 0;
 }

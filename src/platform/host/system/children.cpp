@@ -42,8 +42,7 @@ DWORD ExitCodeOf(int status) {
 }
 
 std::vector<std::shared_ptr<ChildProcess>>& Running() {
-    static std::vector<std::shared_ptr<ChildProcess>> running;
-    return running;
+    return Lasting<std::vector<std::shared_ptr<ChildProcess>>>();
 }
 
 }  // namespace

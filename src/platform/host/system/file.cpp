@@ -35,8 +35,7 @@ struct OpenRequest {
 
 // Every claim that is still held, be it by a handle or by a child.
 std::vector<std::weak_ptr<const host::ShareClaim>>& Claims() {
-    static std::vector<std::weak_ptr<const host::ShareClaim>> claims;
-    return claims;
+    return host::Lasting<std::vector<std::weak_ptr<const host::ShareClaim>>>();
 }
 
 bool IsReadOnly(const Status& status) {

@@ -21,8 +21,7 @@ struct HandleTable {
 };
 
 HandleTable& Table() {
-    static HandleTable table;
-    return table;
+    return host::Lasting<HandleTable>();
 }
 
 constexpr std::uintptr_t HANDLE_STEP = 4;

@@ -41,9 +41,8 @@ struct StartState {
     std::u16string module_file;  // empty: the true one
 };
 
-StartState& State() {
-    static StartState state;
-    return state;
+StartState& Starts() {
+    return host::Lasting<StartState>();
 }
 
 host::ChildProcess* FindProcess(HANDLE handle, const char* call) {
@@ -283,11 +282,11 @@ BOOL Start(StartRequest& request, LPPROCESS_INFORMATION information) {
 namespace host {
 
 std::size_t OpenAttributeLists() {
-    return State().attribute_lists;
+    return Starts().attribute_lists;
 }
 
 void SetModuleFile(std::u16string path) {
-    State().module_file = std::move(path);
+    Starts().module_file = std::move(path);
 }
 
 }  // namespace host
@@ -303,7 +302,7 @@ BOOL WINAPI InitializeProcThreadAttributeList(LPPROC_THREAD_ATTRIBUTE_LIST list,
     if (list == nullptr || given < sizeof(AttributeList))
         return host::Fail(ERROR_INSUFFICIENT_BUFFER);
     *reinterpret_cast<AttributeList*>(list) = {ATTRIBUTE_LIST_MARK, count, nullptr, 0};
-    State().attribute_lists++;
+    Starts().attribute_lists++;
     return TRUE;
 }
 
@@ -324,7 +323,7 @@ BOOL WINAPI UpdateProcThreadAttribute(LPPROC_THREAD_ATTRIBUTE_LIST list, DWORD f
 
 void WINAPI DeleteProcThreadAttributeList(LPPROC_THREAD_ATTRIBUTE_LIST list) {
     *ListIn(list, "DeleteProcThreadAttributeList") = {};
-    State().attribute_lists--;
+    Starts().attribute_lists--;
 }
 
 BOOL WINAPI CreateProcessW(LPCWSTR application, LPWSTR command_line, LPSECURITY_ATTRIBUTES process_security,
@@ -390,7 +389,7 @@ DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
         return 0;
     if (module != nullptr)
         host::NotImplemented("GetModuleFileNameW", "a module other than the program");
-    std::u16string file = State().module_file;
+    std::u16string file = Starts().module_file;
     std::array<char, PATH_MAX> native{};
     if (file.empty() && readlink("/proc/self/exe", native.data(), native.size() - 1) > 0)
         file = host::WidePath(native.data());

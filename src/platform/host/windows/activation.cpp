@@ -12,8 +12,7 @@ struct KeyboardState {
 };
 
 KeyboardState& Keyboard() {
-    static KeyboardState state;
-    return state;
+    return Lasting<KeyboardState>();
 }
 
 WPARAM AsWparam(HWND window) {

@@ -17,10 +17,10 @@ std::u16string Folded(std::u16string_view name) {
     return folded;
 }
 
-using Classes = std::map<std::u16string, ClassPointer>;
+using ClassMap = std::map<std::u16string, ClassPointer>;
 
-Classes WithBuiltIn() {
-    Classes classes;
+ClassMap WithBuiltIn() {
+    ClassMap classes;
     for (const BuiltInClass& built_in : BUILT_IN_CLASSES) {
         const WindowClass made{built_in.name,        built_in.style, built_in.procedure,
                                built_in.extra_bytes, nullptr,        nullptr};
@@ -29,10 +29,12 @@ Classes WithBuiltIn() {
     return classes;
 }
 
-// By their folded names.
-Classes& Registered() {
-    static Classes classes = WithBuiltIn();
-    return classes;
+struct Classes {
+    ClassMap by_folded_name = WithBuiltIn();
+};
+
+ClassMap& Registered() {
+    return Lasting<Classes>().by_folded_name;
 }
 
 }  // namespace

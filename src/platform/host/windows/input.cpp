@@ -32,8 +32,7 @@ struct InputQueue {
 };
 
 InputQueue& Input() {
-    static InputQueue queue;
-    return queue;
+    return Lasting<InputQueue>();
 }
 
 bool IsDown(int key) {

@@ -14,8 +14,7 @@ struct DeferredMoves {
 };
 
 DeferredMoves& Deferred() {
-    static DeferredMoves moves;
-    return moves;
+    return Lasting<DeferredMoves>();
 }
 
 LONG WidthOf(const RECT& rectangle) {

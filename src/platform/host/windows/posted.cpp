@@ -17,8 +17,7 @@ struct PostedQueue {
 };
 
 PostedQueue& Queue() {
-    static PostedQueue queue;
-    return queue;
+    return Lasting<PostedQueue>();
 }
 
 }  // namespace

@@ -18,8 +18,7 @@ struct Registry {
 };
 
 Registry& TheRegistry() {
-    static Registry registry;
-    return registry;
+    return Lasting<Registry>();
 }
 
 }  // namespace

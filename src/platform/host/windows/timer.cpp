@@ -22,8 +22,7 @@ struct TimerList {
 };
 
 TimerList& Running() {
-    static TimerList timers;
-    return timers;
+    return Lasting<TimerList>();
 }
 
 Timer* FindTimer(HWND window, UINT_PTR id) {
