@@ -10,6 +10,7 @@
 #include "form/form_exchange.h"
 #include "form/form_ids.h"
 #include "launcher_run.h"
+#include "shell/config_commands.h"
 
 namespace {
 
@@ -367,6 +368,26 @@ TEST(Form, GivesBackWhatItWasFilledWith) {
             EXPECT_TRUE(read.explicit_video && read.force_no_header && !read.headless);
             EXPECT_FALSE(run.launcher.dirty);
             EXPECT_FALSE(run.launcher.filling);
+        });
+    });
+}
+
+TEST(Form, IsAsAtFirstAfterAReset) {
+    LauncherRun run;
+    run.Run([&] {
+        user::Do([&] {
+            run.launcher.config = FullConfig(run.folder.path);
+            run.launcher.log_path = TEXT("C:\\a.log");
+            FillForm(run.launcher);
+            ResetConfiguration(run.launcher);
+            std::string texts = TextsOf(run.launcher);
+            const std::string status = "Réglages par défaut. Choisissez un noyau ELF.";
+            texts.replace(texts.find(status), status.size(), "Choisissez un noyau ELF, puis lancez la VM.");
+            EXPECT_EQ(texts, FORM_TEXTS);
+            for (const UINT id : {IDC_FORCE_NO_HEADER, IDC_EXPLICIT_VIDEO, IDC_HEADLESS})
+                EXPECT_FALSE(user::IsChecked(id)) << id;
+            EXPECT_TRUE(run.launcher.config.modules.empty());
+            EXPECT_EQ(Narrow(run.launcher.log_path), "C:\\a.log") << "the log stays that of the last run";
         });
     });
 }

@@ -105,6 +105,55 @@ TEST(Keyboard, ChangesTheZoomAndTheCheckBoxes) {
     });
 }
 
+TEST(Keyboard, ChoosesAZoomWithTheMouse) {
+    LauncherRun run;
+    run.Run([&] {
+        user::Click(IDC_ZOOM);
+        HWND list = nullptr;
+        EXPECT_TRUE(user::WaitUntil([&] {
+            list = FindWindowW(TEXT("ComboLBox"), nullptr);
+            return IsWindowVisible(list) != FALSE;
+        }));
+        RECT entries{};
+        user::Do([&] { GetClientRect(list, &entries); });
+        user::ClickAt(list, 10, entries.bottom * 7 / 8);
+        EXPECT_TRUE(user::WaitUntil([] { return Narrow(user::ControlText(IDC_ZOOM)) == "400 %"; }));
+        EXPECT_TRUE(run.launcher.dirty);
+    });
+}
+
+TEST(Keyboard, ComesBackToItsFieldFromBoxesAndFromAMinimisedWindow) {
+    LauncherRun run;
+    run.Run([&] {
+        const auto expect_typed = [](const char* text) {
+            EXPECT_TRUE(
+                user::WaitUntil([&] { return Narrow(user::ControlText(IDC_KERNEL_COMMAND)) == text; }, 3000))
+                << Narrow(user::ControlText(IDC_KERNEL_COMMAND)) << " and not " << text;
+        };
+        user::Click(IDC_KERNEL_COMMAND);
+        user::Type(TEXT("a"));
+        expect_typed("a");
+        user::CloseMainWindow();
+        EXPECT_TRUE(user::WaitForBox());
+        user::AnswerBox(IDCANCEL);
+        user::Type(TEXT("b"));
+        expect_typed("ab");
+        user::Do([&] { PostMessageW(run.launcher.main_window, WM_COMMAND, IDC_KERNEL_BROWSE, 0); });
+        user::CancelFile();
+        user::Type(TEXT("c"));
+        expect_typed("abc");
+        user::Do([&] { ShowWindow(run.launcher.main_window, SW_MINIMIZE); });
+        user::Do([&] { ShowWindow(run.launcher.main_window, SW_RESTORE); });
+        user::Type(TEXT("d"));
+        expect_typed("abcd");
+        user::Press(VK_TAB);
+        EXPECT_EQ(FocusedId(), UINT{IDC_RAM_MIB});
+        user::Do([] { SetFocus(nullptr); });
+        user::Press(VK_TAB);
+        EXPECT_EQ(FocusedId(), UINT{IDC_TIMEOUT_MS}) << "a key without a window goes on from the field";
+    });
+}
+
 TEST(Keyboard, GoesOnFromAButtonThatItsOwnPressDisables) {
     LauncherRun run;
     run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=400\n");

@@ -359,9 +359,10 @@ TEST(Story, RefusesAModuleWhileAFieldIsWrongAndBeyondTheLimit) {
         });
         user::Click(IDC_MODULE_ADD);
         user::CancelFile();
+        user::Fill(IDC_RAM_MIB, TEXT("9"));
         user::Click(IDC_MODULE_ADD);
         user::ChooseFile(run.folder.Of(TEXT("a.bin")));
-        EXPECT_EQ(TakeErrorBox(), "Veldrane VM\nMaximum : 128 modules.");
+        EXPECT_EQ(TakeErrorBox(), "Veldrane VM\nMaximum : 128 modules.") << "before the form is read";
         EXPECT_EQ(run.launcher.config.modules.size(), 128U);
     });
 }

@@ -207,6 +207,7 @@ constexpr UINT RDW_FRAME = 0x0400;
 
 // --- messages ---
 
+constexpr UINT WM_NULL = 0x0000;
 constexpr UINT WM_CREATE = 0x0001;
 constexpr UINT WM_DESTROY = 0x0002;
 constexpr UINT WM_MOVE = 0x0003;
@@ -475,6 +476,8 @@ BOOL WINAPI AdjustWindowRectEx(LPRECT rectangle, DWORD style, BOOL menu, DWORD e
 BOOL WINAPI InvalidateRect(HWND window, const RECT* rectangle, BOOL erase);
 BOOL WINAPI RedrawWindow(HWND window, const RECT* rectangle, HRGN region, UINT flags);
 BOOL WINAPI UpdateWindow(HWND window);
+// Whether the window waits to be painted; its rectangle and its erasing are not told.
+BOOL WINAPI GetUpdateRect(HWND window, LPRECT rectangle, BOOL erase);
 HDC WINAPI BeginPaint(HWND window, PAINTSTRUCT* paint);
 BOOL WINAPI EndPaint(HWND window, const PAINTSTRUCT* paint);
 HGDIOBJ WINAPI GetStockObject(int object);

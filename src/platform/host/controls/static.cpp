@@ -1,16 +1,48 @@
 // STATIC: a line of text that the mouse goes through. How a long path is shortened for display is drawing
 // only; the text stays whole.
+#include <string>
+
 #include "platform/host/controls/control.h"
+#include "platform/host/controls/inspect.h"
 #include "platform/host/controls/procedures.h"
 
 namespace host {
+namespace {
+
+struct Label {
+    std::u16string drawn;
+};
+
+void Draw(HWND window, Label& label) {
+    const auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
+    label.drawn = FindWindowState(window)->text;
+    if ((style & SS_NOPREFIX) == 0)
+        std::erase(label.drawn, u'&');
+}
+
+}  // namespace
+
+std::u16string DrawnText(HWND label) {
+    return StateAt<Label>(label, WM_NULL)->drawn;
+}
 
 LRESULT CALLBACK StaticProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    auto* const label = StateAt<Label>(window, message);
+    if (label == nullptr)
+        return DefWindowProcW(window, message, wparam, lparam);
     switch (message) {
         case WM_NCHITTEST:
             return HTTRANSPARENT;
         case WM_GETDLGCODE:
             return DLGC_STATIC;
+        case WM_PAINT:
+            Draw(window, *label);
+            return DefControlProcedure("STATIC", window, message, wparam, lparam);
+        case WM_SETTEXT: {
+            const LRESULT result = DefControlProcedure("STATIC", window, message, wparam, lparam);
+            Draw(window, *label);
+            return result;
+        }
         default:
             return DefControlProcedure("STATIC", window, message, wparam, lparam);
     }

@@ -234,6 +234,9 @@ bool FindNative(LPCWSTR path, std::string& native) {
     if (full.empty())
         return false;
     View rest = full;
+    // As on a system where nobody has turned long paths on.
+    if (full.size() >= MAX_PATH && !HasDevicePrefix(path))
+        return Fail(ERROR_PATH_NOT_FOUND);
     if (HasDevicePrefix(rest))
         rest.remove_prefix(std::min<std::size_t>(rest.size(), DEVICE_PREFIX_LENGTH));
     else if (HasServer(rest))

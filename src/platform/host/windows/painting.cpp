@@ -34,6 +34,18 @@ void PaintNow(HWND handle) {
     }
 }
 
+// The window itself is damaged as a whole, and of its children those that reach into the part.
+void DamagePart(Window& window, const RECT& part, bool with_children, bool erase) {
+    DamageWindow(window, false, erase);
+    for (const HWND child : with_children ? window.children : std::vector<HWND>{}) {
+        const WindowPointer touched = FindWindowState(child);
+        const RECT& place = touched->outer;
+        if (place.left < part.right && place.right > part.left && place.top < part.bottom &&
+            place.bottom > part.top)
+            DamageWindow(*touched, true, erase);
+    }
+}
+
 }  // namespace
 
 void DamageWindow(Window& window, bool with_children, bool erase) {
@@ -59,7 +71,7 @@ HWND NextDamagedWindow(HWND filter) {
 using host::FindWindowState;
 using host::WindowPointer;
 
-BOOL WINAPI RedrawWindow(HWND handle, const RECT*, HRGN, UINT flags) {
+BOOL WINAPI RedrawWindow(HWND handle, const RECT* rectangle, HRGN, UINT flags) {
     const WindowPointer window = FindWindowState(handle);
     if (window == nullptr)
         return FALSE;
@@ -67,8 +79,10 @@ BOOL WINAPI RedrawWindow(HWND handle, const RECT*, HRGN, UINT flags) {
     if ((flags & ~KNOWN) != 0)
         host::NotImplemented("RedrawWindow", "these flags");
     const bool with_children = (flags & RDW_ALLCHILDREN) != 0 || (window->style & WS_CLIPCHILDREN) == 0;
-    if ((flags & RDW_INVALIDATE) != 0)
+    if ((flags & RDW_INVALIDATE) != 0 && rectangle == nullptr)
         host::DamageWindow(*window, with_children, (flags & RDW_ERASE) != 0);
+    else if ((flags & RDW_INVALIDATE) != 0)
+        host::DamagePart(*window, *rectangle, with_children, (flags & RDW_ERASE) != 0);
     if ((flags & RDW_UPDATENOW) != 0 && IsWindowVisible(handle) != FALSE)
         host::PaintNow(handle);
     return TRUE;
@@ -78,6 +92,13 @@ BOOL WINAPI InvalidateRect(HWND window, const RECT* rectangle, BOOL erase) {
     if (window == nullptr)
         host::NotImplemented("InvalidateRect", "all windows at once");
     return RedrawWindow(window, rectangle, nullptr, RDW_INVALIDATE | (erase != FALSE ? RDW_ERASE : 0));
+}
+
+BOOL WINAPI GetUpdateRect(HWND handle, LPRECT rectangle, BOOL erase) {
+    if (rectangle != nullptr || erase != FALSE)
+        host::NotImplemented("GetUpdateRect", "more than whether the window waits");
+    const WindowPointer window = FindWindowState(handle);
+    return window != nullptr && window->damaged ? TRUE : FALSE;
 }
 
 BOOL WINAPI UpdateWindow(HWND window) {

@@ -78,7 +78,8 @@ void ForgetTimers(HWND handle) {
 }  // namespace host
 
 UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT period_ms, TIMERPROC procedure) {
-    if (host::CallFails("SetTimer") || (window != nullptr && host::FindWindowState(window) == nullptr))
+    if (host::CallFails("SetTimer", {period_ms}) ||
+        (window != nullptr && host::FindWindowState(window) == nullptr))
         return 0;
     const std::uint64_t period = std::clamp(period_ms, USER_TIMER_MINIMUM, USER_TIMER_MAXIMUM);
     host::Timer* timer = host::FindTimer(window, id);

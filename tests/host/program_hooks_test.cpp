@@ -1,0 +1,126 @@
+// What of the program only the layer can show: what it asks of boxes, timers and labels.
+#include <gtest/gtest.h>
+
+#include "cases.h"
+#include "form/form_ids.h"
+#include "launcher_run.h"
+#include "platform/host/boxes/inspect.h"
+#include "platform/host/controls/inspect.h"
+#include "platform/host/hooks.h"
+
+namespace {
+
+const char* const NO_BOX = "Veldrane VM\nBoîte de sélection de fichier indisponible.";
+
+TEST(ProgramHooks, EachFileBoxIsAskedForWhatItsCommandWants) {
+    const std::string configs = "Configurations Veldrane VM (*.config)|*.config|Tous les fichiers|*.*|";
+    const std::string disks = "Images disque (*.img;*.raw;*.bin)|*.img;*.raw;*.bin|Tous les fichiers|*.*|";
+    const struct {
+        UINT button;
+        bool save;
+        std::string filter;
+        const char* extension;
+        const char* name;
+    } cases[] = {
+        {IDC_LOAD, false, configs, "config", ""},
+        {IDC_SAVE_AS, true, configs, "config", "veldranevm.config"},
+        {IDC_KERNEL_BROWSE, false, "Noyaux ELF (*.elf)|*.elf|Tous les fichiers|*.*|", "", "201"},
+        {IDC_DUMP_BROWSE, true, "Image PPM (*.ppm)|*.ppm|Tous les fichiers|*.*|", "ppm", "212"},
+        {IDC_IDE_PRIMARY_MASTER_BROWSE, false, disks, "", "401"},
+        {IDC_IDE_PRIMARY_SLAVE_BROWSE, false, disks, "", "402"},
+        {IDC_IDE_SECONDARY_MASTER_BROWSE, false, disks, "", "403"},
+        {IDC_IDE_SECONDARY_SLAVE_BROWSE, false, disks, "", "404"},
+        {IDC_MODULE_ADD, false, "Tous les fichiers|*.*|", "", ""},
+    };
+    LauncherRun run;
+    run.Run([&] {
+        user::Do([&] {
+            for (const UINT id : {201U, 212U, 401U, 402U, 403U, 404U})
+                SetDlgItemTextW(run.launcher.main_window, static_cast<int>(id),
+                                Wide(std::to_string(id)).c_str());
+            run.launcher.dirty = false;
+            run.launcher.run_directory = TEXT("C:\\tmp");
+        });
+        for (const auto& c : cases) {
+            SCOPED_TRACE(c.button);
+            if (c.button == IDC_MODULE_ADD)
+                user::ChooseTab(1);
+            user::Click(c.button);
+            user::CancelFile();
+            const host::FileBoxRequest& asked = host::LastFileBox();
+            EXPECT_EQ(asked.owner, run.launcher.main_window);
+            EXPECT_EQ(asked.flags, c.save ? 0x8080AU : 0x81808U);
+            EXPECT_EQ(asked.capacity, 32768U);
+            EXPECT_EQ(Narrow(asked.filter), c.filter);
+            EXPECT_EQ(Narrow(asked.extension), c.extension);
+            EXPECT_EQ(Narrow(asked.folder), "C:\\tmp");
+            EXPECT_EQ(Narrow(asked.name), c.name);
+        }
+        EXPECT_FALSE(run.launcher.dirty) << "a cancelled box is no edit";
+    });
+}
+
+TEST(ProgramHooks, AFileBoxThatCannotRunIsToldAndNoCancel) {
+    LauncherRun run;
+    run.Run([&] {
+        const auto set_kernel = [&](const WideText& text) {
+            user::Do([&] { SetDlgItemTextW(run.launcher.main_window, IDC_KERNEL_PATH, text.c_str()); });
+            user::Click(IDC_KERNEL_BROWSE);
+        };
+        set_kernel(TEXT("a|b"));
+        EXPECT_EQ(TakeErrorBox(), NO_BOX) << "no file can have this name";
+        set_kernel(WideText(32767, WCHAR{'a'}));
+        EXPECT_EQ(TakeErrorBox(), NO_BOX);
+        EXPECT_EQ(host::LastFileBox().name.size(), 32767U);
+        set_kernel(WideText(32768, WCHAR{'a'}));
+        user::CancelFile();
+        EXPECT_EQ(host::LastFileBox().name.size(), 0U)
+            << "a name that leaves no room for its end is left out";
+        host::FailCall("GetSaveFileNameW", 1, 0xFFFF);
+        user::Click(IDC_DUMP_BROWSE);
+        EXPECT_EQ(TakeErrorBox(), NO_BOX);
+    });
+}
+
+TEST(ProgramHooks, ACommandThatThrowsAnswersZero) {
+    LauncherRun run;
+    host::StartTrace();
+    run.Run([&] {
+        user::Do([&] {
+            EXPECT_EQ(host::TracedArguments("SetTimer"), (std::vector<DWORD>{250}))
+                << "the tick of the window";
+            host::FailCall("MessageBoxW", 1, ERROR_NOT_ENOUGH_MEMORY);
+            EXPECT_EQ(SendMessageW(run.launcher.main_window, WM_COMMAND, IDC_LAUNCH, 0), 0);
+            EXPECT_EQ(host::ClearFaults(), 1U);
+            EXPECT_EQ(Narrow(user::Status()), "Choisissez un noyau ELF.");
+        });
+    });
+}
+
+TEST(ProgramHooks, PathsShowTheirAmpersandsAndGroupBoxesTheirParentsBackground) {
+    LauncherRun run;
+    run.Run([&] {
+        user::Do([&] {
+            for (const HWND label : {run.launcher.path_label, run.launcher.status_label}) {
+                const LONG_PTR style = GetWindowLongPtrW(label, GWL_STYLE);
+                SetWindowTextW(label, TEXT("C:\\R&D\\noyau.elf"));
+                EXPECT_EQ(Narrow(host::DrawnText(label)), "C:\\R&D\\noyau.elf");
+                RedrawWindow(label, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+                EXPECT_EQ(Narrow(host::DrawnText(label)), "C:\\R&D\\noyau.elf");
+                EXPECT_EQ(GetWindowLongPtrW(label, GWL_STYLE), style) << "the style of the table stays";
+            }
+            int groups = 0;
+            for (HWND child = GetWindow(run.launcher.main_window, GW_CHILD); child != nullptr;
+                 child = GetWindow(child, GW_HWNDNEXT)) {
+                if ((GetWindowLongPtrW(child, GWL_STYLE) & BS_TYPEMASK) != BS_GROUPBOX ||
+                    GetDlgCtrlID(child) != 0)
+                    continue;
+                ++groups;
+                EXPECT_EQ(SendMessageW(child, WM_ERASEBKGND, 1, 0), 1);
+            }
+            EXPECT_EQ(groups, 2);
+        });
+    });
+}
+
+}  // namespace
