@@ -205,18 +205,4 @@ TEST(Keyboard, LaunchesWithEnterInAFieldAndDoesNothingWithEscape) {
     });
 }
 
-TEST(Keyboard, ALongConfigurationPathKeepsItsTextWhole) {
-    LauncherRun run;
-    run.Run([&] {
-        WideText path = TEXT("C:");
-        while (path.size() < 400)
-            path += TEXT("\\un dossier profond");
-        user::Do([&] {
-            run.launcher.config_path = path;
-            RefreshTitle(run.launcher);
-        });
-        EXPECT_EQ(user::ControlText(IDC_CONFIG_LINE), path);
-    });
-}
-
 }  // namespace

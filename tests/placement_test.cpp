@@ -18,27 +18,6 @@ Placement PlaceRow(const ControlRow& row, std::int32_t dx, std::int32_t dy) {
     return PlaceControl({nullptr, row.x, row.y, row.width, row.height, row.stretch}, row.id, dx, dy);
 }
 
-TEST(Placement, FollowsALargerClientArea) {
-    const struct {
-        UINT id;
-        Placement at_1200_by_800;
-    } cases[] = {
-        {201, {138, 98, 926, 25}},   {202, {1074, 98, 102, 25}},  {301, {12, 374, 1176, 364}},
-        {302, {26, 408, 1008, 256}}, {303, {1050, 408, 126, 26}}, {306, {1050, 507, 126, 26}},
-        {307, {26, 702, 1150, 25}},  {105, {12, 753, 152, 32}},   {502, {442, 759, 746, 38}},
-        {404, {164, 512, 900, 25}},  {414, {1074, 512, 102, 25}}, {204, {138, 166, 82, 25}},
-        {501, {12, 47, 1176, 20}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.id);
-        const Placement placed = PlaceRow(RowOf(c.id), 280, 124);
-        EXPECT_EQ(placed.x, c.at_1200_by_800.x);
-        EXPECT_EQ(placed.y, c.at_1200_by_800.y);
-        EXPECT_EQ(placed.width, c.at_1200_by_800.width);
-        EXPECT_EQ(placed.height, c.at_1200_by_800.height);
-    }
-}
-
 TEST(Placement, KeepsEveryControlAtLeastOnePixelWideAndHigh) {
     for (const ControlRow& row : CONTROL_TABLE) {
         const Placement placed = PlaceRow(row, -920, -676);

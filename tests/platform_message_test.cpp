@@ -3,17 +3,7 @@
 
 #include "probe_windows.h"
 
-namespace {
-
-int WaitingTimerMessages(HWND window) {
-    MSG message{};
-    int count = 0;
-    while (count < 100 && PeekMessageW(&message, window, WM_TIMER, WM_TIMER, PM_REMOVE))
-        ++count;
-    return count;
-}
-
-}  // namespace
+namespace {}  // namespace
 
 TEST(PlatformMessage, PostedMessagesComeAheadOfTheEndOfInputOfPaintingAndOfTimers) {
     ProbeWindows probe;
@@ -37,23 +27,4 @@ TEST(PlatformMessage, PostedMessagesComeAheadOfTheEndOfInputOfPaintingAndOfTimer
     EXPECT_EQ(message.wParam, WPARAM{2});
     EXPECT_EQ(GetMessageW(&message, nullptr, 0, 0), 0);
     EXPECT_EQ(message.wParam, WPARAM{7});
-}
-
-TEST(PlatformMessage, ATimerCountsOnceHoweverLongNobodyLooked) {
-    ProbeWindows probe;
-    const HWND main = probe.Make("main", WS_OVERLAPPEDWINDOW, {0, 0, 300, 300});
-    EXPECT_EQ(SetTimer(main, 5, 100, nullptr), UINT_PTR{5});
-    EXPECT_EQ(WaitingTimerMessages(main), 0);
-    Sleep(450);
-    EXPECT_EQ(WaitingTimerMessages(main), 1);
-    EXPECT_TRUE(PumpUntil([&] { return probe.Take("TIMER") == "main TIMER 5"; }));
-    // Setting it again begins its period anew, and two of them do not share.
-    SetTimer(main, 5, 10, nullptr);
-    SetTimer(main, 6, 10, nullptr);
-    Sleep(100);
-    EXPECT_EQ(WaitingTimerMessages(main), 2);
-    EXPECT_TRUE(KillTimer(main, 5));
-    EXPECT_FALSE(KillTimer(main, 5));
-    Sleep(100);
-    EXPECT_EQ(WaitingTimerMessages(main), 1);
 }

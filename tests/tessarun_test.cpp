@@ -38,14 +38,6 @@ std::vector<WideText> Split(std::string_view text) {
     return parts;
 }
 
-// An i386 ELF file with a Multiboot header at the place and zeros for the rest.
-std::string KernelImage(std::size_t header_at) {
-    std::string image(MULTIBOOT_AREA_BYTES + 64, '\0');
-    image.replace(0, 7, "\177ELF\1\1\1");
-    image.replace(16, 3, std::string("\x02\x00\x03", 3));
-    return image.replace(header_at, 12, std::string("\x02\xB0\xAD\x1B\x03\x00\x00\x00\xFB\x4F\x52\xE4", 12));
-}
-
 struct EngineEnd {
     DWORD exit_code = 0;
     std::string log;
@@ -125,50 +117,6 @@ TEST(Tessarun, RefusesAnyOtherCommandLine) {
     EXPECT_EQ(Failure([&] { ParseEngineArguments(modules); }), "");
     modules.insert(modules.end(), {TEXT("--module-args"), TEXT("m"), TEXT("")});
     EXPECT_EQ(Failure([&] { ParseEngineArguments(modules); }), "--module-args : Maximum : 128 modules.");
-}
-
-TEST(Tessarun, TakesTheWordsOfTheKernelCommandLineThatAreItsOwn) {
-    const MachineScript script = ParseMachineScript(
-        TEXT(" mode=\"x\"  demo.texte=a demo.duree=0 demo.lignes=9 demo.code=4294967295 demo.texte="));
-    EXPECT_EQ(script.duration_ms, 0U);
-    EXPECT_EQ(script.lines, 9U);
-    EXPECT_EQ(script.exit_code, 4294967295U);
-    EXPECT_EQ(script.texts, (std::vector<std::string>{"a", ""}));
-    EXPECT_FALSE(script.writes_bad_utf8);
-    for (const WideText& word : Split("demo.code=4294967296|demo.code=|demo.lignes=-1|demo.duree=1s|demo.fin|"
-                                      "demo.invalide=1|demo.octets=67108865|demo.duree"))
-        EXPECT_NE(Failure([&] { ParseMachineScript(word); }), "") << Narrow(word);
-}
-
-TEST(Tessarun, KnowsAMultibootKernelByItsBytes) {
-    const struct {
-        const char* what;
-        std::size_t header_at;
-        std::size_t changed_at;  // this byte is replaced
-        char byte;
-        bool is_kernel;
-        bool has_header;
-    } CASES[] = {
-        {"after the ELF header", 52, 6, 1, true, true},
-        {"last place for a header", 8180, 6, 1, true, true},
-        {"header across the end of the area", 8184, 6, 1, true, false},
-        {"header off the boundary of four", 54, 6, 1, true, false},
-        {"bad checksum", 52, 60, 0, true, false},
-        {"bad magic", 52, 52, 3, true, false},
-        {"no ELF file", 52, 0, 'M', false, true},
-        {"64 bits", 52, 4, 2, false, true},
-        {"big-endian", 52, 5, 2, false, true},
-        {"another processor", 52, 18, 62, false, true},
-    };
-    for (const auto& tested : CASES) {
-        SCOPED_TRACE(tested.what);
-        std::string image = KernelImage(tested.header_at);
-        image[tested.changed_at] = tested.byte;
-        EXPECT_EQ(Failure([&] { CheckKernelImage(image, HeaderNeed::Optional); }).empty(), tested.is_kernel);
-        EXPECT_EQ(Failure([&] { CheckKernelImage(image, HeaderNeed::Required); }).empty(),
-                  tested.is_kernel && tested.has_header);
-    }
-    EXPECT_NE(Failure([] { CheckKernelImage(KernelImage(52).substr(0, 51), HeaderNeed::Optional); }), "");
 }
 
 TEST(Tessarun, TellsWhatItWasGivenAndInheritedAndPlaysItsMachine) {

@@ -118,14 +118,4 @@ TEST(RunLauncher, LeavesTheControlsWhereTheyAreWhenABatchIsRefused) {
     }
 }
 
-TEST(RunLauncher, TellsAFileBoxThatCannotRun) {
-    LauncherRun run;
-    run.Run([&] {
-        user::Do([] { host::FailCall("GetOpenFileNameW", 1, ERROR_NOT_ENOUGH_MEMORY); });
-        user::Click(IDC_KERNEL_BROWSE);
-        EXPECT_EQ(TakeErrorBox(), "Veldrane VM\nBoîte de sélection de fichier indisponible.");
-        EXPECT_FALSE(run.launcher.dirty);
-    });
-}
-
 }  // namespace
