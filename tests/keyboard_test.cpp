@@ -1,5 +1,4 @@
 // The form under real mouse and keyboard input.
-
 #include <gtest/gtest.h>
 
 #include <vector>

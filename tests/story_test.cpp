@@ -1,5 +1,4 @@
 // Whole sessions of a user, through the program's start, its message loop and its end.
-
 #include <gtest/gtest.h>
 
 #include <string>

@@ -1,5 +1,4 @@
 // The user beside a program in this process: a thread of his own, whose actions run on the program's thread.
-
 #include <chrono>
 #include <condition_variable>
 #include <exception>
@@ -8,6 +7,7 @@
 #include <thread>
 #include <utility>
 
+#include "base/text_convert.h"
 #include "demo/user/user.h"
 #include "shell/run_launcher.h"
 
@@ -90,6 +90,18 @@ void RunStory(const std::function<void()>& story, std::exception_ptr& failure) {
 
 }  // namespace
 
+namespace {
+
+// What a person would tell of the screen.
+std::string OnScreen() {
+    std::string told = Utf8ForDisplay(Title()) + " | " + Utf8ForDisplay(Status());
+    if (Box() != nullptr)
+        told += " | " + BoxText();
+    return told;
+}
+
+}  // namespace
+
 int RunWithUser(Launcher& launcher, const std::function<void()>& story) {
     std::exception_ptr failure;
     meeting.program_thread = std::this_thread::get_id();
@@ -132,8 +144,10 @@ bool WaitUntil(const std::function<bool()>& condition, unsigned limit_ms) {
         for (;;) {
             bool holds = false;
             Do([&] { holds = condition(); });
-            if (holds || std::chrono::steady_clock::now() > limit)
-                return holds;
+            if (holds)
+                return true;
+            if (std::chrono::steady_clock::now() > limit)
+                throw std::runtime_error("waited in vain; on the screen: " + OnScreen());
         }
     } catch (const ProgramOver&) {
         return false;

@@ -23,7 +23,9 @@ int RunWithUser(Launcher& launcher, const std::function<void()>& story);
 // through it.
 void Do(const std::function<void()>& action);
 
-// Asks `condition` at every moment at which an action can run; false when it has not come true in time.
+// Asks `condition` at every moment at which an action can run; true once it has come true. When it has not in
+// time, a user beside the program ends his story there, by an exception that tells what was on the screen;
+// one in another process gets false.
 bool WaitUntil(const std::function<bool()>& condition, unsigned limit_ms = 15000);
 
 // Lets the program go on for a while.
