@@ -1,0 +1,92 @@
+// What is really seen: pixels of the window at moments when something could have been left unpainted.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "form/form_ids.h"
+#include "launcher_run.h"
+
+namespace {
+
+// The pixels of a part of the window, in client coordinates.
+std::vector<COLORREF> Pixels(HWND window, const RECT& part) {
+    std::vector<COLORREF> pixels;
+    const HDC screen = GetDC(window);
+    for (LONG y = part.top; y < part.bottom; ++y)
+        for (LONG x = part.left; x < part.right; ++x)
+            pixels.push_back(GetPixel(screen, x, y));
+    ReleaseDC(window, screen);
+    return pixels;
+}
+
+RECT PlaceOf(const Launcher& launcher, UINT id) {
+    const HWND control = GetDlgItem(launcher.main_window, static_cast<int>(id));
+    RECT place{};
+    GetWindowRect(control, &place);
+    MapWindowPoints(nullptr, launcher.main_window, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+// Waits until everything has been drawn, then looks.
+template <typename Look>
+auto Seen(const Launcher& launcher, const Look& look) {
+    user::Pause(150);
+    decltype(look()) seen{};
+    user::Do([&] {
+        UpdateWindow(launcher.main_window);
+        seen = look();
+    });
+    return seen;
+}
+
+TEST(Picture, HasNoHolesInGroupBoxesAndFramesAtFirstAndAfterEachChange) {
+    LauncherRun run;
+    run.Run([&] {
+        const Launcher& launcher = run.launcher;
+        const HWND window = launcher.main_window;
+        const COLORREF face = GetSysColor(COLOR_BTNFACE);
+        const auto expect_whole = [&](const char* moment) {
+            SCOPED_TRACE(moment);
+            // Inside both group boxes, beside every control.
+            for (const RECT& empty : {RECT{900, 110, 904, 210}, RECT{900, 250, 904, 350}}) {
+                const auto inside = Seen(launcher, [&] { return Pixels(window, empty); });
+                EXPECT_EQ(std::set<COLORREF>(inside.begin(), inside.end()), std::set<COLORREF>{face});
+            }
+            // An edit field's sunken frame is drawn in at least three colours down its left edge.
+            for (const UINT id :
+                 {IDC_KERNEL_PATH, IDC_RAM_MIB, IDC_IDE_PRIMARY_MASTER, IDC_IDE_SECONDARY_SLAVE}) {
+                RECT edge = PlaceOf(launcher, id);
+                edge.top += 10;
+                edge.bottom = edge.top + 1;
+                edge.right = edge.left + 4;
+                const auto frame = Seen(launcher, [&] { return Pixels(window, edge); });
+                EXPECT_GE(std::set<COLORREF>(frame.begin(), frame.end()).size(), 3U) << id;
+            }
+        };
+        expect_whole("at first");
+        user::ChooseTab(1);
+        user::ChooseTab(0);
+        expect_whole("after two changes of the page");
+        user::ResizeClient(921, 700);
+        expect_whole("after a resize");
+    });
+}
+
+TEST(Picture, ShowsAnAmpersandInAPath) {
+    LauncherRun run;
+    run.Run([&] {
+        const Launcher& launcher = run.launcher;
+        for (const UINT id : {IDC_STATUS, IDC_CONFIG_LINE}) {
+            const auto drawn = [&](const WCHAR* text) {
+                user::Do([&] { SetDlgItemTextW(launcher.main_window, static_cast<int>(id), text); });
+                return Seen(launcher, [&] { return Pixels(launcher.main_window, PlaceOf(launcher, id)); });
+            };
+            const auto with = drawn(TEXT("C:\\R&D"));
+            EXPECT_NE(with, drawn(TEXT("C:\\RD"))) << id;
+            user::Do([&] { InvalidateRect(launcher.main_window, nullptr, TRUE); });
+            EXPECT_EQ(with, drawn(TEXT("C:\\R&D"))) << id;
+        }
+    });
+}
+
+}  // namespace
