@@ -9,9 +9,11 @@
 namespace {
 
 TEST(PathOps, KnowsWhichPathsAreAbsolute) {
-    for (const auto& row : Rows(1, R"(C:\a c:/ \\server //server/a \\?\C:\a \\.\x \??\C:\a \\? \\?\\x \\.x)"))
+    for (const auto& row :
+         Rows(1, R"(C:\a c:/ a:\ z:\ \\server //server/a \\?\C:\a \\.\x \??\C:\a \\? \\?\\x \\.x)"))
         EXPECT_TRUE(IsAbsolutePath(Wide(row[0]))) << row[0];
-    for (const auto& row : Rows(1, R"(- a \ \a \\ \\\a C: C:a \?? \??\\a é:\a 1:\a [:\a @:\a ab:\c ?\C:\a)"))
+    for (const auto& row :
+         Rows(1, R"(- a \ \a \\ \\\a C: C:a \?? \??\\a \?x\a \x?\a é:\a 1:\a [:\a @:\a ab:\c ?\C:\a)"))
         EXPECT_FALSE(IsAbsolutePath(Wide(row[0]))) << row[0];
 }
 

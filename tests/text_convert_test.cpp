@@ -37,9 +37,17 @@ TEST(TextConvert, RefusesWhatIsIllFormed) {
         EXPECT_EQ(MessageOf([&] { Utf8FromWide(text); }), "Texte Unicode invalide.") << &text - wide;
 }
 
+TEST(TextConvert, RefusesWhatIsTooLongBeforeLookingAtIt) {
+    const WCHAR wide[] = {TEXT('a')};
+    const char narrow[] = {'a'};
+    EXPECT_EQ(MessageOf([&] { Utf8FromWide(WideView(wide, 0x80000000)); }), "Texte trop long.");
+    EXPECT_EQ(MessageOf([&] { WideFromUtf8(std::string_view(narrow, 0x80000000)); }), "Texte trop long.");
+}
+
 TEST(TextConvert, ShowsAnyMessage) {
     EXPECT_TRUE(WideFromMessage("Échec à 100 %") == TEXT("Échec à 100 %"));
     EXPECT_TRUE(WideFromMessage("\xE9") == TEXT("é"));
+    EXPECT_TRUE(WideFromMessage("\x80\x8A") == TEXT("€Š"));
     EXPECT_TRUE(WideFromMessage("").empty());
 }
 

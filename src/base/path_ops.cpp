@@ -89,7 +89,7 @@ struct Normalizer {
 
 bool IsAbsolutePath(WideView path) {
     const std::size_t root_end = RootNameEnd(path);
-    if (root_end == 2 && path[1] == TEXT(':'))
+    if (root_end == 2)  // a drive
         return HasRootDirectory(path);
     return root_end > 0;
 }

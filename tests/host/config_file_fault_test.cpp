@@ -84,6 +84,26 @@ TEST(ConfigFileFaults, MakeAReadFailWhole) {
         [&](bool failed) { EXPECT_EQ(config.zoom, failed ? 2U : 3U); });
 }
 
+TEST(FileSystemFaults, TellAbsenceFromEveryOtherFailure) {
+    const ScratchFolder folder;
+    WriteBytes(folder.Of(TEXT("ab")), "ab");
+    // Not found, no path, no server, a lost share, no name, no path at all, no folder.
+    for (const DWORD absent : {2U, 3U, 53U, 64U, 123U, 161U, 267U}) {
+        host::FailCall("CreateFileW", 1, absent);
+        EXPECT_EQ(QueryFileType(folder.Of(TEXT("ab")), "status"), FileType::Missing) << absent;
+    }
+    for (const DWORD other : {5U, 32U, 1450U}) {
+        host::FailCall("CreateFileW", 1, other);
+        EXPECT_NE(MessageOf([&] { QueryFileType(folder.Of(TEXT("ab")), "status"); }), "") << other;
+    }
+    const OwnedHandle file = OpenForReading(folder.Of(TEXT("ab")));
+    char bytes[2]{};
+    std::size_t read = 0;
+    host::MakeShort("ReadFile");
+    EXPECT_TRUE(ReadAt(file.Get(), 0, bytes, 2, read));
+    EXPECT_EQ(read, 2U) << "one byte, then the other";
+}
+
 TEST(ConfigFileFaults, OfTheDiskLeaveNoPartOfAFile) {
     const ScratchFolder folder;
     const WideText path = folder.Of(TEXT("a.config"));
