@@ -10,6 +10,11 @@ constexpr DWORD READ = GENERIC_READ;
 constexpr DWORD WRITE = GENERIC_WRITE;
 constexpr DWORD LOOK = FILE_READ_ATTRIBUTES;
 constexpr DWORD FOLDERS = FILE_FLAG_BACKUP_SEMANTICS;
+constexpr DWORD R = FILE_SHARE_READ;
+constexpr DWORD W = FILE_SHARE_WRITE;
+constexpr DWORD RW = FILE_SHARE_READ | FILE_SHARE_WRITE;
+constexpr DWORD NONE = 0;
+constexpr DWORD REPLACE = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
 constexpr DWORD ALL = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 struct File {
@@ -86,10 +91,10 @@ TEST(PlatformFile, AFileIsSharedOnlyAsBothOpensAllow) {
         DWORD second_share;
         bool is_allowed;
     } cases[] = {
-        {WRITE, 3, READ, 3, true},   {WRITE, 3, READ, 1, false}, {WRITE, 0, READ, 3, false},
-        {WRITE, 1, WRITE, 3, false}, {WRITE, 3, WRITE, 2, true}, {READ, 1, READ, 1, true},
-        {READ, 2, READ, 3, false},   {READ, 3, LOOK, 0, true},   {WRITE, 0, LOOK, 0, true},
-        {LOOK, 0, WRITE, 0, true},
+        {WRITE, RW, READ, RW, true},     {WRITE, RW, READ, R, false},  {WRITE, NONE, READ, RW, false},
+        {WRITE, R, WRITE, RW, false},    {WRITE, RW, WRITE, W, true},  {READ, R, READ, R, true},
+        {READ, W, READ, RW, false},      {READ, RW, LOOK, NONE, true}, {WRITE, NONE, LOOK, NONE, true},
+        {LOOK, NONE, WRITE, NONE, true},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.first_access << "/" << c.first_share << " then "
@@ -100,8 +105,8 @@ TEST(PlatformFile, AFileIsSharedOnlyAsBothOpensAllow) {
         EXPECT_EQ(first.error, 0U);
         EXPECT_EQ(second.error, c.is_allowed ? 0U : ERROR_SHARING_VIOLATION);
     }
-    const File holder(path, READ, 1, OPEN_EXISTING);
-    EXPECT_EQ(File(path, WRITE, 3, CREATE_ALWAYS).error, ERROR_SHARING_VIOLATION);
+    const File holder(path, READ, R, OPEN_EXISTING);
+    EXPECT_EQ(File(path, WRITE, RW, CREATE_ALWAYS).error, ERROR_SHARING_VIOLATION);
     EXPECT_EQ(ReadBytes(path), "x") << "a refused open has emptied the file";
 }
 
@@ -113,19 +118,19 @@ TEST(PlatformFile, AMoveReplacesAFileAndNothingElse) {
         DWORD flags;
         DWORD error;
     } cases[] = {
-        {TEXT("new"), TEXT("old"), 9, 0},
-        {TEXT("new"), TEXT("fresh"), 9, 0},
-        {TEXT("new"), TEXT("old"), 8, ERROR_ALREADY_EXISTS},
-        {TEXT("missing"), TEXT("old"), 9, ERROR_FILE_NOT_FOUND},
-        {TEXT("new"), TEXT("missing\\a"), 9, ERROR_PATH_NOT_FOUND},
-        {TEXT("new"), TEXT("folder"), 9, ERROR_ACCESS_DENIED},
-        {TEXT("new"), TEXT("held"), 9, ERROR_ACCESS_DENIED},
-        {TEXT("held"), TEXT("old"), 9, ERROR_SHARING_VIOLATION},
-        {TEXT("new"), TEXT("a*"), 9, ERROR_INVALID_NAME},
+        {TEXT("new"), TEXT("old"), REPLACE, 0},
+        {TEXT("new"), TEXT("fresh"), REPLACE, 0},
+        {TEXT("new"), TEXT("old"), MOVEFILE_WRITE_THROUGH, ERROR_ALREADY_EXISTS},
+        {TEXT("missing"), TEXT("old"), REPLACE, ERROR_FILE_NOT_FOUND},
+        {TEXT("new"), TEXT("missing\\a"), REPLACE, ERROR_PATH_NOT_FOUND},
+        {TEXT("new"), TEXT("folder"), REPLACE, ERROR_ACCESS_DENIED},
+        {TEXT("new"), TEXT("held"), REPLACE, ERROR_ACCESS_DENIED},
+        {TEXT("held"), TEXT("old"), REPLACE, ERROR_SHARING_VIOLATION},
+        {TEXT("new"), TEXT("a*"), REPLACE, ERROR_INVALID_NAME},
     };
     MakeFolder(scratch.Of(TEXT("folder")));
     WriteBytes(scratch.Of(TEXT("held")), "held");
-    const File holder(scratch.Of(TEXT("held")), READ, 3, OPEN_EXISTING);
+    const File holder(scratch.Of(TEXT("held")), READ, RW, OPEN_EXISTING);
     for (const auto& c : cases) {
         SCOPED_TRACE(Narrow(c.from) + " to " + Narrow(c.to));
         WriteBytes(scratch.Of(TEXT("new")), "new");

@@ -122,8 +122,9 @@ TEST(Tessarun, RefusesAnyOtherCommandLine) {
 TEST(Tessarun, TellsWhatItWasGivenAndInheritedAndPlaysItsMachine) {
     const ScratchFolder folder;
     SECURITY_ATTRIBUTES inherit = {sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
-    const OwnedHandle other(CreateFileW(folder.Of(TEXT("autre")).c_str(), GENERIC_WRITE, 3, &inherit,
-                                        CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const OwnedHandle other(CreateFileW(folder.Of(TEXT("autre")).c_str(), GENERIC_WRITE,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit, CREATE_ALWAYS,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr));
     VmConfig config;
     config.command = TEXT("\"é\" demo.lignes=2 demo.octets=100 demo.invalide demo.texte=bonjour demo.code=7");
     const EngineEnd end = RunEngine(folder, config, false);

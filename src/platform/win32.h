@@ -7,12 +7,13 @@
 #define NOMINMAX
 #endif
 #include <windows.h>
-// commctrl.h and commdlg.h need windows.h in front of them.
+// The common headers need the one above before them.
 #include <commctrl.h>
 #include <commdlg.h>
 #else
 #include "platform/host/api/comctl32.h"
 #include "platform/host/api/comdlg32.h"
+#include "platform/host/api/gdi32.h"
 #include "platform/host/api/kernel32.h"
 #include "platform/host/api/user32.h"
 #endif

@@ -125,7 +125,7 @@ struct BY_HANDLE_FILE_INFORMATION {
 using LPBY_HANDLE_FILE_INFORMATION = BY_HANDLE_FILE_INFORMATION*;
 static_assert(sizeof(BY_HANDLE_FILE_INFORMATION) == 52);
 
-struct OVERLAPPED;  // work behind the caller's back is not offered: every pointer to one must be null
+struct OVERLAPPED;  // overlapped work is not offered: every pointer to one must be null
 using LPOVERLAPPED = OVERLAPPED*;
 
 constexpr DWORD GENERIC_READ = 0x80000000;

@@ -1,4 +1,4 @@
-// Windows, messages, timers, input and the little of drawing that the program needs (USER32 and GDI32), with
+// Windows, messages, timers, input and the little of drawing that the program needs (USER32), with
 // the message numbers and styles of the standard controls. All calls come from one thread.
 #pragma once
 
@@ -394,10 +394,7 @@ constexpr DWORD KEYEVENTF_EXTENDEDKEY = 0x0001;
 constexpr DWORD KEYEVENTF_KEYUP = 0x0002;
 constexpr DWORD KEYEVENTF_UNICODE = 0x0004;
 
-// --- stock objects, colours, metrics, cursors ---
-
-constexpr int ANSI_FIXED_FONT = 11;
-constexpr int DEFAULT_GUI_FONT = 17;
+// --- colours and cursors ---
 
 constexpr int COLOR_BTNFACE = 15;
 
@@ -480,7 +477,6 @@ BOOL WINAPI UpdateWindow(HWND window);
 BOOL WINAPI GetUpdateRect(HWND window, LPRECT rectangle, BOOL erase);
 HDC WINAPI BeginPaint(HWND window, PAINTSTRUCT* paint);
 BOOL WINAPI EndPaint(HWND window, const PAINTSTRUCT* paint);
-HGDIOBJ WINAPI GetStockObject(int object);
 HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name);
 
 // --- messages and timers ---

@@ -193,7 +193,7 @@ BOOL Done(ssize_t result) {
 
 void RequireNoOverlap(LPOVERLAPPED overlapped, const char* call) {
     if (overlapped != nullptr)
-        host::NotImplemented(call, "work behind the caller's back");
+        host::NotImplemented(call, "overlapped work");
 }
 
 // Why the file cannot move over the target; success where it can, or where there is no target.

@@ -25,7 +25,7 @@ constexpr std::size_t LONGEST_PATH = 32767;
 constexpr View DEVICE_PREFIX = u"\\\\.\\";
 constexpr std::size_t DEVICE_PREFIX_LENGTH = DEVICE_PREFIX.size();
 
-// The names of devices; those with a digit behind them are looked up without it.
+// The names of devices; those that end in a digit are looked up without it.
 constexpr auto DEVICES = std::to_array<View>({u"NUL", u"CON", u"AUX", u"PRN", u"CONIN$", u"CONOUT$"});
 constexpr auto NUMBERED_DEVICES = std::to_array<View>({u"COM", u"LPT"});
 
@@ -66,7 +66,7 @@ std::size_t NextSeparator(View path, std::size_t from) {
     return from;
 }
 
-// The device that the path's last element names, whatever folder stands in front and whatever stands behind a
+// The device that the path's last element names, whatever folder stands before it and whatever follows a
 // dot or a colon in it; empty for none.
 View DeviceIn(View path) {
     if (HasServer(path))
@@ -213,7 +213,7 @@ bool HasForbiddenCharacter(View path) {
         [](WCHAR unit) { return unit < u' ' || View(u"*?<>|\":").find(unit) != View::npos; });
 }
 
-// The Linux path behind a drive's root.
+// The Linux path below a drive's root.
 bool FindOnDrive(View full, std::string& native) {
     if (Upper(full[0]) != u'C')
         return host::Fail(ERROR_PATH_NOT_FOUND);

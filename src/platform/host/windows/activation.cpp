@@ -47,6 +47,11 @@ bool TakesFocus(HWND handle) {
     return true;
 }
 
+bool CanBeActive(const Window& window) {
+    return window.parent == nullptr && (window.style & WS_VISIBLE) != 0 &&
+           (window.style & (WS_DISABLED | WS_MINIMIZE)) == 0;
+}
+
 HWND NextActive(HWND leaving) {
     const WindowPointer window = FindWindowState(leaving);
     if (window->owner != nullptr && CanBeActive(*FindWindowState(window->owner)))
@@ -71,11 +76,6 @@ void Disable(Window& window) {
 }
 
 }  // namespace
-
-bool CanBeActive(const Window& window) {
-    return window.parent == nullptr && (window.style & WS_VISIBLE) != 0 &&
-           (window.style & (WS_DISABLED | WS_MINIMIZE)) == 0;
-}
 
 void ActivateWindow(HWND handle, int how) {
     const HWND previous = Keyboard().active;

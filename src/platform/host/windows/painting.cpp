@@ -1,6 +1,7 @@
 // Painting without a picture: which windows are due, in which order they are told, and the stock objects. A
 // window is damaged as a whole; what it would draw is not kept.
 
+#include "platform/host/api/gdi32.h"
 #include "platform/host/hooks.h"
 #include "platform/host/windows/window.h"
 

@@ -50,7 +50,7 @@ HWND HitWindow(POINT point, LRESULT& part) {
     return nullptr;
 }
 
-// An owned window never lies beneath its owner: the owners rise first, and what a window owns rises behind
+// An owned window never lies beneath its owner: the owners rise first, and what a window owns rises after
 // it.
 void RaiseWindow(HWND handle) {
     if (const HWND owner = FindWindowState(handle)->owner; owner != nullptr)

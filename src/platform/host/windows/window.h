@@ -39,7 +39,7 @@ struct Window {
     std::vector<std::byte> extra;
     RECT outer{};     // in the client area of the parent, or on the screen
     RECT client{};    // in the same coordinates
-    RECT restored{};  // the outer rectangle behind a minimised or maximised one
+    RECT restored{};  // the outer rectangle of a minimised one before that
     std::u16string text;
     bool size_on_show = false;  // WM_SIZE and WM_MOVE wait for the first showing
     bool damaged = false;       // WM_PAINT is due
@@ -56,9 +56,10 @@ constexpr UINT SWP_NOCLIENTSIZE = 0x0800;
 constexpr UINT SWP_NOCLIENTMOVE = 0x1000;
 constexpr UINT SWP_STATECHANGED = 0x8000;
 
-// --- finding ---
+// --- the registry: finding windows ---
 
-// The window of a handle, or null with ERROR_INVALID_WINDOW_HANDLE.
+// The window of a handle, or null with ERROR_INVALID_WINDOW_HANDLE. Aborts when the window is another
+// thread's.
 WindowPointer FindWindowState(HWND handle);
 // The top-level windows, topmost first.
 std::vector<HWND>& TopLevelWindows();
@@ -66,12 +67,12 @@ std::vector<HWND>& TopLevelWindows();
 std::vector<HWND>& SiblingsOf(const Window& window);
 // The window itself, or the outermost parent of a child.
 HWND RootOf(HWND handle);
-inline bool IsChildStyle(DWORD style) {
-    return (style & (WS_CHILD | WS_POPUP)) == WS_CHILD;
-}
 // Gives a new window its handle and its place among its siblings; takes an old one out, handle and all.
 HWND EnterWindow(const WindowPointer& window);
 void RemoveWindow(HWND handle);
+inline bool IsChildStyle(DWORD style) {
+    return (style & (WS_CHILD | WS_POPUP)) == WS_CHILD;
+}
 
 // --- classes ---
 
@@ -88,7 +89,7 @@ ClassPointer FindWindowClass(LPCWSTR name);
 // Whether two class names are the same to the platform, which takes no notice of case.
 bool SameName(std::u16string_view one, std::u16string_view other);
 
-// --- geometry ---
+// --- geometry: frames, client areas, coordinates ---
 
 struct FrameSize {
     LONG left;
@@ -108,25 +109,8 @@ POINT ClientOrigin(const Window& window);
 bool Contains(const RECT& rectangle, POINT point);
 // Asks the window for its client area.
 void CalculateClient(Window& window, BOOL with_parameters);
-void SendSizeAndMove(HWND handle);
-// Puts the top-level window and what it owns in front.
-void RaiseWindow(HWND handle);
 
-// --- activation ---
-
-void ActivateWindow(HWND handle, int how);
-// When the window goes away or is hidden: the activation and the focus pass on.
-void PassActivationOn(HWND handle);
-void ForgetInput(HWND handle);
-bool CanBeActive(const Window& window);
-
-// --- painting ---
-
-void DamageWindow(Window& window, bool with_children, bool erase);
-// The next window that waits for WM_PAINT; null when there is none.
-HWND NextDamagedWindow(HWND filter);
-
-// --- queue, timers, input ---
+// --- what has been posted, and where the pointer stands ---
 
 struct MessageFilter {
     HWND window;
@@ -141,17 +125,45 @@ MSG MakeMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 bool TakePosted(const MessageFilter& filter, MSG& message);
 bool TakeQuit(MSG& message);
 void ForgetMessages(HWND handle);
+POINT PointerPosition();
+void MovePointer(POINT point);
+
+// --- timers ---
+
 bool TakeTimer(const MessageFilter& filter, MSG& message);
 // Milliseconds until the next timer is due; -1 without any.
 std::int64_t NextTimerDelay();
 void ForgetTimers(HWND handle);
-bool TakeInput(const MessageFilter& filter, MSG& message);
+
+// --- the tree: what lies over what ---
+
+// Puts the top-level window and what it owns in front.
+void RaiseWindow(HWND handle);
 // The topmost window at a point of the screen that takes the mouse there, and the part of it that was hit.
 HWND HitWindow(POINT point, LRESULT& part);
-POINT PointerPosition();
-void MovePointer(POINT point);
 
-// --- texts ---
+// --- activation, focus, capture ---
+
+void ActivateWindow(HWND handle, int how);
+// When the window goes away or is hidden: the activation and the focus pass on.
+void PassActivationOn(HWND handle);
+void ForgetInput(HWND handle);
+
+// --- painting ---
+
+void DamageWindow(Window& window, bool with_children, bool erase);
+// The next window that waits for WM_PAINT; null when there is none.
+HWND NextDamagedWindow(HWND filter);
+
+// --- showing ---
+
+void SendSizeAndMove(HWND handle);
+
+// --- input ---
+
+bool TakeInput(const MessageFilter& filter, MSG& message);
+
+// --- texts, for every window that gives one ---
 
 // Copies as much of the text as fits into the capacity, with its end; gives the characters without the end.
 inline LRESULT GiveText(std::u16string_view text, std::size_t capacity, LPARAM buffer) {
