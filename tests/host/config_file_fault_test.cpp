@@ -62,6 +62,10 @@ TEST(ConfigFileFaults, MakeAReadFailWhole) {
     WriteBytes(path, "version=1\nzoom=3");
     host::MakeShort("ReadFile");
     EXPECT_EQ(ReadConfigFile(path).zoom, 3U) << "a read that comes up short is followed by another";
+    const WideText one_byte = folder.Of(TEXT("b.config"));
+    WriteBytes(one_byte, "x");
+    host::MakeShort("ReadFile");
+    EXPECT_EQ(MessageOf([&] { ReadConfigFile(one_byte); }), CANNOT_READ) << "a file that has become shorter";
     host::StartTrace();
     OpenForReading(path);
     EXPECT_EQ(host::TracedArguments("CreateFileW"),
