@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "cases.h"
+#include "form/file_picker.h"
 #include "form/form_ids.h"
 #include "launcher_run.h"
 #include "platform/host/boxes/inspect.h"
@@ -60,6 +61,14 @@ TEST(ProgramHooks, EachFileBoxIsAskedForWhatItsCommandWants) {
     });
 }
 
+TEST(ProgramHooks, EachFilterIsClosedByAnEmptyText) {
+    const auto is_closed = [](const auto& filter) {
+        return WideView(filter, std::size(filter)).ends_with(WideView(TEXT("\0\0"), 2));
+    };
+    EXPECT_TRUE(is_closed(FILTER_CONFIG) && is_closed(FILTER_KERNEL) && is_closed(FILTER_DISK) &&
+                is_closed(FILTER_PPM) && is_closed(FILTER_ANY));
+}
+
 TEST(ProgramHooks, AFileBoxThatCannotRunIsToldAndNoCancel) {
     LauncherRun run;
     run.Run([&] {
@@ -102,12 +111,12 @@ TEST(ProgramHooks, PathsShowTheirAmpersandsAndGroupBoxesTheirParentsBackground) 
     run.Run([&] {
         user::Do([&] {
             for (const HWND label : {run.launcher.path_label, run.launcher.status_label}) {
-                const LONG_PTR style = GetWindowLongPtrW(label, GWL_STYLE);
                 SetWindowTextW(label, TEXT("C:\\R&D\\noyau.elf"));
                 EXPECT_EQ(Narrow(host::DrawnText(label)), "C:\\R&D\\noyau.elf");
                 RedrawWindow(label, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
                 EXPECT_EQ(Narrow(host::DrawnText(label)), "C:\\R&D\\noyau.elf");
-                EXPECT_EQ(GetWindowLongPtrW(label, GWL_STYLE), style) << "the style of the table stays";
+                EXPECT_EQ(GetWindowLongPtrW(label, GWL_STYLE) & SS_NOPREFIX, 0)
+                    << "the style of the table stays";
             }
             int groups = 0;
             for (HWND child = GetWindow(run.launcher.main_window, GW_CHILD); child != nullptr;
