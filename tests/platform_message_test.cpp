@@ -3,8 +3,6 @@
 
 #include "probe_windows.h"
 
-namespace {}  // namespace
-
 TEST(PlatformMessage, PostedMessagesComeAheadOfTheEndOfInputOfPaintingAndOfTimers) {
     ProbeWindows probe;
     const HWND main = probe.MakeMain();

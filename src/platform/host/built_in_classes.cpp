@@ -12,19 +12,19 @@ namespace host {
 namespace {
 
 constexpr auto CLASSES = std::to_array<BuiltInClass>({
-    {u"Static", StaticProcedure, CS_DBLCLKS | CS_PARENTDC, CONTROL_EXTRA_BYTES},
-    {u"Edit", EditProcedure, CS_DBLCLKS | CS_PARENTDC, CONTROL_EXTRA_BYTES},
-    {u"Button", ButtonProcedure, CS_DBLCLKS | CS_PARENTDC | CS_VREDRAW | CS_HREDRAW, CONTROL_EXTRA_BYTES},
-    {u"ComboBox", ComboProcedure, CS_DBLCLKS | CS_PARENTDC | CS_VREDRAW | CS_HREDRAW, CONTROL_EXTRA_BYTES},
-    {u"ComboLBox", ComboListProcedure, CS_DBLCLKS | CS_SAVEBITS, CONTROL_EXTRA_BYTES},
-    {WC_TABCONTROLW, TabProcedure, CS_DBLCLKS | CS_GLOBALCLASS | CS_VREDRAW | CS_HREDRAW,
-     CONTROL_EXTRA_BYTES},
-    {WC_LISTVIEWW, ListProcedure, CS_DBLCLKS | CS_GLOBALCLASS, CONTROL_EXTRA_BYTES},
-    {u"#32770", BoxProcedure, CS_DBLCLKS | CS_SAVEBITS, CONTROL_EXTRA_BYTES},
+    {u"Static", StaticProcedure},
+    {u"Edit", EditProcedure},
+    {u"Button", ButtonProcedure},
+    {u"ComboBox", ComboProcedure},
+    {u"ComboLBox", ComboListProcedure},
+    {WC_TABCONTROLW, TabProcedure},
+    {WC_LISTVIEWW, ListProcedure},
+    {u"#32770", BoxProcedure},
 });
 
 }  // namespace
 
 const std::span<const BuiltInClass> BUILT_IN_CLASSES = CLASSES;
+const int BUILT_IN_EXTRA_BYTES = CONTROL_EXTRA_BYTES;
 
 }  // namespace host

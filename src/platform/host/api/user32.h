@@ -1,5 +1,5 @@
-// Windows, messages, timers, input and the little of drawing that the program needs (USER32), with
-// the message numbers and styles of the standard controls. All calls come from one thread.
+// Windows, messages, timers, input and painting (USER32), with the message numbers and styles of the standard
+// controls. All calls come from one thread.
 #pragma once
 
 #include "platform/host/api/base.h"
@@ -18,8 +18,6 @@ using LPMSG = struct tagMSG*;
 // --- errors of windows ---
 
 constexpr DWORD ERROR_INVALID_DWP_HANDLE = 1405;
-constexpr DWORD ERROR_TLW_WITH_WSCHILD = 1406;
-constexpr DWORD ERROR_CLASS_HAS_WINDOWS = 1412;
 
 // --- records ---
 
@@ -69,11 +67,6 @@ struct WINDOWPOS {
     UINT flags;
 };
 
-struct NCCALCSIZE_PARAMS {
-    RECT rgrc[3];
-    WINDOWPOS* lppos;
-};
-
 struct tagMSG {
     HWND hwnd;
     UINT message;
@@ -88,15 +81,6 @@ struct NMHDR {
     HWND hwndFrom;
     UINT_PTR idFrom;
     UINT code;
-};
-
-struct PAINTSTRUCT {
-    HDC hdc;
-    BOOL fErase;
-    RECT rcPaint;
-    BOOL fRestore;
-    BOOL fIncUpdate;
-    BYTE rgbReserved[32];
 };
 
 struct MOUSEINPUT {
@@ -129,23 +113,14 @@ static_assert(sizeof(CREATESTRUCTW) == 80);
 static_assert(sizeof(MINMAXINFO) == 40);
 static_assert(sizeof(MSG) == 48);
 static_assert(sizeof(NMHDR) == 24);
-static_assert(sizeof(PAINTSTRUCT) == 72);
 static_assert(sizeof(INPUT) == 40);
 
 // --- window classes and styles ---
 
-constexpr UINT CS_VREDRAW = 0x0001;
-constexpr UINT CS_HREDRAW = 0x0002;
 constexpr UINT CS_DBLCLKS = 0x0008;
-constexpr UINT CS_PARENTDC = 0x0080;
-constexpr UINT CS_SAVEBITS = 0x0800;
-constexpr UINT CS_GLOBALCLASS = 0x4000;
 
 constexpr int CW_USEDEFAULT = static_cast<int>(0x80000000U);
 #define HWND_TOP (static_cast<HWND>(nullptr))
-#define HWND_BOTTOM (reinterpret_cast<HWND>(static_cast<LONG_PTR>(1)))
-#define HWND_TOPMOST (reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1)))
-#define HWND_NOTOPMOST (reinterpret_cast<HWND>(static_cast<LONG_PTR>(-2)))
 
 constexpr DWORD WS_POPUP = 0x80000000;
 constexpr DWORD WS_CHILD = 0x40000000;
@@ -171,7 +146,6 @@ constexpr DWORD WS_EX_TOOLWINDOW = 0x00000080;
 constexpr DWORD WS_EX_WINDOWEDGE = 0x00000100;
 constexpr DWORD WS_EX_CLIENTEDGE = 0x00000200;
 constexpr DWORD WS_EX_CONTROLPARENT = 0x00010000;
-constexpr DWORD WS_EX_STATICEDGE = 0x00020000;
 
 constexpr int GWLP_WNDPROC = -4;
 constexpr int GWL_STYLE = -16;
@@ -192,12 +166,10 @@ constexpr int SW_RESTORE = 9;
 constexpr UINT SWP_NOSIZE = 0x0001;
 constexpr UINT SWP_NOMOVE = 0x0002;
 constexpr UINT SWP_NOZORDER = 0x0004;
-constexpr UINT SWP_NOREDRAW = 0x0008;
 constexpr UINT SWP_NOACTIVATE = 0x0010;
 constexpr UINT SWP_FRAMECHANGED = 0x0020;
 constexpr UINT SWP_SHOWWINDOW = 0x0040;
 constexpr UINT SWP_HIDEWINDOW = 0x0080;
-constexpr UINT SWP_NOSENDCHANGING = 0x0400;
 
 constexpr UINT RDW_INVALIDATE = 0x0001;
 constexpr UINT RDW_ERASE = 0x0004;
@@ -259,7 +231,6 @@ constexpr UINT DM_GETDEFID = WM_USER + 0;
 constexpr UINT DC_HASDEFID = 0x534B;
 
 constexpr int DLGC_WANTARROWS = 0x0001;
-constexpr int DLGC_WANTTAB = 0x0002;
 constexpr int DLGC_WANTALLKEYS = 0x0004;
 constexpr int DLGC_WANTMESSAGE = 0x0004;
 constexpr int DLGC_HASSETSEL = 0x0008;
@@ -271,7 +242,6 @@ constexpr int DLGC_BUTTON = 0x2000;
 
 constexpr int SIZE_RESTORED = 0;
 constexpr int SIZE_MINIMIZED = 1;
-constexpr int SIZE_MAXIMIZED = 2;
 constexpr int WA_INACTIVE = 0;
 constexpr int WA_ACTIVE = 1;
 constexpr int WA_CLICKACTIVE = 2;
@@ -360,7 +330,6 @@ constexpr int IDNO = 7;
 // --- keys and input ---
 
 constexpr int VK_LBUTTON = 0x01;
-constexpr int VK_CANCEL = 0x03;
 constexpr int VK_BACK = 0x08;
 constexpr int VK_TAB = 0x09;
 constexpr int VK_RETURN = 0x0D;
@@ -377,7 +346,6 @@ constexpr int VK_LEFT = 0x25;
 constexpr int VK_UP = 0x26;
 constexpr int VK_RIGHT = 0x27;
 constexpr int VK_DOWN = 0x28;
-constexpr int VK_EXECUTE = 0x2B;
 constexpr int VK_DELETE = 0x2E;
 constexpr int VK_F4 = 0x73;
 constexpr int VK_PACKET = 0xE7;
@@ -433,11 +401,9 @@ HWND WINAPI GetDlgItem(HWND dialog, int id);
 int WINAPI GetDlgCtrlID(HWND window);
 BOOL WINAPI SetDlgItemTextW(HWND dialog, int id, LPCWSTR text);
 UINT WINAPI GetDlgItemTextW(HWND dialog, int id, LPWSTR text, int capacity);
-LRESULT WINAPI SendDlgItemMessageW(HWND dialog, int id, UINT message, WPARAM wparam, LPARAM lparam);
 BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check);
 UINT WINAPI IsDlgButtonChecked(HWND dialog, int id);
 HWND WINAPI GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous);
-HWND WINAPI GetNextDlgGroupItem(HWND dialog, HWND control, BOOL previous);
 BOOL WINAPI IsDialogMessageW(HWND dialog, LPMSG message);
 int WINAPI MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR title, UINT flags);
 
@@ -475,8 +441,6 @@ BOOL WINAPI RedrawWindow(HWND window, const RECT* rectangle, HRGN region, UINT f
 BOOL WINAPI UpdateWindow(HWND window);
 // Whether the window waits to be painted; its rectangle and its erasing are not told.
 BOOL WINAPI GetUpdateRect(HWND window, LPRECT rectangle, BOOL erase);
-HDC WINAPI BeginPaint(HWND window, PAINTSTRUCT* paint);
-BOOL WINAPI EndPaint(HWND window, const PAINTSTRUCT* paint);
 HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name);
 
 // --- messages and timers ---

@@ -1,26 +1,21 @@
 // Which window is active, which has the keyboard, which has the mouse to itself, and which are enabled.
+#include <utility>
+
 #include "platform/host/hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
 namespace {
 
-struct KeyboardState {
+// Who has what there is only one of.
+struct InputHolders {
     HWND active = nullptr;
     HWND focus = nullptr;
     HWND capture = nullptr;
 };
 
-KeyboardState& Keyboard() {
-    return Lasting<KeyboardState>();
-}
-
-WPARAM AsWparam(HWND window) {
-    return reinterpret_cast<WPARAM>(window);
-}
-
-LPARAM AsLparam(HWND window) {
-    return reinterpret_cast<LPARAM>(window);
+InputHolders& Holders() {
+    return Lasting<InputHolders>();
 }
 
 bool IsInside(HWND outer, HWND inner) {
@@ -28,88 +23,80 @@ bool IsInside(HWND outer, HWND inner) {
 }
 
 void MoveFocus(HWND next) {
-    const HWND previous = Keyboard().focus;
+    const HWND previous = Holders().focus;
     if (previous == next)
         return;
-    Keyboard().focus = next;
-    if (previous != nullptr && IsWindow(previous))
-        SendMessageW(previous, WM_KILLFOCUS, AsWparam(next), 0);
-    if (next != nullptr && Keyboard().focus == next && IsWindow(next))
-        SendMessageW(next, WM_SETFOCUS, AsWparam(previous), 0);
+    Holders().focus = next;
+    if (previous != nullptr)
+        SendMessageW(previous, WM_KILLFOCUS, reinterpret_cast<WPARAM>(next), 0);
+    if (next != nullptr && Holders().focus == next)
+        SendMessageW(next, WM_SETFOCUS, reinterpret_cast<WPARAM>(previous), 0);
 }
 
 bool TakesFocus(HWND handle) {
-    for (HWND next = handle; next != nullptr; next = FindWindowState(next)->parent) {
-        const WindowPointer window = FindWindowState(next);
+    for (WindowPointer window = FindWindowState(handle);; window = FindWindowState(window->parent)) {
         if (window == nullptr || (window->style & (WS_MINIMIZE | WS_DISABLED)) != 0)
             return false;
+        if (window->parent == nullptr)
+            return true;
     }
-    return true;
 }
 
-bool CanBeActive(const Window& window) {
-    return window.parent == nullptr && (window.style & WS_VISIBLE) != 0 &&
-           (window.style & (WS_DISABLED | WS_MINIMIZE)) == 0;
+bool CanBeActive(HWND top_level) {
+    constexpr DWORD ASKED = WS_VISIBLE | WS_DISABLED | WS_MINIMIZE;
+    return (FindWindowState(top_level)->style & ASKED) == WS_VISIBLE;
 }
 
-HWND NextActive(HWND leaving) {
-    const WindowPointer window = FindWindowState(leaving);
-    if (window->owner != nullptr && CanBeActive(*FindWindowState(window->owner)))
-        return window->owner;
+HWND NextActive(const Window& leaving) {
+    if (leaving.owner != nullptr && CanBeActive(leaving.owner))
+        return leaving.owner;
     for (const HWND other : TopLevelWindows())
-        if (other != leaving && CanBeActive(*FindWindowState(other)))
+        if (other != leaving.handle && CanBeActive(other))
             return other;
     return nullptr;
 }
 
 void Disable(Window& window) {
-    const HWND handle = window.handle;
-    const bool was_enabled = (window.style & WS_DISABLED) == 0;
-    if (!was_enabled)
-        return;
     window.style |= WS_DISABLED;
-    if (Keyboard().focus == handle)
+    if (Holders().focus == window.handle)
         MoveFocus(nullptr);
-    if (Keyboard().capture == handle)
+    if (Holders().capture == window.handle)
         ReleaseCapture();
-    SendMessageW(handle, WM_ENABLE, FALSE, 0);
+    SendMessageW(window.handle, WM_ENABLE, FALSE, 0);
 }
 
 }  // namespace
 
 void ActivateWindow(HWND handle, int how) {
-    const HWND previous = Keyboard().active;
+    const HWND previous = Holders().active;
     if (previous == handle)
         return;
-    if (previous != nullptr && IsWindow(previous))
-        SendMessageW(previous, WM_ACTIVATE, WA_INACTIVE, AsLparam(handle));
-    Keyboard().active = handle;
+    if (previous != nullptr)
+        SendMessageW(previous, WM_ACTIVATE, WA_INACTIVE, reinterpret_cast<LPARAM>(handle));
+    Holders().active = handle;
     if (handle == nullptr) {
         MoveFocus(nullptr);
         return;
     }
     RaiseWindow(handle);
-    SendMessageW(handle, WM_ACTIVATE, static_cast<WPARAM>(how), AsLparam(previous));
+    SendMessageW(handle, WM_ACTIVATE, static_cast<WPARAM>(how), reinterpret_cast<LPARAM>(previous));
 }
 
-void PassActivationOn(HWND handle) {
-    const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr)
-        return;
-    if (Keyboard().capture != nullptr && IsInside(handle, Keyboard().capture))
+void PassActivationOn(const Window& window) {
+    const HWND handle = window.handle;
+    if (IsInside(handle, Holders().capture))
         ReleaseCapture();
-    if (window->parent != nullptr) {
-        if (IsInside(handle, Keyboard().focus))
-            SetFocus(window->parent);
-        return;
+    if (window.parent != nullptr) {
+        if (IsInside(handle, Holders().focus))
+            SetFocus(window.parent);
+    } else if (Holders().active == handle) {
+        ActivateWindow(NextActive(window), WA_ACTIVE);
     }
-    if (Keyboard().active == handle)
-        ActivateWindow(NextActive(handle), WA_ACTIVE);
 }
 
-void ForgetInput(HWND handle) {
-    KeyboardState& state = Keyboard();
-    for (HWND* const held : {&state.active, &state.focus, &state.capture})
+void ForgetActivation(HWND handle) {
+    InputHolders& holders = Holders();
+    for (HWND* const held : {&holders.active, &holders.focus, &holders.capture})
         if (*held == handle)
             *held = nullptr;
 }
@@ -120,30 +107,28 @@ using host::FindWindowState;
 using host::WindowPointer;
 
 HWND WINAPI SetFocus(HWND handle) {
-    const HWND previous = host::Keyboard().focus;
+    const HWND previous = host::Holders().focus;
     if (handle == previous)
         return previous;
     if (handle == nullptr) {
         host::MoveFocus(nullptr);
         return previous;
     }
-    if (FindWindowState(handle) == nullptr || !host::TakesFocus(handle))
+    if (!host::TakesFocus(handle))
         return nullptr;
-    const HWND root = host::RootOf(handle);
-    if (root != host::Keyboard().active)
-        host::ActivateWindow(root, WA_ACTIVE);
+    host::ActivateWindow(host::RootOf(handle), WA_ACTIVE);
     if (IsWindow(handle))
         host::MoveFocus(handle);
     return previous;
 }
 
 HWND WINAPI GetFocus() {
-    return host::Keyboard().focus;
+    return host::Holders().focus;
 }
 
 HWND WINAPI SetActiveWindow(HWND handle) {
-    const HWND previous = host::Keyboard().active;
-    const WindowPointer window = handle == nullptr ? nullptr : FindWindowState(handle);
+    const HWND previous = host::Holders().active;
+    const WindowPointer window = FindWindowState(handle);
     if (window == nullptr || window->parent != nullptr || (window->style & WS_DISABLED) != 0)
         return nullptr;
     host::ActivateWindow(handle, WA_ACTIVE);
@@ -151,7 +136,7 @@ HWND WINAPI SetActiveWindow(HWND handle) {
 }
 
 HWND WINAPI GetActiveWindow() {
-    return host::Keyboard().active;
+    return host::Holders().active;
 }
 
 BOOL WINAPI SetForegroundWindow(HWND handle) {
@@ -166,27 +151,26 @@ BOOL WINAPI EnableWindow(HWND handle, BOOL enable) {
     if (window == nullptr)
         return FALSE;
     const bool was_disabled = (window->style & WS_DISABLED) != 0;
-    if (enable == FALSE) {
+    if (enable == FALSE && !was_disabled) {
         host::Disable(*window);
-    } else if (was_disabled) {
+    } else if (enable != FALSE && was_disabled) {
         window->style &= ~WS_DISABLED;
         SendMessageW(handle, WM_ENABLE, TRUE, 0);
     }
-    return was_disabled ? TRUE : FALSE;
+    return was_disabled;
 }
 
 BOOL WINAPI IsWindowEnabled(HWND handle) {
     const WindowPointer window = FindWindowState(handle);
-    return window != nullptr && (window->style & WS_DISABLED) == 0 ? TRUE : FALSE;
+    return window != nullptr && (window->style & WS_DISABLED) == 0;
 }
 
 HWND WINAPI SetCapture(HWND handle) {
-    if (handle != nullptr && FindWindowState(handle) == nullptr)
+    if (handle != nullptr && !IsWindow(handle))
         return nullptr;
-    const HWND previous = host::Keyboard().capture;
-    host::Keyboard().capture = handle;
+    const HWND previous = std::exchange(host::Holders().capture, handle);
     if (previous != nullptr && previous != handle)
-        SendMessageW(previous, WM_CAPTURECHANGED, 0, host::AsLparam(handle));
+        SendMessageW(previous, WM_CAPTURECHANGED, 0, reinterpret_cast<LPARAM>(handle));
     return previous;
 }
 
@@ -196,5 +180,5 @@ BOOL WINAPI ReleaseCapture() {
 }
 
 HWND WINAPI GetCapture() {
-    return host::Keyboard().capture;
+    return host::Holders().capture;
 }

@@ -19,22 +19,23 @@ std::u16string Folded(std::u16string_view name) {
 
 using ClassMap = std::map<std::u16string, ClassPointer>;
 
-ClassMap WithBuiltIn() {
+void AddClass(ClassMap& classes, const WindowClass& made) {
+    classes.emplace(Folded(made.name), std::make_shared<const WindowClass>(made));
+}
+
+ClassMap BuiltInClasses() {
     ClassMap classes;
-    for (const BuiltInClass& built_in : BUILT_IN_CLASSES) {
-        const WindowClass made{built_in.name,        built_in.style, built_in.procedure,
-                               built_in.extra_bytes, nullptr,        nullptr};
-        classes.emplace(Folded(made.name), std::make_shared<const WindowClass>(made));
-    }
+    for (const BuiltInClass& one : BUILT_IN_CLASSES)
+        AddClass(classes, {one.name, CS_DBLCLKS, one.procedure, BUILT_IN_EXTRA_BYTES, nullptr});
     return classes;
 }
 
-struct Classes {
-    ClassMap by_folded_name = WithBuiltIn();
+struct RegisteredClasses {
+    ClassMap by_folded_name = BuiltInClasses();
 };
 
-ClassMap& Registered() {
-    return Lasting<Classes>().by_folded_name;
+ClassMap& Classes() {
+    return Lasting<RegisteredClasses>().by_folded_name;
 }
 
 }  // namespace
@@ -44,55 +45,37 @@ bool SameName(std::u16string_view one, std::u16string_view other) {
 }
 
 ClassPointer FindWindowClass(LPCWSTR name) {
-    if (name == nullptr)
-        return nullptr;
-    const auto found = Registered().find(Folded(name));
-    return found == Registered().end() ? nullptr : found->second;
+    const auto found = Classes().find(Folded(name));
+    return found == Classes().end() ? nullptr : found->second;
 }
 
 }  // namespace host
 
-using host::FindWindowClass;
-using host::FindWindowState;
-
 ATOM WINAPI RegisterClassW(const WNDCLASSW* window_class) {
     if (host::CallFails("RegisterClassW"))
         return 0;
-    if (window_class == nullptr || window_class->lpszClassName == nullptr || window_class->cbWndExtra < 0) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return 0;
-    }
-    if (FindWindowClass(window_class->lpszClassName) != nullptr) {
+    const WNDCLASSW& asked = *window_class;
+    if (host::FindWindowClass(asked.lpszClassName) != nullptr) {
         SetLastError(ERROR_CLASS_ALREADY_EXISTS);
         return 0;
     }
-    const host::WindowClass made{window_class->lpszClassName, window_class->style,
-                                 window_class->lpfnWndProc,   window_class->cbWndExtra,
-                                 window_class->hInstance,     window_class->hbrBackground};
-    auto& classes = host::Registered();
-    classes.emplace(host::Folded(made.name), std::make_shared<const host::WindowClass>(made));
+    host::AddClass(host::Classes(), {asked.lpszClassName, asked.style, asked.lpfnWndProc, asked.cbWndExtra,
+                                     asked.hbrBackground});
     constexpr std::size_t FIRST_ATOM = 0xC000;
-    return static_cast<ATOM>(FIRST_ATOM + classes.size());
+    return static_cast<ATOM>(FIRST_ATOM + host::Classes().size());
 }
 
 BOOL WINAPI UnregisterClassW(LPCWSTR name, HINSTANCE) {
-    const host::ClassPointer found = FindWindowClass(name);
-    if (found == nullptr) {
-        SetLastError(ERROR_CLASS_DOES_NOT_EXIST);
-        return FALSE;
-    }
-    // Besides this one the registry holds a reference, and so does each window of the class.
-    if (found.use_count() > 2) {
-        SetLastError(ERROR_CLASS_HAS_WINDOWS);
-        return FALSE;
-    }
-    host::Registered().erase(host::Folded(name));
-    return TRUE;
+    const host::ClassPointer found = host::FindWindowClass(name);
+    // Besides this one the map holds a reference, and so does each window of the class.
+    if (found == nullptr || found.use_count() > 2)
+        host::NotImplemented("UnregisterClassW", "a class that is not there or has windows");
+    return host::Classes().erase(host::Folded(name)) > 0;
 }
 
 int WINAPI GetClassNameW(HWND window, LPWSTR name, int capacity) {
-    const host::WindowPointer found = FindWindowState(window);
-    if (found == nullptr || capacity <= 0)
+    const host::WindowPointer found = host::FindWindowState(window);
+    if (found == nullptr)
         return 0;
     return static_cast<int>(host::GiveText(found->window_class->name, static_cast<std::size_t>(capacity),
                                            reinterpret_cast<LPARAM>(name)));

@@ -1,12 +1,11 @@
 // The texts of windows and the controls of a window by their identifiers.
-#include "platform/host/hooks.h"
 #include "platform/host/windows/window.h"
 
 using host::FindWindowState;
 using host::WindowPointer;
 
 BOOL WINAPI SetWindowTextW(HWND window, LPCWSTR text) {
-    return SendMessageW(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text)) > 0 ? TRUE : FALSE;
+    return SendMessageW(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text)) > 0;
 }
 
 int WINAPI GetWindowTextLengthW(HWND window) {
@@ -14,8 +13,6 @@ int WINAPI GetWindowTextLengthW(HWND window) {
 }
 
 int WINAPI GetWindowTextW(HWND window, LPWSTR text, int capacity) {
-    if (capacity <= 0)
-        return 0;
     text[0] = 0;
     return static_cast<int>(
         SendMessageW(window, WM_GETTEXT, static_cast<WPARAM>(capacity), reinterpret_cast<LPARAM>(text)));
@@ -45,15 +42,11 @@ UINT WINAPI GetDlgItemTextW(HWND dialog, int id, LPWSTR text, int capacity) {
     return static_cast<UINT>(GetWindowTextW(GetDlgItem(dialog, id), text, capacity));
 }
 
-LRESULT WINAPI SendDlgItemMessageW(HWND dialog, int id, UINT message, WPARAM wparam, LPARAM lparam) {
-    return SendMessageW(GetDlgItem(dialog, id), message, wparam, lparam);
-}
-
 BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check) {
-    SendDlgItemMessageW(dialog, id, BM_SETCHECK, check, 0);
+    SendMessageW(GetDlgItem(dialog, id), BM_SETCHECK, check, 0);
     return TRUE;
 }
 
 UINT WINAPI IsDlgButtonChecked(HWND dialog, int id) {
-    return static_cast<UINT>(SendDlgItemMessageW(dialog, id, BM_GETCHECK, 0, 0));
+    return static_cast<UINT>(SendMessageW(GetDlgItem(dialog, id), BM_GETCHECK, 0, 0));
 }

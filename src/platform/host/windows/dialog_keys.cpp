@@ -1,7 +1,6 @@
 // The keyboard of a dialog box, for any window that wants it: Tab, Enter, Escape, the arrow keys.
 #include <algorithm>
 
-#include "platform/host/hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
@@ -30,21 +29,17 @@ bool StartsGroup(HWND handle) {
     return (FindWindowState(handle)->style & WS_GROUP) != 0;
 }
 
-int DialogCode(HWND handle) {
-    return static_cast<int>(SendMessageW(handle, WM_GETDLGCODE, 0, 0));
-}
-
-int DialogCodeFor(HWND handle, MSG& message) {
-    return static_cast<int>(
-        SendMessageW(handle, WM_GETDLGCODE, message.wParam, reinterpret_cast<LPARAM>(&message)));
+// What the control wants of the keyboard, or of this one key.
+int DialogCode(HWND control, const MSG* key = nullptr) {
+    const WPARAM pressed = key == nullptr ? 0 : key->wParam;
+    return static_cast<int>(SendMessageW(control, WM_GETDLGCODE, pressed, reinterpret_cast<LPARAM>(key)));
 }
 
 // --- the default button ---
 
-HWND DefaultButton(HWND dialog) {
-    const auto answer = static_cast<DWORD>(SendMessageW(dialog, DM_GETDEFID, 0, 0));
-    return HIWORD(std::uintptr_t{answer}) == DC_HASDEFID ? GetDlgItem(dialog, LOWORD(std::uintptr_t{answer}))
-                                                         : nullptr;
+int DefaultId(HWND dialog) {
+    const auto answer = SendMessageW(dialog, DM_GETDEFID, 0, 0);
+    return HIWORD(answer) == DC_HASDEFID ? LOWORD(answer) : IDOK;
 }
 
 void SetButtonStyle(HWND button, DWORD style) {
@@ -60,84 +55,86 @@ void MarkDefaultButton(HWND dialog, HWND focus) {
         if (marked && (child != focus || (code & DLGC_DEFPUSHBUTTON) != 0))
             SetButtonStyle(child, BS_PUSHBUTTON);
     }
-    if ((code & DLGC_UNDEFPUSHBUTTON) != 0) {
+    if ((code & DLGC_UNDEFPUSHBUTTON) != 0)
         SetButtonStyle(focus, BS_DEFPUSHBUTTON);
-    } else if ((code & DLGC_DEFPUSHBUTTON) != 0) {
-        if (const HWND button = DefaultButton(dialog); button != nullptr)
-            SetButtonStyle(button, BS_DEFPUSHBUTTON);
-    }
+    else if ((code & DLGC_DEFPUSHBUTTON) != 0)
+        SetButtonStyle(GetDlgItem(dialog, DefaultId(dialog)), BS_DEFPUSHBUTTON);
 }
 
 // --- the keys ---
 
-void SelectText(HWND control, int code) {
-    if ((code & DLGC_HASSETSEL) != 0)
-        SendMessageW(control, EM_SETSEL, 0, GetWindowTextLengthW(control));
-}
-
-void Tab(HWND dialog, MSG& message) {
-    const bool backwards = GetKeyState(VK_SHIFT) < 0;
-    const HWND from = message.hwnd == dialog ? nullptr : message.hwnd;
-    const HWND next = GetNextDlgTabItem(dialog, from, backwards ? TRUE : FALSE);
+void Tab(HWND dialog, const MSG& key) {
+    const HWND from = key.hwnd == dialog ? nullptr : key.hwnd;
+    const HWND next = GetNextDlgTabItem(dialog, from, GetKeyState(VK_SHIFT) < 0);
     if (next == nullptr)
         return;
-    SelectText(next, DialogCodeFor(next, message));
+    if ((DialogCode(next, &key) & DLGC_HASSETSEL) != 0)
+        SendMessageW(next, EM_SETSEL, 0, GetWindowTextLengthW(next));
     SetFocus(next);
     MarkDefaultButton(dialog, next);
 }
 
 void Press(HWND dialog, int id, HWND button) {
-    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(static_cast<unsigned>(id), BN_CLICKED),
-                 reinterpret_cast<LPARAM>(button));
+    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(button));
 }
 
 void Enter(HWND dialog) {
     const HWND focus = GetFocus();
-    const bool in_dialog = focus != nullptr && IsChild(dialog, focus) != FALSE;
-    if (in_dialog && (DialogCode(focus) & DLGC_DEFPUSHBUTTON) != 0) {
+    if (IsChild(dialog, focus) && (DialogCode(focus) & DLGC_DEFPUSHBUTTON) != 0) {
         Press(dialog, GetDlgCtrlID(focus), focus);
         return;
     }
-    const auto answer = static_cast<DWORD>(SendMessageW(dialog, DM_GETDEFID, 0, 0));
-    const bool has_default = HIWORD(std::uintptr_t{answer}) == DC_HASDEFID;
-    const int id = has_default ? LOWORD(std::uintptr_t{answer}) : IDOK;
+    const int id = DefaultId(dialog);
     const HWND button = GetDlgItem(dialog, id);
-    if (button == nullptr || IsWindowEnabled(button) != FALSE)
+    if (button == nullptr || IsWindowEnabled(button))
         Press(dialog, id, button);
 }
 
-void Arrow(HWND dialog, MSG& message) {
-    const bool backwards = message.wParam == VK_LEFT || message.wParam == VK_UP;
-    const HWND next = GetNextDlgGroupItem(dialog, message.hwnd, backwards ? TRUE : FALSE);
-    if (next != nullptr) {
-        DialogCodeFor(next, message);
-        SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(next), TRUE);
+// The first of the windows that passes, in a circle from the one after the index up to the one there; null
+// when none does.
+template <typename Passes>
+HWND NextInCircle(std::span<const HWND> windows, std::size_t index, bool backwards, const Passes& passes) {
+    for (std::size_t looked_at = 0; looked_at < windows.size(); ++looked_at) {
+        index = (index + (backwards ? windows.size() - 1 : 1)) % windows.size();
+        if (passes(windows[index]))
+            return windows[index];
     }
+    return nullptr;
+}
+
+void Arrow(HWND dialog, const MSG& key) {
+    const bool backwards = key.wParam == VK_LEFT || key.wParam == VK_UP;
+    const std::vector<HWND>& children = FindWindowState(dialog)->children;
+    const auto start = std::find(children.begin(), children.end(), ControlOf(dialog, key.hwnd));
+    if (start == children.end())
+        return;
+    auto first = start;
+    while (first != children.begin() && !StartsGroup(*first))
+        --first;
+    const auto last = std::find_if(start + 1, children.end(), StartsGroup);
+    const HWND next =
+        NextInCircle({first, last}, static_cast<std::size_t>(start - first), backwards, IsReachable);
+    if (next != nullptr)
+        SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(next), TRUE);
 }
 
 // Whether the key was one for the dialog.
-bool TakeKeyDown(HWND dialog, MSG& message, int code) {
-    switch (message.wParam) {
+bool TakeKeyDown(HWND dialog, const MSG& key, int code) {
+    switch (key.wParam) {
         case VK_TAB:
-            if ((code & DLGC_WANTTAB) == 0) {
-                Tab(dialog, message);
-                return true;
-            }
-            return false;
+            Tab(dialog, key);
+            return true;
         case VK_RIGHT:
         case VK_DOWN:
         case VK_LEFT:
         case VK_UP:
-            if ((code & DLGC_WANTARROWS) == 0) {
-                Arrow(dialog, message);
-                return true;
-            }
-            return false;
+            if ((code & DLGC_WANTARROWS) != 0)
+                return false;
+            Arrow(dialog, key);
+            return true;
         case VK_ESCAPE:
-        case VK_CANCEL:
             Press(dialog, IDCANCEL, GetDlgItem(dialog, IDCANCEL));
             return true;
-        case VK_EXECUTE:
         case VK_RETURN:
             Enter(dialog);
             return true;
@@ -146,69 +143,28 @@ bool TakeKeyDown(HWND dialog, MSG& message, int code) {
     }
 }
 
-std::size_t StepFrom(std::size_t index, std::size_t count, bool backwards) {
-    return backwards ? (index + count - 1) % count : (index + 1) % count;
-}
-
 }  // namespace
 }  // namespace host
 
-using host::FindWindowState;
-
 HWND WINAPI GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous) {
-    const host::WindowPointer window = FindWindowState(dialog);
+    const host::WindowPointer window = host::FindWindowState(dialog);
     if (window == nullptr || window->children.empty())
         return nullptr;
     const std::vector<HWND>& children = window->children;
-    const std::size_t count = children.size();
-    const bool backwards = previous != FALSE;
-    const HWND start = host::ControlOf(dialog, control);
-    const auto place = std::find(children.begin(), children.end(), start);
-    std::size_t index = backwards ? 0 : count - 1;
+    const auto place = std::find(children.begin(), children.end(), host::ControlOf(dialog, control));
+    std::size_t index = previous != FALSE ? 0 : children.size() - 1;
     if (place != children.end())
         index = static_cast<std::size_t>(place - children.begin());
-    for (std::size_t looked_at = 0; looked_at < count; ++looked_at) {
-        index = host::StepFrom(index, count, backwards);
-        if (host::IsTabStop(children[index]))
-            return children[index];
-    }
-    return start;
-}
-
-HWND WINAPI GetNextDlgGroupItem(HWND dialog, HWND control, BOOL previous) {
-    const host::WindowPointer window = FindWindowState(dialog);
-    const HWND start = host::ControlOf(dialog, control);
-    if (window == nullptr || start == nullptr)
-        return nullptr;
-    const std::vector<HWND>& children = window->children;
-    auto first = std::find(children.begin(), children.end(), start);
-    auto last = first + 1;
-    while (first != children.begin() && !host::StartsGroup(*first))
-        --first;
-    last = std::find_if(last, children.end(), host::StartsGroup);
-    const auto count = static_cast<std::size_t>(last - first);
-    auto index = static_cast<std::size_t>(std::find(first, last, start) - first);
-    for (std::size_t looked_at = 0; looked_at < count; ++looked_at) {
-        index = host::StepFrom(index, count, previous != FALSE);
-        const HWND candidate = *(first + static_cast<std::ptrdiff_t>(index));
-        if (host::IsReachable(candidate))
-            return candidate;
-    }
-    return start;
+    return host::NextInCircle(children, index, previous != FALSE, host::IsTabStop);
 }
 
 BOOL WINAPI IsDialogMessageW(HWND dialog, LPMSG message) {
-    if (FindWindowState(dialog) == nullptr || message->hwnd == nullptr)
-        return FALSE;
-    if (message->hwnd != dialog && IsChild(dialog, message->hwnd) == FALSE)
+    if (!IsWindow(dialog) || (message->hwnd != dialog && !IsChild(dialog, message->hwnd)))
         return FALSE;
     if (message->message == WM_KEYDOWN) {
-        const int code = host::DialogCodeFor(message->hwnd, *message);
+        const int code = host::DialogCode(message->hwnd, message);
         if ((code & DLGC_WANTALLKEYS) == 0 && host::TakeKeyDown(dialog, *message, code))
             return TRUE;
-    } else if (message->message == WM_CHAR) {
-        // The keys that the dialog took above bring their characters no more; all others are the control's.
-        host::DialogCodeFor(message->hwnd, *message);
     }
     TranslateMessage(message);
     DispatchMessageW(message);

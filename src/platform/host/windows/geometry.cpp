@@ -1,4 +1,4 @@
-// Rectangles: frames, client areas, coordinates and the figures of the screen.
+// Rectangles: frames, client areas, limits and coordinates.
 #include <algorithm>
 
 #include "platform/host/hooks.h"
@@ -7,15 +7,20 @@
 namespace host {
 namespace {
 
+constexpr LONG SCROLL_BAR = 17;
 constexpr LONG CAPTION = 19;
 constexpr LONG TOOL_CAPTION = 16;
 constexpr LONG SIZING_FRAME = 4;
 constexpr LONG DIALOG_FRAME = 3;
 constexpr LONG CLIENT_EDGE = 2;
 
-POINT OriginOf(HWND handle) {
+// The origin of a window's client area on the screen; that of the screen itself for none.
+POINT ClientOrigin(HWND handle) {
     const WindowPointer window = handle == nullptr ? nullptr : FindWindowState(handle);
-    return window == nullptr ? POINT{0, 0} : ClientOrigin(*window);
+    if (window == nullptr)
+        return {0, 0};
+    const POINT base = ClientOrigin(window->parent);
+    return {base.x + window->client.left, base.y + window->client.top};
 }
 
 LONG FrameThickness(DWORD style, DWORD extended_style) {
@@ -24,27 +29,12 @@ LONG FrameThickness(DWORD style, DWORD extended_style) {
         thickness = SIZING_FRAME;
     else if ((style & WS_DLGFRAME) != 0 || (extended_style & WS_EX_DLGMODALFRAME) != 0)
         thickness = DIALOG_FRAME;
-    else if ((style & WS_BORDER) != 0 || (extended_style & WS_EX_STATICEDGE) != 0)
+    else if ((style & WS_BORDER) != 0)
         thickness = 1;
     return (extended_style & WS_EX_CLIENTEDGE) != 0 ? thickness + CLIENT_EDGE : thickness;
 }
 
-}  // namespace
-
-FrameSize FrameOf(DWORD style, DWORD extended_style) {
-    const LONG side = FrameThickness(style, extended_style);
-    LONG caption = 0;
-    if ((style & WS_CAPTION) == WS_CAPTION)
-        caption = (extended_style & WS_EX_TOOLWINDOW) != 0 ? TOOL_CAPTION : CAPTION;
-    return {side, side + caption, side, side};
-}
-
-bool HasLimits(DWORD style) {
-    return (style & WS_THICKFRAME) != 0 || (style & (WS_CHILD | WS_POPUP)) == 0;
-}
-
-MINMAXINFO DefaultLimits(DWORD style, DWORD extended_style) {
-    const LONG frame = FrameThickness(style, extended_style);
+MINMAXINFO DefaultLimits(LONG frame) {
     constexpr LONG LEAST_WIDTH = 112;
     constexpr LONG LEAST_HEIGHT = 27;
     constexpr LONG TRACK_MARGIN = 12;
@@ -55,31 +45,54 @@ MINMAXINFO DefaultLimits(DWORD style, DWORD extended_style) {
             {SCREEN_WIDTH + TRACK_MARGIN, SCREEN_HEIGHT + TRACK_MARGIN}};
 }
 
+}  // namespace
+
 bool Contains(const RECT& rectangle, POINT point) {
     return point.x >= rectangle.left && point.x < rectangle.right && point.y >= rectangle.top &&
            point.y < rectangle.bottom;
 }
 
-POINT ClientOrigin(const Window& window) {
-    const POINT base = OriginOf(window.parent);
-    return {base.x + window.client.left, base.y + window.client.top};
+RECT FrameOf(DWORD style, DWORD extended_style) {
+    const LONG side = FrameThickness(style, extended_style);
+    LONG caption = 0;
+    if ((style & WS_CAPTION) == WS_CAPTION)
+        caption = (extended_style & WS_EX_TOOLWINDOW) != 0 ? TOOL_CAPTION : CAPTION;
+    return {side, side + caption, side, side};
 }
 
-RECT OuterOnScreen(const Window& window) {
-    const POINT base = OriginOf(window.parent);
-    return {base.x + window.outer.left, base.y + window.outer.top, base.x + window.outer.right,
-            base.y + window.outer.bottom};
+RECT InsideFrame(const Window& window, const RECT& outer) {
+    const RECT frame = FrameOf(window.style, window.extended_style);
+    const LONG scroll_bar_right = (window.style & WS_VSCROLL) != 0 ? SCROLL_BAR : 0;
+    const LONG scroll_bar_below = (window.style & WS_HSCROLL) != 0 ? SCROLL_BAR : 0;
+    const LONG left = outer.left + frame.left;
+    const LONG top = outer.top + frame.top;
+    return {left, top, std::max(outer.right - frame.right - scroll_bar_right, left),
+            std::max(outer.bottom - frame.bottom - scroll_bar_below, top)};
 }
 
-void CalculateClient(Window& window, BOOL with_parameters) {
-    NCCALCSIZE_PARAMS parameters{{window.outer, window.outer, window.client}, nullptr};
-    SendMessageW(window.handle, WM_NCCALCSIZE, static_cast<WPARAM>(with_parameters),
-                 reinterpret_cast<LPARAM>(&parameters));
-    window.client = parameters.rgrc[0];
-    if ((window.style & WS_MINIMIZE) != 0) {
-        window.client.right = window.client.left;
-        window.client.bottom = window.client.top;
-    }
+void CalculateClient(Window& window) {
+    RECT client = window.outer;
+    SendMessageW(window.handle, WM_NCCALCSIZE, FALSE, reinterpret_cast<LPARAM>(&client));
+    if ((window.style & WS_MINIMIZE) != 0)
+        client = {client.left, client.top, client.left, client.top};
+    window.client = client;
+}
+
+SIZE WithinLimits(const Window& window, SIZE size) {
+    if ((window.style & WS_THICKFRAME) == 0 && (window.style & (WS_CHILD | WS_POPUP)) != 0)
+        return size;
+    MINMAXINFO limits = DefaultLimits(FrameThickness(window.style, window.extended_style));
+    SendMessageW(window.handle, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
+    return {std::max(std::min(size.cx, limits.ptMaxTrackSize.x), limits.ptMinTrackSize.x),
+            std::max(std::min(size.cy, limits.ptMaxTrackSize.y), limits.ptMinTrackSize.y)};
+}
+
+void SendMove(HWND handle, RECT client) {
+    SendMessageW(handle, WM_MOVE, 0, MAKELPARAM(client.left, client.top));
+}
+
+void SendSize(HWND handle, WPARAM kind, RECT client) {
+    SendMessageW(handle, WM_SIZE, kind, MAKELPARAM(client.right - client.left, client.bottom - client.top));
 }
 
 }  // namespace host
@@ -91,7 +104,9 @@ BOOL WINAPI GetWindowRect(HWND handle, LPRECT rectangle) {
     const WindowPointer window = FindWindowState(handle);
     if (window == nullptr)
         return FALSE;
-    *rectangle = host::OuterOnScreen(*window);
+    const POINT base = host::ClientOrigin(window->parent);
+    const RECT& outer = window->outer;
+    *rectangle = {base.x + outer.left, base.y + outer.top, base.x + outer.right, base.y + outer.bottom};
     return TRUE;
 }
 
@@ -109,33 +124,27 @@ int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) {
                        (to == nullptr || FindWindowState(to) != nullptr);
     if (!known)
         return 0;
-    const POINT start = host::OriginOf(from);
-    const POINT end = host::OriginOf(to);
-    std::for_each(points, points + count, [&](POINT& point) {
-        point.x += start.x - end.x;
-        point.y += start.y - end.y;
-    });
-    return MAKELONG(static_cast<unsigned>(start.x - end.x), static_cast<unsigned>(start.y - end.y));
+    const POINT start = host::ClientOrigin(from);
+    const POINT end = host::ClientOrigin(to);
+    for (POINT& point : std::span(points, count))
+        point = {point.x + start.x - end.x, point.y + start.y - end.y};
+    return MAKELONG(start.x - end.x, start.y - end.y);
 }
 
 BOOL WINAPI ClientToScreen(HWND window, LPPOINT point) {
-    if (FindWindowState(window) == nullptr)
-        return FALSE;
     MapWindowPoints(window, nullptr, point, 1);
-    return TRUE;
+    return IsWindow(window);
 }
 
 BOOL WINAPI ScreenToClient(HWND window, LPPOINT point) {
-    if (FindWindowState(window) == nullptr)
-        return FALSE;
     MapWindowPoints(nullptr, window, point, 1);
-    return TRUE;
+    return IsWindow(window);
 }
 
 BOOL WINAPI AdjustWindowRectEx(LPRECT rectangle, DWORD style, BOOL menu, DWORD extended_style) {
     if (menu != FALSE)
         host::NotImplemented("AdjustWindowRectEx", "menus");
-    const host::FrameSize frame = host::FrameOf(style, extended_style);
+    const RECT frame = host::FrameOf(style, extended_style);
     rectangle->left -= frame.left;
     rectangle->top -= frame.top;
     rectangle->right += frame.right;

@@ -11,8 +11,7 @@ namespace host {
 namespace {
 
 struct InputEvent {
-    bool is_key = false;
-    UINT mouse_message = 0;
+    UINT mouse_message = 0;  // 0 for a key
     POINT point{};
     WORD key = 0;
     WORD scan = 0;
@@ -40,16 +39,13 @@ bool IsDown(int key) {
 }
 
 WPARAM MouseKeys() {
-    WPARAM keys = 0;
-    keys |= IsDown(VK_LBUTTON) ? static_cast<WPARAM>(MK_LBUTTON) : 0;
-    keys |= IsDown(VK_SHIFT) ? static_cast<WPARAM>(MK_SHIFT) : 0;
-    keys |= IsDown(VK_CONTROL) ? static_cast<WPARAM>(MK_CONTROL) : 0;
-    return keys;
+    return (IsDown(VK_LBUTTON) ? WPARAM{MK_LBUTTON} : 0) | (IsDown(VK_SHIFT) ? WPARAM{MK_SHIFT} : 0) |
+           (IsDown(VK_CONTROL) ? WPARAM{MK_CONTROL} : 0);
 }
 
 // --- the mouse ---
 
-// A press on a window that is not the active one. False: the press was all that there was to it.
+// A press on a window that is not the active one. False: the window is gone.
 bool ActivateByClick(HWND target) {
     const HWND root = RootOf(target);
     if (target == GetActiveWindow())
@@ -91,12 +87,8 @@ bool TakeMouse(const InputEvent& event, MSG& message) {
     POINT inside = event.point;
     ScreenToClient(target, &inside);
     const bool second = pressed && IsSecondClick(target, event.point);
-    message = {target,
-               second ? WM_LBUTTONDBLCLK : event.mouse_message,
-               MouseKeys(),
-               MAKELPARAM(inside.x, inside.y),
-               static_cast<DWORD>(Now()),
-               event.point};
+    message = MakeMessage(target, second ? WM_LBUTTONDBLCLK : event.mouse_message, MouseKeys(),
+                          MAKELPARAM(inside.x, inside.y));
     return true;
 }
 
@@ -120,8 +112,7 @@ bool TakeKey(const InputEvent& event, MSG& message) {
     DWORD details = REPEAT_ONCE | (static_cast<DWORD>(event.scan) << 16);
     details |= with_alt ? ALT_IS_DOWN : 0;
     details |= event.up && event.key != VK_PACKET ? RELEASED : 0;
-    message = {target,           number, event.key, static_cast<LONG>(details), static_cast<DWORD>(Now()),
-               PointerPosition()};
+    message = MakeMessage(target, number, event.key, static_cast<LONG>(details));
     return true;
 }
 
@@ -135,7 +126,8 @@ WCHAR CharacterOf(WPARAM key) {
     }
     if (key >= u'0' && key <= u'9' && !IsDown(VK_SHIFT))
         return static_cast<WCHAR>(key);
-    if (key >= u'0' && key != VK_PACKET && (key <= u'9' || key >= 0xBA))
+    constexpr WPARAM FIRST_SIGN = 0xBA;
+    if (key >= u'0' && key != VK_PACKET && (key <= u'9' || key >= FIRST_SIGN))
         NotImplemented("TranslateMessage", "the keys of punctuation; send such characters as text");
     const bool plain =
         key == VK_SPACE || key == VK_BACK || key == VK_TAB || key == VK_RETURN || key == VK_ESCAPE;
@@ -144,20 +136,23 @@ WCHAR CharacterOf(WPARAM key) {
 
 // --- what comes in ---
 
-void AddMouse(const MOUSEINPUT& mouse) {
-    if (mouse.dwFlags != MOUSEEVENTF_LEFTDOWN && mouse.dwFlags != MOUSEEVENTF_LEFTUP)
-        NotImplemented("SendInput", "other mouse actions than one of the left button");
+void AddMouse(UINT message) {
     InputEvent event;
-    event.mouse_message = mouse.dwFlags == MOUSEEVENTF_LEFTDOWN ? WM_LBUTTONDOWN : WM_LBUTTONUP;
+    event.mouse_message = message;
     event.point = PointerPosition();
     Input().waiting.push_back(event);
+}
+
+void AddButton(DWORD flags) {
+    if (flags != MOUSEEVENTF_LEFTDOWN && flags != MOUSEEVENTF_LEFTUP)
+        NotImplemented("SendInput", "other mouse actions than one of the left button");
+    AddMouse(flags == MOUSEEVENTF_LEFTDOWN ? WM_LBUTTONDOWN : WM_LBUTTONUP);
 }
 
 void AddKey(const KEYBDINPUT& key) {
     if ((key.dwFlags & ~(KEYEVENTF_UNICODE | KEYEVENTF_KEYUP | KEYEVENTF_EXTENDEDKEY)) != 0)
         NotImplemented("SendInput", "keys other than by their code and by their character");
     InputEvent event;
-    event.is_key = true;
     event.key = (key.dwFlags & KEYEVENTF_UNICODE) != 0 ? WORD{VK_PACKET} : static_cast<WORD>(key.wVk & 0xFF);
     event.scan = key.wScan;
     event.up = (key.dwFlags & KEYEVENTF_KEYUP) != 0;
@@ -166,20 +161,12 @@ void AddKey(const KEYBDINPUT& key) {
 
 }  // namespace
 
-bool TakeInput(const MessageFilter& filter, MSG& message) {
-    const bool takes_all = filter.window == nullptr && filter.lowest == 0 && filter.highest == 0;
-    if (!takes_all) {
-        const bool takes_keys = filter.lowest <= WM_SYSKEYUP && filter.highest >= WM_KEYDOWN;
-        const bool takes_mouse = filter.lowest <= WM_LBUTTONDBLCLK && filter.highest >= WM_MOUSEMOVE;
-        if (takes_keys || takes_mouse)
-            NotImplemented("PeekMessageW", "a part of the input");
-        return false;
-    }
+bool TakeInput(MSG& message) {
     while (!Input().waiting.empty()) {
         // Out of the queue first: on its way the event can make windows run loops of their own.
         const InputEvent event = Input().waiting.front();
         Input().waiting.pop_front();
-        if (event.is_key ? TakeKey(event, message) : TakeMouse(event, message))
+        if (event.mouse_message == 0 ? TakeKey(event, message) : TakeMouse(event, message))
             return true;
     }
     return false;
@@ -190,7 +177,7 @@ bool TakeInput(const MessageFilter& filter, MSG& message) {
 UINT WINAPI SendInput(UINT count, INPUT* inputs, int) {
     std::for_each(inputs, inputs + count, [](const INPUT& input) {
         if (input.type == INPUT_MOUSE)
-            host::AddMouse(input.mi);
+            host::AddButton(input.mi.dwFlags);
         else if (input.type == INPUT_KEYBOARD)
             host::AddKey(input.ki);
         else
@@ -218,9 +205,6 @@ SHORT WINAPI GetKeyState(int key) {
 
 BOOL WINAPI SetCursorPos(int x, int y) {
     host::MovePointer({std::clamp(x, 0, host::SCREEN_WIDTH - 1), std::clamp(y, 0, host::SCREEN_HEIGHT - 1)});
-    host::InputEvent move;
-    move.mouse_message = WM_MOUSEMOVE;
-    move.point = host::PointerPosition();
-    host::Input().waiting.push_back(move);
+    host::AddMouse(WM_MOUSEMOVE);
     return TRUE;
 }

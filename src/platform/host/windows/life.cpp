@@ -13,12 +13,8 @@ namespace {
 void SendDestroy(HWND handle) {
     SendMessageW(handle, WM_DESTROY, 0, 0);
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr)
-        return;
-    const std::vector<HWND> children = window->children;
-    for (const HWND child : children)
-        if (IsWindow(child))
-            SendDestroy(child);
+    for (const HWND child : window == nullptr ? std::vector<HWND>{} : window->children)
+        SendDestroy(child);
 }
 
 // Children go first, each with its last message.
@@ -32,7 +28,7 @@ void Remove(HWND handle) {
     SendMessageW(handle, WM_NCDESTROY, 0, 0);
     ForgetMessages(handle);
     ForgetTimers(handle);
-    ForgetInput(handle);
+    ForgetActivation(handle);
     RemoveWindow(handle);
 }
 
@@ -43,51 +39,28 @@ void DestroyOwned(HWND owner) {
             DestroyWindow(handle);
 }
 
-void CompleteStyles(Window& window) {
-    if (!IsChildStyle(window.style)) {
-        window.style |= WS_CLIPSIBLINGS;
-        if ((window.style & WS_POPUP) == 0)
-            window.style |= WS_CAPTION;
-    }
-}
-
-void PlaceFirst(Window& window, const CREATESTRUCTW& create) {
-    int x = create.x;
-    int y = create.y;
-    int width = create.cx;
-    int height = create.cy;
-    if (x == CW_USEDEFAULT) {
-        x = 0;
-        y = 0;
-    }
-    if (width == CW_USEDEFAULT)
-        NotImplemented("CreateWindowExW", "a size of the platform's choice");
-    if (HasLimits(window.style)) {
-        MINMAXINFO limits = DefaultLimits(window.style, window.extended_style);
-        SendMessageW(window.handle, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
-        width = std::max(std::min(width, limits.ptMaxTrackSize.x), limits.ptMinTrackSize.x);
-        height = std::max(std::min(height, limits.ptMaxTrackSize.y), limits.ptMinTrackSize.y);
-    }
-    window.outer = {x, y, x + std::max(width, 0), y + std::max(height, 0)};
+void PlaceFirst(Window& window, CREATESTRUCTW& create) {
+    if (create.cx == CW_USEDEFAULT)
+        NotImplemented("CreateWindowExW", "a size by default");
+    if (create.x == CW_USEDEFAULT)
+        create.x = create.y = 0;
+    const SIZE size = WithinLimits(window, {create.cx, create.cy});
+    create.cx = std::max(size.cx, 0);
+    create.cy = std::max(size.cy, 0);
+    window.outer = {create.x, create.y, create.x + create.cx, create.y + create.cy};
 }
 
 // WM_NCCREATE to WM_CREATE. False: the window refused and is gone.
 bool Introduce(const WindowPointer& window, CREATESTRUCTW& create) {
     const HWND handle = window->handle;
     PlaceFirst(*window, create);
-    create.x = window->outer.left;
-    create.y = window->outer.top;
-    create.cx = window->outer.right - window->outer.left;
-    create.cy = window->outer.bottom - window->outer.top;
     const LPARAM parameter = reinterpret_cast<LPARAM>(&create);
-    if (SendMessageW(handle, WM_NCCREATE, 0, parameter) == FALSE) {
-        Remove(handle);
-        return false;
+    if (SendMessageW(handle, WM_NCCREATE, 0, parameter) != FALSE) {
+        CalculateClient(*window);
+        if (IsWindow(handle) && SendMessageW(handle, WM_CREATE, 0, parameter) != -1)
+            return IsWindow(handle) != FALSE;
     }
-    CalculateClient(*window, FALSE);
-    if (IsWindow(handle) && SendMessageW(handle, WM_CREATE, 0, parameter) != -1)
-        return IsWindow(handle) != FALSE;
-    // A window that refuses in WM_CREATE goes without WM_DESTROY, and so do its children.
+    // A window that refuses goes without WM_DESTROY, and so do its children.
     Remove(handle);
     return false;
 }
@@ -101,8 +74,8 @@ WindowPointer MakeWindow(const CREATESTRUCTW& create, const ClassPointer& window
         window->id = reinterpret_cast<LONG_PTR>(create.hMenu);
     } else {
         window->owner = create.hwndParent == nullptr ? nullptr : RootOf(create.hwndParent);
+        window->style |= WS_CLIPSIBLINGS | ((window->style & WS_POPUP) == 0 ? WS_CAPTION : 0);
     }
-    CompleteStyles(*window);
     window->window_class = window_class;
     window->procedure = window_class->procedure;
     window->extra.resize(static_cast<std::size_t>(window_class->extra_bytes));
@@ -110,30 +83,25 @@ WindowPointer MakeWindow(const CREATESTRUCTW& create, const ClassPointer& window
     return window;
 }
 
-bool CanCreate(const CREATESTRUCTW& create, const ClassPointer& window_class) {
-    if (window_class == nullptr) {
-        SetLastError(ERROR_CANNOT_FIND_WND_CLASS);
-        return false;
-    }
+void CheckCreation(const CREATESTRUCTW& create, const ClassPointer& window_class) {
+    if (window_class == nullptr)
+        NotImplemented("CreateWindowExW", "a class that nobody has registered");
     const auto style = static_cast<DWORD>(create.style);
     if ((style & (WS_MINIMIZE | WS_MAXIMIZE)) != 0)
         NotImplemented("CreateWindowExW", "a window that is born minimised or maximised");
-    if (create.hwndParent == nullptr && IsChildStyle(style)) {
-        SetLastError(ERROR_TLW_WITH_WSCHILD);
-        return false;
-    }
-    return create.hwndParent == nullptr || FindWindowState(create.hwndParent) != nullptr;
+    if (create.hwndParent == nullptr && IsChildStyle(style))
+        NotImplemented("CreateWindowExW", "a child without a parent");
 }
 
+// Where an index leads that stands for none of the platform's own values.
 std::byte* ExtraBytes(Window& window, int index) {
     const auto offset = static_cast<std::size_t>(index);
     if (index < 0 || offset + sizeof(LONG_PTR) > window.extra.size())
-        NotImplemented("GetWindowLongPtrW, SetWindowLongPtrW", "this value");
+        NotImplemented("GetWindowLongPtrW, SetWindowLongPtrW", "this index");
     return window.extra.data() + offset;
 }
 
 }  // namespace
-
 }  // namespace host
 
 using host::FindWindowState;
@@ -142,14 +110,13 @@ using host::WindowPointer;
 HWND WINAPI CreateWindowExW(DWORD extended_style, LPCWSTR class_name, LPCWSTR title, DWORD style, int x,
                             int y, int width, int height, HWND parent, HMENU menu, HINSTANCE instance,
                             LPVOID parameter) {
-    if (host::CallFails("CreateWindowExW"))
+    if (host::CallFails("CreateWindowExW") || (parent != nullptr && FindWindowState(parent) == nullptr))
         return nullptr;
     const host::ClassPointer window_class = host::FindWindowClass(class_name);
     CREATESTRUCTW create{
         parameter, instance,   menu,          parent, height, width, y, x, static_cast<LONG>(style),
         title,     class_name, extended_style};
-    if (!host::CanCreate(create, window_class))
-        return nullptr;
+    host::CheckCreation(create, window_class);
     const WindowPointer window = host::MakeWindow(create, window_class);
     const HWND handle = host::EnterWindow(window);
     if (!host::Introduce(window, create))
@@ -158,7 +125,7 @@ HWND WINAPI CreateWindowExW(DWORD extended_style, LPCWSTR class_name, LPCWSTR ti
         window->size_on_show = true;
     else
         host::SendSizeAndMove(handle);
-    if ((style & WS_VISIBLE) != 0 && IsWindow(handle))
+    if ((style & WS_VISIBLE) != 0)
         ShowWindow(handle, SW_SHOW);
     return IsWindow(handle) ? handle : nullptr;
 }
@@ -174,9 +141,7 @@ BOOL WINAPI DestroyWindow(HWND handle) {
                      SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_HIDEWINDOW);
     }
     host::DestroyOwned(handle);
-    host::PassActivationOn(handle);
-    if (!IsWindow(handle))
-        return TRUE;
+    host::PassActivationOn(*window);
     host::SendDestroy(handle);
     host::Remove(handle);
     return TRUE;
@@ -195,41 +160,31 @@ LONG_PTR WINAPI GetWindowLongPtrW(HWND handle, int index) {
             return window->extended_style;
         case GWLP_USERDATA:
             return window->user_data;
-        default:
-            break;
+        default: {
+            LONG_PTR value = 0;
+            std::memcpy(&value, host::ExtraBytes(*window, index), sizeof(value));
+            return value;
+        }
     }
-    LONG_PTR value = 0;
-    std::memcpy(&value, host::ExtraBytes(*window, index), sizeof(value));
-    return value;
 }
 
 LONG_PTR WINAPI SetWindowLongPtrW(HWND handle, int index, LONG_PTR value) {
-    const LONG_PTR previous = GetWindowLongPtrW(handle, index);
     const WindowPointer window = FindWindowState(handle);
     if (window == nullptr)
         return 0;
+    const LONG_PTR previous = GetWindowLongPtrW(handle, index);
     switch (index) {
         case GWLP_WNDPROC:
             window->procedure = reinterpret_cast<WNDPROC>(value);
-            return previous;
+            break;
         case GWL_STYLE:
             window->style = static_cast<DWORD>(value);
-            return previous;
+            break;
         case GWLP_USERDATA:
             window->user_data = value;
-            return previous;
-        default:
             break;
+        default:
+            std::memcpy(host::ExtraBytes(*window, index), &value, sizeof(value));
     }
-    std::memcpy(host::ExtraBytes(*window, index), &value, sizeof(value));
     return previous;
-}
-
-DWORD WINAPI GetWindowThreadProcessId(HWND handle, LPDWORD process) {
-    const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr)
-        return 0;
-    if (process != nullptr)
-        *process = static_cast<DWORD>(getpid());
-    return window->thread;
 }

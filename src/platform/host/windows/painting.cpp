@@ -1,5 +1,6 @@
-// Painting without a picture: which windows are due, in which order they are told, and the stock objects. A
-// window is damaged as a whole; what it would draw is not kept.
+// Painting without a picture: which windows are due, and in which order they are told. A window is damaged as
+// a whole; what it would draw is not kept.
+#include <utility>
 
 #include "platform/host/api/gdi32.h"
 #include "platform/host/hooks.h"
@@ -8,9 +9,8 @@
 namespace host {
 namespace {
 
-constexpr std::uintptr_t STOCK_OBJECTS = 0x40000;
-constexpr std::uintptr_t DEVICE_CONTEXT = 0x50000;  // one stands for all
-constexpr std::uintptr_t CURSORS = 0x60000;
+// Stands for every device context.
+constexpr WPARAM DEVICE_CONTEXT = 0x70000;
 
 HWND DamagedIn(HWND handle) {
     const WindowPointer window = FindWindowState(handle);
@@ -24,14 +24,12 @@ HWND DamagedIn(HWND handle) {
     return nullptr;
 }
 
+// Up to the first window that does not paint when it is told to: it stays due.
 void PaintNow(HWND handle) {
-    for (HWND next = DamagedIn(handle); next != nullptr; next = DamagedIn(handle)) {
+    HWND last = nullptr;
+    for (HWND next = DamagedIn(handle); next != nullptr && next != last; next = DamagedIn(handle)) {
         SendMessageW(next, WM_PAINT, 0, 0);
-        if (const WindowPointer window = FindWindowState(next); window != nullptr) {
-            // A window that did not paint when it was told to stays due.
-            if (window->damaged)
-                return;
-        }
+        last = next;
     }
 }
 
@@ -58,22 +56,23 @@ void DamageWindow(Window& window, bool with_children, bool erase) {
         DamageWindow(*FindWindowState(child), true, erase);
 }
 
-HWND NextDamagedWindow(HWND filter) {
-    if (filter != nullptr)
-        return IsWindowVisible(filter) != FALSE ? DamagedIn(filter) : nullptr;
+HWND NextDamagedWindow() {
     for (const HWND handle : TopLevelWindows())
         if (const HWND found = DamagedIn(handle); found != nullptr)
             return found;
     return nullptr;
 }
 
+void PaintWindow(Window& window) {
+    window.damaged = false;
+    if (std::exchange(window.unerased, false))
+        SendMessageW(window.handle, WM_ERASEBKGND, DEVICE_CONTEXT, 0);
+}
+
 }  // namespace host
 
-using host::FindWindowState;
-using host::WindowPointer;
-
 BOOL WINAPI RedrawWindow(HWND handle, const RECT* rectangle, HRGN, UINT flags) {
-    const WindowPointer window = FindWindowState(handle);
+    const host::WindowPointer window = host::FindWindowState(handle);
     if (window == nullptr)
         return FALSE;
     constexpr UINT KNOWN = RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW | RDW_FRAME;
@@ -84,7 +83,7 @@ BOOL WINAPI RedrawWindow(HWND handle, const RECT* rectangle, HRGN, UINT flags) {
         host::DamageWindow(*window, with_children, (flags & RDW_ERASE) != 0);
     else if ((flags & RDW_INVALIDATE) != 0)
         host::DamagePart(*window, *rectangle, with_children, (flags & RDW_ERASE) != 0);
-    if ((flags & RDW_UPDATENOW) != 0 && IsWindowVisible(handle) != FALSE)
+    if ((flags & RDW_UPDATENOW) != 0 && IsWindowVisible(handle))
         host::PaintNow(handle);
     return TRUE;
 }
@@ -98,44 +97,24 @@ BOOL WINAPI InvalidateRect(HWND window, const RECT* rectangle, BOOL erase) {
 BOOL WINAPI GetUpdateRect(HWND handle, LPRECT rectangle, BOOL erase) {
     if (rectangle != nullptr || erase != FALSE)
         host::NotImplemented("GetUpdateRect", "more than whether the window waits");
-    const WindowPointer window = FindWindowState(handle);
-    return window != nullptr && window->damaged ? TRUE : FALSE;
+    const host::WindowPointer window = host::FindWindowState(handle);
+    return window != nullptr && window->damaged;
 }
 
 BOOL WINAPI UpdateWindow(HWND window) {
     return RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW);
 }
 
-HDC WINAPI BeginPaint(HWND handle, PAINTSTRUCT* paint) {
-    const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr)
-        return nullptr;
-    *paint = PAINTSTRUCT{};
-    paint->hdc = reinterpret_cast<HDC>(host::DEVICE_CONTEXT);
-    if (window->damaged)
-        GetClientRect(handle, &paint->rcPaint);
-    const bool erase = window->unerased;
-    window->damaged = false;
-    window->unerased = false;
-    if (erase) {
-        const LRESULT erased = SendMessageW(handle, WM_ERASEBKGND, reinterpret_cast<WPARAM>(paint->hdc), 0);
-        paint->fErase = erased == 0 ? TRUE : FALSE;
-    }
-    return paint->hdc;
-}
-
-BOOL WINAPI EndPaint(HWND, const PAINTSTRUCT*) {
-    return TRUE;
-}
-
 HGDIOBJ WINAPI GetStockObject(int object) {
+    constexpr std::uintptr_t STOCK_OBJECTS = 0x40000;
     if (object != ANSI_FIXED_FONT && object != DEFAULT_GUI_FONT)
         host::NotImplemented("GetStockObject", "this object");
-    return reinterpret_cast<HGDIOBJ>(host::STOCK_OBJECTS + static_cast<std::uintptr_t>(object));
+    return reinterpret_cast<HGDIOBJ>(STOCK_OBJECTS + static_cast<std::uintptr_t>(object));
 }
 
 HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name) {
+    constexpr std::uintptr_t CURSORS = 0x60000;
     if (instance != nullptr)
         host::NotImplemented("LoadCursorW", "cursors of the program's own");
-    return reinterpret_cast<HCURSOR>(host::CURSORS + reinterpret_cast<std::uintptr_t>(name));
+    return reinterpret_cast<HCURSOR>(CURSORS + reinterpret_cast<std::uintptr_t>(name));
 }

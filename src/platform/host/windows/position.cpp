@@ -1,4 +1,4 @@
-// Moving, sizing and stacking windows, one at a time or as a deferred batch.
+// Moving, sizing and raising windows, one at a time or as a deferred batch.
 #include <algorithm>
 #include <map>
 
@@ -8,13 +8,13 @@
 namespace host {
 namespace {
 
-struct DeferredMoves {
-    std::map<HDWP, std::vector<WINDOWPOS>> batches;
+struct MoveBatches {
+    std::map<HDWP, std::vector<WINDOWPOS>> by_handle;
     std::uintptr_t last_handle = 0x30000;
 };
 
-DeferredMoves& Deferred() {
-    return Lasting<DeferredMoves>();
+MoveBatches& Batches() {
+    return Lasting<MoveBatches>();
 }
 
 LONG WidthOf(const RECT& rectangle) {
@@ -29,14 +29,7 @@ LONG HeightOf(const RECT& rectangle) {
 void TrimFlags(const Window& window, WINDOWPOS& position) {
     position.cx = std::max(position.cx, 0);
     position.cy = std::max(position.cy, 0);
-    const bool visible = (window.style & WS_VISIBLE) != 0;
-    if (visible) {
-        position.flags &= ~SWP_SHOWWINDOW;
-    } else {
-        position.flags &= ~SWP_HIDEWINDOW;
-        if ((position.flags & SWP_SHOWWINDOW) == 0)
-            position.flags |= SWP_NOREDRAW;
-    }
+    position.flags &= (window.style & WS_VISIBLE) != 0 ? ~SWP_SHOWWINDOW : ~SWP_HIDEWINDOW;
     const RECT& outer = window.outer;
     if (position.cx == WidthOf(outer) && position.cy == HeightOf(outer))
         position.flags |= SWP_NOSIZE;
@@ -50,23 +43,6 @@ bool ChangesNothing(const WINDOWPOS& position) {
     constexpr UINT NOTHING = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE;
     constexpr UINT SOMETHING = SWP_SHOWWINDOW | SWP_HIDEWINDOW | SWP_FRAMECHANGED;
     return (position.flags & (NOTHING | SOMETHING)) == NOTHING;
-}
-
-void Stack(Window& window, HWND after) {
-    if (window.parent == nullptr && after == HWND_TOP) {
-        RaiseWindow(window.handle);
-        return;
-    }
-    std::vector<HWND>& siblings = SiblingsOf(window);
-    siblings.erase(std::remove(siblings.begin(), siblings.end(), window.handle), siblings.end());
-    auto place = siblings.begin();
-    if (after == HWND_BOTTOM) {
-        place = siblings.end();
-    } else if (after != HWND_TOP) {
-        const auto found = std::find(siblings.begin(), siblings.end(), after);
-        place = found == siblings.end() ? found : found + 1;
-    }
-    siblings.insert(place, window.handle);
 }
 
 void SetRectangles(Window& window, WINDOWPOS& position) {
@@ -83,7 +59,7 @@ void SetRectangles(Window& window, WINDOWPOS& position) {
     }
     window.outer = outer;
     if ((position.flags & (SWP_NOSIZE | SWP_FRAMECHANGED)) != SWP_NOSIZE)
-        CalculateClient(window, TRUE);
+        CalculateClient(window);
     const RECT& client = window.client;
     if (client.left == old.left && client.top == old.top)
         position.flags |= SWP_NOCLIENTMOVE;
@@ -99,32 +75,35 @@ void ShowOrHide(Window& window, UINT flags) {
 }
 
 // What has become of a window is drawn anew.
-void Damage(Window& window, UINT flags) {
+void DamageChanged(Window& window, UINT flags) {
     constexpr UINT STILL = SWP_NOMOVE | SWP_NOSIZE;
-    const bool changed = (flags & STILL) != STILL || (flags & (SWP_SHOWWINDOW | SWP_FRAMECHANGED)) != 0;
-    if (changed && (flags & SWP_NOREDRAW) == 0)
+    if ((flags & STILL) != STILL || (flags & (SWP_SHOWWINDOW | SWP_FRAMECHANGED)) != 0)
         DamageWindow(window, true, true);
 }
 
-bool Place(WINDOWPOS position) {
+void Change(Window& window, WINDOWPOS& position) {
+    if ((position.flags & SWP_NOZORDER) == 0) {
+        if (window.parent != nullptr || position.hwndInsertAfter != HWND_TOP)
+            NotImplemented("SetWindowPos", "another order than a top-level window in front");
+        RaiseWindow(window.handle);
+    }
+    SetRectangles(window, position);
+    ShowOrHide(window, position.flags);
+    if ((position.flags & (SWP_NOACTIVATE | SWP_HIDEWINDOW)) == 0 && window.parent == nullptr)
+        ActivateWindow(window.handle, WA_ACTIVE);
+    DamageChanged(window, position.flags);
+}
+
+bool ApplyPosition(WINDOWPOS position) {
     const HWND handle = position.hwnd;
     const WindowPointer window = FindWindowState(handle);
     if (window == nullptr)
         return false;
-    if ((position.flags & SWP_NOSENDCHANGING) == 0)
-        SendMessageW(handle, WM_WINDOWPOSCHANGING, 0, reinterpret_cast<LPARAM>(&position));
+    SendMessageW(handle, WM_WINDOWPOSCHANGING, 0, reinterpret_cast<LPARAM>(&position));
     TrimFlags(*window, position);
     if (!IsWindow(handle) || ChangesNothing(position))
         return IsWindow(handle) != FALSE;
-    if ((position.flags & SWP_NOZORDER) == 0)
-        Stack(*window, position.hwndInsertAfter);
-    SetRectangles(*window, position);
-    ShowOrHide(*window, position.flags);
-    if ((position.flags & (SWP_NOACTIVATE | SWP_HIDEWINDOW)) == 0) {
-        if (!IsChildStyle(window->style))
-            ActivateWindow(handle, WA_ACTIVE);
-    }
-    Damage(*window, position.flags);
+    Change(*window, position);
     position.x = window->outer.left;
     position.y = window->outer.top;
     position.cx = WidthOf(window->outer);
@@ -133,71 +112,49 @@ bool Place(WINDOWPOS position) {
     return true;
 }
 
-WINDOWPOS Position(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
-    return {window, after, x, y, width, height, flags};
-}
-
 }  // namespace
-
 }  // namespace host
 
-using host::FindWindowState;
-
 BOOL WINAPI SetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
-    if (after == HWND_TOPMOST || after == HWND_NOTOPMOST)
-        host::NotImplemented("SetWindowPos", "windows that stay in front of all others");
-    return host::Place(host::Position(window, after, x, y, width, height, flags)) ? TRUE : FALSE;
+    return host::ApplyPosition({window, after, x, y, width, height, flags});
 }
 
 BOOL WINAPI MoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint) {
-    UINT flags = SWP_NOZORDER | SWP_NOACTIVATE;
     if (repaint == FALSE)
-        flags |= SWP_NOREDRAW;
-    return SetWindowPos(window, nullptr, x, y, width, height, flags);
+        host::NotImplemented("MoveWindow", "without painting");
+    return SetWindowPos(window, nullptr, x, y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 HDWP WINAPI BeginDeferWindowPos(int count) {
     if (host::CallFails("BeginDeferWindowPos"))
         return nullptr;
-    if (count < 0) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return nullptr;
-    }
-    const HDWP moves = reinterpret_cast<HDWP>(++host::Deferred().last_handle);
-    host::Deferred().batches[moves].reserve(static_cast<std::size_t>(count));
+    const HDWP moves = reinterpret_cast<HDWP>(++host::Batches().last_handle);
+    host::Batches().by_handle[moves].reserve(static_cast<std::size_t>(count));
     return moves;
 }
 
 HDWP WINAPI DeferWindowPos(HDWP moves, HWND window, HWND after, int x, int y, int width, int height,
                            UINT flags) {
-    auto& batches = host::Deferred().batches;
-    const auto batch = batches.find(moves);
+    auto& batches = host::Batches().by_handle;
     if (host::CallFails("DeferWindowPos")) {
         // A batch that could not grow is given up.
         batches.erase(moves);
         return nullptr;
     }
-    if (batch == batches.end()) {
-        SetLastError(ERROR_INVALID_DWP_HANDLE);
+    if (!batches.contains(moves) || host::FindWindowState(window) == nullptr)
         return nullptr;
-    }
-    if (FindWindowState(window) == nullptr)
-        return nullptr;
-    batch->second.push_back(host::Position(window, after, x, y, width, height, flags));
+    batches[moves].push_back({window, after, x, y, width, height, flags});
     return moves;
 }
 
 BOOL WINAPI EndDeferWindowPos(HDWP moves) {
-    auto& batches = host::Deferred().batches;
-    const auto batch = batches.find(moves);
-    if (batch == batches.end()) {
+    const auto batch = host::Batches().by_handle.extract(moves);
+    if (batch.empty()) {
         SetLastError(ERROR_INVALID_DWP_HANDLE);
         return FALSE;
     }
-    const std::vector<WINDOWPOS> positions = std::move(batch->second);
-    batches.erase(batch);
     bool placed = true;
-    for (const WINDOWPOS& position : positions)
-        placed = host::Place(position) && placed;
-    return placed ? TRUE : FALSE;
+    for (const WINDOWPOS& position : batch.mapped())
+        placed = host::ApplyPosition(position) && placed;
+    return placed;
 }

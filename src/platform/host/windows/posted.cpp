@@ -1,5 +1,4 @@
 // What has been posted and waits: messages, the end of the program, and where the pointer stood meanwhile.
-// And what a loop asks for when it takes only some of it.
 #include <algorithm>
 #include <deque>
 
@@ -22,21 +21,14 @@ PostedQueue& Queue() {
 
 }  // namespace
 
-bool PassesFilter(const MessageFilter& filter, HWND window, UINT message) {
-    const bool in_range = (filter.lowest == 0 && filter.highest == 0) ||
-                          (message >= filter.lowest && message <= filter.highest);
-    return in_range && (filter.window == nullptr || filter.window == window ||
-                        (window != nullptr && IsChild(filter.window, window) != FALSE));
-}
-
 MSG MakeMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     return {window, message, wparam, lparam, static_cast<DWORD>(Now()), PointerPosition()};
 }
 
-bool TakePosted(const MessageFilter& filter, MSG& message) {
+bool TakePosted(UINT wanted, MSG& message) {
     std::deque<MSG>& posted = Queue().messages;
-    const auto found = std::find_if(posted.begin(), posted.end(), [&](const MSG& waiting) {
-        return PassesFilter(filter, waiting.hwnd, waiting.message);
+    const auto found = std::find_if(posted.begin(), posted.end(), [wanted](const MSG& waiting) {
+        return wanted == 0 || waiting.message == wanted;
     });
     if (found == posted.end())
         return false;
@@ -53,15 +45,9 @@ bool TakeQuit(MSG& message) {
     return true;
 }
 
-bool IsKnownOrNull(HWND window) {
-    return window == nullptr || FindWindowState(window) != nullptr;
-}
-
 void ForgetMessages(HWND handle) {
-    std::deque<MSG>& posted = Queue().messages;
-    posted.erase(std::remove_if(posted.begin(), posted.end(),
-                                [handle](const MSG& message) { return message.hwnd == handle; }),
-                 posted.end());
+    std::erase_if(
+        Queue().messages, [handle](const MSG& message) { return message.hwnd == handle; });
 }
 
 POINT PointerPosition() {
@@ -75,7 +61,7 @@ void MovePointer(POINT point) {
 }  // namespace host
 
 BOOL WINAPI PostMessageW(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    if (!host::IsKnownOrNull(window))
+    if (window != nullptr && host::FindWindowState(window) == nullptr)
         return FALSE;
     host::Queue().messages.push_back(host::MakeMessage(window, message, wparam, lparam));
     return TRUE;

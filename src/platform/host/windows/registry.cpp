@@ -11,21 +11,21 @@
 namespace host {
 namespace {
 
-struct Registry {
+struct WindowRegistry {
     std::unordered_map<HWND, WindowPointer> by_handle;
     std::vector<HWND> top_levels;
     std::uintptr_t last_handle = 0x10010;
 };
 
-Registry& TheRegistry() {
-    return Lasting<Registry>();
+WindowRegistry& Registry() {
+    return Lasting<WindowRegistry>();
 }
 
 }  // namespace
 
 WindowPointer FindWindowState(HWND handle) {
-    const auto found = TheRegistry().by_handle.find(handle);
-    if (found == TheRegistry().by_handle.end()) {
+    const auto found = Registry().by_handle.find(handle);
+    if (found == Registry().by_handle.end()) {
         SetLastError(ERROR_INVALID_WINDOW_HANDLE);
         return nullptr;
     }
@@ -35,12 +35,12 @@ WindowPointer FindWindowState(HWND handle) {
 }
 
 std::vector<HWND>& SiblingsOf(const Window& window) {
-    const auto parent = TheRegistry().by_handle.find(window.parent);
-    return parent == TheRegistry().by_handle.end() ? TheRegistry().top_levels : parent->second->children;
+    const auto parent = Registry().by_handle.find(window.parent);
+    return parent == Registry().by_handle.end() ? Registry().top_levels : parent->second->children;
 }
 
 std::vector<HWND>& TopLevelWindows() {
-    return TheRegistry().top_levels;
+    return Registry().top_levels;
 }
 
 HWND RootOf(HWND handle) {
@@ -51,9 +51,9 @@ HWND RootOf(HWND handle) {
 }
 
 HWND EnterWindow(const WindowPointer& window) {
-    TheRegistry().last_handle += 2;
-    window->handle = reinterpret_cast<HWND>(TheRegistry().last_handle);
-    TheRegistry().by_handle.emplace(window->handle, window);
+    Registry().last_handle += 2;
+    window->handle = reinterpret_cast<HWND>(Registry().last_handle);
+    Registry().by_handle.emplace(window->handle, window);
     // The first child made lies on top of its siblings, and the newest top-level window on top of the others.
     std::vector<HWND>& siblings = SiblingsOf(*window);
     siblings.insert(window->parent != nullptr ? siblings.end() : siblings.begin(), window->handle);
@@ -61,12 +61,10 @@ HWND EnterWindow(const WindowPointer& window) {
 }
 
 void RemoveWindow(HWND handle) {
-    const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr)
-        return;
-    std::vector<HWND>& siblings = SiblingsOf(*window);
-    siblings.erase(std::remove(siblings.begin(), siblings.end(), handle), siblings.end());
-    TheRegistry().by_handle.erase(handle);
+    if (const WindowPointer window = FindWindowState(handle); window != nullptr) {
+        std::erase(SiblingsOf(*window), handle);
+        Registry().by_handle.erase(handle);
+    }
 }
 
 }  // namespace host
@@ -75,8 +73,7 @@ using host::FindWindowState;
 using host::WindowPointer;
 
 BOOL WINAPI IsWindow(HWND handle) {
-    const auto& windows = host::TheRegistry().by_handle;
-    return windows.find(handle) != windows.end() ? TRUE : FALSE;
+    return host::Registry().by_handle.contains(handle);
 }
 
 BOOL WINAPI IsChild(HWND parent, HWND handle) {
@@ -90,10 +87,19 @@ BOOL WINAPI IsChild(HWND parent, HWND handle) {
 }
 
 LRESULT WINAPI SendMessageW(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    const host::WindowPointer found = host::FindWindowState(window);
+    const WindowPointer found = FindWindowState(window);
     return found == nullptr ? 0 : found->procedure(window, message, wparam, lparam);
 }
 
 LRESULT WINAPI CallWindowProcW(WNDPROC procedure, HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     return procedure(window, message, wparam, lparam);
+}
+
+DWORD WINAPI GetWindowThreadProcessId(HWND handle, LPDWORD process) {
+    const WindowPointer window = FindWindowState(handle);
+    if (window == nullptr)
+        return 0;
+    if (process != nullptr)
+        *process = static_cast<DWORD>(getpid());
+    return window->thread;
 }

@@ -5,20 +5,20 @@
 namespace host {
 namespace {
 
+constexpr UINT ONLY_SHOWN_OR_HIDDEN = SWP_NOSIZE | SWP_NOMOVE;
+
 void MoveTo(HWND handle, const RECT& outer, UINT flags) {
     SetWindowPos(handle, nullptr, outer.left, outer.top, outer.right - outer.left, outer.bottom - outer.top,
-                 flags | SWP_STATECHANGED | SWP_FRAMECHANGED | SWP_NOZORDER);
+                 flags | SWP_SHOWWINDOW | SWP_STATECHANGED | SWP_FRAMECHANGED | SWP_NOZORDER);
 }
 
 void Hide(const WindowPointer& window) {
     const HWND handle = window->handle;
     if ((window->style & WS_VISIBLE) == 0)
         return;
-    UINT flags = SWP_HIDEWINDOW | SWP_NOSIZE | SWP_NOMOVE;
-    if (IsChildStyle(window->style))
-        flags |= SWP_NOACTIVATE | SWP_NOZORDER;
-    SetWindowPos(handle, nullptr, 0, 0, 0, 0, flags);
-    PassActivationOn(handle);
+    const UINT still = IsChildStyle(window->style) ? SWP_NOACTIVATE | SWP_NOZORDER : 0;
+    SetWindowPos(handle, nullptr, 0, 0, 0, 0, SWP_HIDEWINDOW | ONLY_SHOWN_OR_HIDDEN | still);
+    PassActivationOn(*window);
 }
 
 void Show(const WindowPointer& window, bool activate) {
@@ -30,10 +30,8 @@ void Show(const WindowPointer& window, bool activate) {
         window->style |= WS_VISIBLE;
         return;
     }
-    UINT flags = SWP_SHOWWINDOW | SWP_NOSIZE | SWP_NOMOVE;
-    if (child || !activate)
-        flags |= SWP_NOACTIVATE | SWP_NOZORDER;
-    SetWindowPos(handle, nullptr, 0, 0, 0, 0, flags);
+    const UINT still = child || !activate ? SWP_NOACTIVATE | SWP_NOZORDER : 0;
+    SetWindowPos(handle, nullptr, 0, 0, 0, 0, SWP_SHOWWINDOW | ONLY_SHOWN_OR_HIDDEN | still);
     if (window->size_on_show && IsWindow(handle)) {
         window->size_on_show = false;
         SendSizeAndMove(handle);
@@ -43,6 +41,7 @@ void Show(const WindowPointer& window, bool activate) {
 void Minimise(const WindowPointer& window) {
     if ((window->style & WS_MINIMIZE) != 0)
         return;
+    constexpr LONG ORIGIN = -32000;
     constexpr LONG WIDTH = 160;
     constexpr LONG HEIGHT = 24;
     if (GetFocus() == window->handle || IsChild(window->handle, GetFocus()) != FALSE)
@@ -50,47 +49,37 @@ void Minimise(const WindowPointer& window) {
     window->restored = window->outer;
     window->style |= WS_MINIMIZE;
     window->size_on_show = false;
-    MoveTo(window->handle,
-           {MINIMISED_ORIGIN, MINIMISED_ORIGIN, MINIMISED_ORIGIN + WIDTH, MINIMISED_ORIGIN + HEIGHT},
-           SWP_SHOWWINDOW | SWP_NOACTIVATE);
+    MoveTo(window->handle, {ORIGIN, ORIGIN, ORIGIN + WIDTH, ORIGIN + HEIGHT}, SWP_NOACTIVATE);
 }
 
 void Restore(const WindowPointer& window) {
-    const HWND handle = window->handle;
     if ((window->style & WS_MINIMIZE) == 0) {
         Show(window, true);
         return;
     }
     window->style &= ~WS_MINIMIZE;
-    MoveTo(handle, window->restored, SWP_SHOWWINDOW);
-    if (GetActiveWindow() == handle)
-        SetFocus(handle);
+    MoveTo(window->handle, window->restored, 0);
+    if (GetActiveWindow() == window->handle)
+        SetFocus(window->handle);
 }
 
 }  // namespace
 
 void SendSizeAndMove(HWND handle) {
-    const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr)
-        return;
-    const RECT client = window->client;
-    SendMessageW(handle, WM_SIZE, SIZE_RESTORED,
-                 MAKELPARAM(static_cast<unsigned>(client.right - client.left),
-                            static_cast<unsigned>(client.bottom - client.top)));
-    SendMessageW(handle, WM_MOVE, 0,
-                 MAKELPARAM(static_cast<unsigned>(client.left), static_cast<unsigned>(client.top)));
+    if (const WindowPointer window = FindWindowState(handle); window != nullptr) {
+        const RECT client = window->client;
+        SendSize(handle, SIZE_RESTORED, client);
+        SendMove(handle, client);
+    }
 }
 
 }  // namespace host
 
-using host::FindWindowState;
-using host::WindowPointer;
-
 BOOL WINAPI ShowWindow(HWND handle, int command) {
-    const WindowPointer window = FindWindowState(handle);
+    const host::WindowPointer window = host::FindWindowState(handle);
     if (window == nullptr)
         return FALSE;
-    const BOOL was_visible = (window->style & WS_VISIBLE) != 0 ? TRUE : FALSE;
+    const bool was_visible = (window->style & WS_VISIBLE) != 0;
     switch (command) {
         case SW_HIDE:
             host::Hide(window);

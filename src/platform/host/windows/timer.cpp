@@ -16,44 +16,35 @@ struct Timer {
 };
 
 struct TimerList {
-    std::vector<Timer> timers;
+    std::vector<Timer> running;
     // The identifiers that timers without a window get.
     UINT_PTR next_id = 0x7FFF;
 };
 
-TimerList& Running() {
+TimerList& Timers() {
     return Lasting<TimerList>();
 }
 
 Timer* FindTimer(HWND window, UINT_PTR id) {
-    std::vector<Timer>& running = Running().timers;
+    std::vector<Timer>& running = Timers().running;
     const auto found = std::find_if(running.begin(), running.end(), [&](const Timer& timer) {
         return timer.window == window && timer.id == id;
     });
     return found == running.end() ? nullptr : &*found;
 }
 
-// The timer that has waited longest; null when none is due.
-Timer* DueTimer(const MessageFilter& filter, std::uint64_t now) {
-    Timer* longest = nullptr;
-    for (Timer& timer : Running().timers) {
-        const bool due = timer.due_ms <= now && PassesFilter(filter, timer.window, WM_TIMER);
-        if (due && (longest == nullptr || timer.due_ms < longest->due_ms))
-            longest = &timer;
-    }
-    return longest;
-}
-
 }  // namespace
 
-bool TakeTimer(const MessageFilter& filter, MSG& message) {
+// Of several timers that are due the one that has waited longest comes first.
+bool TakeTimer(MSG& message) {
+    std::vector<Timer>& running = Timers().running;
+    const auto timer =
+        std::min_element(running.begin(), running.end(),
+                         [](const Timer& one, const Timer& other) { return one.due_ms < other.due_ms; });
     const std::uint64_t now = Now();
-    Timer* const timer = DueTimer(filter, now);
-    if (timer == nullptr)
+    if (timer == running.end() || timer->due_ms > now)
         return false;
-    message = {
-        timer->window,           WM_TIMER,         timer->id, reinterpret_cast<LPARAM>(timer->procedure),
-        static_cast<DWORD>(now), PointerPosition()};
+    message = MakeMessage(timer->window, WM_TIMER, timer->id, reinterpret_cast<LPARAM>(timer->procedure));
     timer->due_ms += ((now - timer->due_ms) / timer->period_ms + 1) * timer->period_ms;
     return true;
 }
@@ -61,7 +52,7 @@ bool TakeTimer(const MessageFilter& filter, MSG& message) {
 std::int64_t NextTimerDelay() {
     const std::uint64_t now = Now();
     std::int64_t shortest = -1;
-    for (const Timer& timer : Running().timers) {
+    for (const Timer& timer : Timers().running) {
         const std::int64_t delay = timer.due_ms <= now ? 0 : static_cast<std::int64_t>(timer.due_ms - now);
         shortest = shortest < 0 ? delay : std::min(shortest, delay);
     }
@@ -69,10 +60,8 @@ std::int64_t NextTimerDelay() {
 }
 
 void ForgetTimers(HWND handle) {
-    std::vector<Timer>& running = Running().timers;
-    running.erase(std::remove_if(running.begin(), running.end(),
-                                 [handle](const Timer& timer) { return timer.window == handle; }),
-                  running.end());
+    std::erase_if(
+        Timers().running, [handle](const Timer& timer) { return timer.window == handle; });
 }
 
 }  // namespace host
@@ -84,8 +73,8 @@ UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT period_ms, TIMERPROC pro
     const std::uint64_t period = std::clamp(period_ms, USER_TIMER_MINIMUM, USER_TIMER_MAXIMUM);
     host::Timer* timer = host::FindTimer(window, id);
     if (timer == nullptr) {
-        const UINT_PTR new_id = window == nullptr ? host::Running().next_id-- : id;
-        timer = &host::Running().timers.emplace_back(host::Timer{window, new_id, 0, 0, nullptr});
+        const UINT_PTR new_id = window == nullptr ? host::Timers().next_id-- : id;
+        timer = &host::Timers().running.emplace_back(host::Timer{window, new_id, 0, 0, nullptr});
     }
     timer->period_ms = period;
     timer->due_ms = host::Now() + period;
@@ -94,7 +83,7 @@ UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT period_ms, TIMERPROC pro
 }
 
 BOOL WINAPI KillTimer(HWND window, UINT_PTR id) {
-    std::vector<host::Timer>& running = host::Running().timers;
+    std::vector<host::Timer>& running = host::Timers().running;
     const host::Timer* const timer = host::FindTimer(window, id);
     if (timer == nullptr) {
         SetLastError(ERROR_INVALID_PARAMETER);

@@ -9,17 +9,20 @@ namespace {
 
 HWND HitInside(HWND handle, POINT point, LRESULT& part);
 
-HWND HitChildren(const Window& window, POINT point, LRESULT& part) {
-    const std::vector<HWND> children = window.children;
-    for (const HWND child : children)
-        if (const HWND hit = HitInside(child, point, part); hit != nullptr)
+HWND HitAmong(const std::vector<HWND>& windows, POINT point, LRESULT& part) {
+    // A window that is asked may change the list.
+    const std::vector<HWND> asked(windows.begin(), windows.end());
+    for (const HWND window : asked)
+        if (const HWND hit = HitInside(window, point, part); hit != nullptr)
             return hit;
     return nullptr;
 }
 
 HWND HitInside(HWND handle, POINT point, LRESULT& part) {
     const WindowPointer window = FindWindowState(handle);
-    if (window == nullptr || (window->style & WS_VISIBLE) == 0 || !Contains(OuterOnScreen(*window), point))
+    RECT outer{};
+    GetWindowRect(handle, &outer);
+    if (window == nullptr || (window->style & WS_VISIBLE) == 0 || !Contains(outer, point))
         return nullptr;
     if ((window->style & WS_DISABLED) != 0) {
         // A disabled child lets its parent have the mouse; a disabled top-level window swallows it.
@@ -30,35 +33,28 @@ HWND HitInside(HWND handle, POINT point, LRESULT& part) {
     GetClientRect(handle, &client);
     POINT inside = point;
     ScreenToClient(handle, &inside);
-    if ((window->style & WS_MINIMIZE) == 0 && Contains(client, inside)) {
-        if (const HWND hit = HitChildren(*window, point, part); hit != nullptr)
+    if (Contains(client, inside))
+        if (const HWND hit = HitAmong(window->children, point, part); hit != nullptr)
             return hit;
-    }
-    part = SendMessageW(handle, WM_NCHITTEST, 0,
-                        MAKELPARAM(static_cast<unsigned>(point.x), static_cast<unsigned>(point.y)));
+    part = SendMessageW(handle, WM_NCHITTEST, 0, MAKELPARAM(point.x, point.y));
     return part == HTTRANSPARENT ? nullptr : handle;
 }
 
 }  // namespace
 
 HWND HitWindow(POINT point, LRESULT& part) {
-    const std::vector<HWND> top_levels = TopLevelWindows();
-    for (const HWND handle : top_levels)
-        if (const HWND hit = HitInside(handle, point, part); hit != nullptr)
-            return hit;
-    part = HTNOWHERE;
-    return nullptr;
+    const HWND hit = HitAmong(TopLevelWindows(), point, part);
+    if (hit == nullptr)
+        part = HTNOWHERE;
+    return hit;
 }
 
-// An owned window never lies beneath its owner: the owners rise first, and what a window owns rises after
-// it.
+// An owned window never lies beneath its owner: the owners rise first, and what a window owns rises after it.
 void RaiseWindow(HWND handle) {
     if (const HWND owner = FindWindowState(handle)->owner; owner != nullptr)
         RaiseWindow(owner);
     std::vector<HWND>& order = TopLevelWindows();
     const auto place = std::find(order.begin(), order.end(), handle);
-    if (place == order.end())
-        return;
     std::rotate(order.begin(), place, place + 1);
     std::stable_partition(order.begin(), order.end(),
                           [handle](HWND other) { return FindWindowState(other)->owner == handle; });
@@ -82,15 +78,19 @@ HWND WINAPI GetWindow(HWND handle, UINT relation) {
     const WindowPointer window = FindWindowState(handle);
     if (window == nullptr)
         return nullptr;
-    if (relation == GW_OWNER)
-        return window->owner;
-    if (relation == GW_CHILD)
-        return window->children.empty() ? nullptr : window->children.front();
-    if (relation != GW_HWNDNEXT)
-        host::NotImplemented("GetWindow", "this relation");
     const std::vector<HWND>& siblings = host::SiblingsOf(*window);
-    const auto next = std::find(siblings.begin(), siblings.end(), handle) + 1;
-    return next == siblings.end() ? nullptr : *next;
+    switch (relation) {
+        case GW_HWNDNEXT: {
+            const auto next = std::find(siblings.begin(), siblings.end(), handle) + 1;
+            return next == siblings.end() ? nullptr : *next;
+        }
+        case GW_OWNER:
+            return window->owner;
+        case GW_CHILD:
+            return window->children.empty() ? nullptr : window->children.front();
+        default:
+            host::NotImplemented("GetWindow", "this relation");
+    }
 }
 
 BOOL WINAPI EnumWindows(WNDENUMPROC procedure, LPARAM parameter) {
@@ -104,11 +104,10 @@ BOOL WINAPI EnumWindows(WNDENUMPROC procedure, LPARAM parameter) {
 HWND WINAPI FindWindowW(LPCWSTR class_name, LPCWSTR title) {
     if (title != nullptr)
         host::NotImplemented("FindWindowW", "looking for a title");
-    const std::vector<HWND>& windows = host::TopLevelWindows();
-    const auto match = std::find_if(windows.begin(), windows.end(), [&](HWND handle) {
-        return host::SameName(FindWindowState(handle)->window_class->name, class_name);
-    });
-    return match == windows.end() ? nullptr : *match;
+    for (const HWND handle : host::TopLevelWindows())
+        if (host::SameName(FindWindowState(handle)->window_class->name, class_name))
+            return handle;
+    return nullptr;
 }
 
 BOOL WINAPI IsWindowVisible(HWND handle) {

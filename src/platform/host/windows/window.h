@@ -1,5 +1,5 @@
-// What the files of this floor share: the record of a window, how to find it, and the steps that one file
-// does for those above it.
+// What the files of this room share: the record of a window, how to find it, and the steps that one file does
+// for those above it. The groups stand in the order of the files, the lowest first.
 #pragma once
 
 #include <algorithm>
@@ -20,7 +20,6 @@ struct WindowClass {
     UINT style;
     WNDPROC procedure;
     int extra_bytes;
-    HINSTANCE instance;
     HBRUSH background;
 };
 using ClassPointer = std::shared_ptr<const WindowClass>;
@@ -39,7 +38,7 @@ struct Window {
     std::vector<std::byte> extra;
     RECT outer{};     // in the client area of the parent, or on the screen
     RECT client{};    // in the same coordinates
-    RECT restored{};  // the outer rectangle of a minimised one before that
+    RECT restored{};  // the outer rectangle that a minimised window comes back to
     std::u16string text;
     bool size_on_show = false;  // WM_SIZE and WM_MOVE wait for the first showing
     bool damaged = false;       // WM_PAINT is due
@@ -50,13 +49,8 @@ using WindowPointer = std::shared_ptr<Window>;
 
 constexpr LONG SCREEN_WIDTH = 1400;
 constexpr LONG SCREEN_HEIGHT = 1000;
-constexpr LONG SCROLL_BAR = 17;
-constexpr LONG MINIMISED_ORIGIN = -32000;
-constexpr UINT SWP_NOCLIENTSIZE = 0x0800;
-constexpr UINT SWP_NOCLIENTMOVE = 0x1000;
-constexpr UINT SWP_STATECHANGED = 0x8000;
 
-// --- the registry: finding windows ---
+// --- registry: the windows that there are, and in which order they lie ---
 
 // The window of a handle, or null with ERROR_INVALID_WINDOW_HANDLE. Aborts when the window is another
 // thread's.
@@ -67,103 +61,95 @@ std::vector<HWND>& TopLevelWindows();
 std::vector<HWND>& SiblingsOf(const Window& window);
 // The window itself, or the outermost parent of a child.
 HWND RootOf(HWND handle);
-// Gives a new window its handle and its place among its siblings; takes an old one out, handle and all.
-HWND EnterWindow(const WindowPointer& window);
-void RemoveWindow(HWND handle);
 inline bool IsChildStyle(DWORD style) {
     return (style & (WS_CHILD | WS_POPUP)) == WS_CHILD;
 }
+// Gives a new window its handle and its place among its siblings; takes an old one out, handle and all.
+HWND EnterWindow(const WindowPointer& window);
+void RemoveWindow(HWND handle);
 
-// --- classes ---
+// --- class: what windows are made of ---
 
 // A class that is there before a program registers any.
 struct BuiltInClass {
     const WCHAR* name;
     WNDPROC procedure;
-    UINT style;
-    int extra_bytes;
 };
 extern const std::span<const BuiltInClass> BUILT_IN_CLASSES;
+extern const int BUILT_IN_EXTRA_BYTES;
 
 ClassPointer FindWindowClass(LPCWSTR name);
 // Whether two class names are the same to the platform, which takes no notice of case.
 bool SameName(std::u16string_view one, std::u16string_view other);
 
-// --- geometry: frames, client areas, coordinates ---
+// --- geometry: rectangles, frames and coordinates ---
 
-struct FrameSize {
-    LONG left;
-    LONG top;
-    LONG right;
-    LONG bottom;
-};
-// How far the frame reaches on each side of the client area, scroll bars left out.
-FrameSize FrameOf(DWORD style, DWORD extended_style);
-// The platform's own limits for a window of this style.
-MINMAXINFO DefaultLimits(DWORD style, DWORD extended_style);
-// Whether a window of this style is asked for its limits when it is sized.
-bool HasLimits(DWORD style);
-// Screen coordinates of a window's outer rectangle and of the origin of its client area.
-RECT OuterOnScreen(const Window& window);
-POINT ClientOrigin(const Window& window);
 bool Contains(const RECT& rectangle, POINT point);
+// How far the frame reaches on each side of the client area, scroll bars left out.
+RECT FrameOf(DWORD style, DWORD extended_style);
+// What the frame and the scroll bars leave of a window's outer rectangle.
+RECT InsideFrame(const Window& window, const RECT& outer);
 // Asks the window for its client area.
-void CalculateClient(Window& window, BOOL with_parameters);
+void CalculateClient(Window& window);
+// Asks a window that has limits for them; gives the size within them.
+SIZE WithinLimits(const Window& window, SIZE size);
+void SendMove(HWND handle, RECT client);
+void SendSize(HWND handle, WPARAM kind, RECT client);
 
-// --- what has been posted, and where the pointer stands ---
+// --- posted: messages that wait, the end of the program, and the pointer ---
 
-struct MessageFilter {
-    HWND window;
-    UINT lowest;
-    UINT highest;
-};
-bool PassesFilter(const MessageFilter& filter, HWND window, UINT message);
-// Whether a call that takes a window or none can go on; ERROR_INVALID_WINDOW_HANDLE where not.
-bool IsKnownOrNull(HWND window);
 MSG MakeMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
-// The next message of its kind that passes the filter, which then waits no more. False without one.
-bool TakePosted(const MessageFilter& filter, MSG& message);
+// Takes out the first posted message, or the first of the wanted kind where that is not 0.
+bool TakePosted(UINT wanted, MSG& message);
 bool TakeQuit(MSG& message);
 void ForgetMessages(HWND handle);
 POINT PointerPosition();
 void MovePointer(POINT point);
 
-// --- timers ---
+// --- timer ---
 
-bool TakeTimer(const MessageFilter& filter, MSG& message);
+bool TakeTimer(MSG& message);
 // Milliseconds until the next timer is due; -1 without any.
 std::int64_t NextTimerDelay();
 void ForgetTimers(HWND handle);
 
-// --- the tree: what lies over what ---
+// --- tree: parents, owners, siblings, and what lies at a point ---
 
-// Puts the top-level window and what it owns in front.
-void RaiseWindow(HWND handle);
 // The topmost window at a point of the screen that takes the mouse there, and the part of it that was hit.
 HWND HitWindow(POINT point, LRESULT& part);
+// Puts the top-level window and what it owns in front.
+void RaiseWindow(HWND handle);
 
-// --- activation, focus, capture ---
+// --- activation: who is active, who has the keyboard, who has the mouse to itself ---
 
 void ActivateWindow(HWND handle, int how);
 // When the window goes away or is hidden: the activation and the focus pass on.
-void PassActivationOn(HWND handle);
-void ForgetInput(HWND handle);
+void PassActivationOn(const Window& window);
+void ForgetActivation(HWND handle);
 
-// --- painting ---
+// --- painting: which windows are due ---
 
 void DamageWindow(Window& window, bool with_children, bool erase);
 // The next window that waits for WM_PAINT; null when there is none.
-HWND NextDamagedWindow(HWND filter);
+HWND NextDamagedWindow();
+// What WM_PAINT comes to where nothing is drawn: the background is erased, and the window is due no more.
+void PaintWindow(Window& window);
 
-// --- showing ---
+// --- position: what SetWindowPos tells a window beyond its public flags ---
+
+constexpr UINT SWP_NOCLIENTSIZE = 0x0800;
+constexpr UINT SWP_NOCLIENTMOVE = 0x1000;
+constexpr UINT SWP_STATECHANGED = 0x8000;
+
+// --- show ---
 
 void SendSizeAndMove(HWND handle);
 
-// --- input ---
+// --- input: mouse and keyboard ---
 
-bool TakeInput(const MessageFilter& filter, MSG& message);
+bool TakeInput(MSG& message);
 
-// --- texts, for every window that gives one ---
+// --- dialog items: the texts of windows, and controls by their identifiers ---
 
 // Copies as much of the text as fits into the capacity, with its end; gives the characters without the end.
 inline LRESULT GiveText(std::u16string_view text, std::size_t capacity, LPARAM buffer) {
