@@ -112,6 +112,12 @@ TEST(Commands, RemovingAndMovingModulesKeepSelectionAndFieldTogether) {
                     EXPECT_FALSE(user::IsEnabled(id)) << id;
                 EXPECT_TRUE(launcher.dirty);
             }
+            SetModules(launcher, 3, 2);
+            launcher.config.modules.resize(2);  // as after a load that has failed before it filled the form
+            SetWindowTextW(Field(launcher, IDC_MODULE_ARGS), TEXT("x"));
+            RemoveModule(launcher);
+            EXPECT_EQ(ArgumentsOf(launcher), "0|1|");
+            EXPECT_FALSE(launcher.dirty);
             SetModules(launcher, 3, 1);
             SetWindowTextW(Field(launcher, IDC_RAM_MIB), TEXT("9"));
             launcher.dirty = false;

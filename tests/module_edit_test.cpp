@@ -31,15 +31,4 @@ TEST(ModuleEdit, MovesOnlyWithinTheList) {
             << c.selected << " " << c.delta;
 }
 
-TEST(ModuleEdit, KeepsFileAndArgumentsTogether) {
-    VmConfig config = ThreeModules();
-    SwapModules(config, 0, 2);
-    EXPECT_TRUE(config.modules[0].path == TEXT("c"));
-    EXPECT_TRUE(config.modules[2].path == TEXT("C:\\m\\a.bin"));
-    EXPECT_TRUE(config.modules[2].command == TEXT("a.bin"));
-    EraseModule(config, 1);
-    ASSERT_EQ(config.modules.size(), 2U);
-    EXPECT_TRUE(config.modules[1].command == TEXT("a.bin"));
-}
-
 }  // namespace

@@ -38,10 +38,4 @@ TEST(Placement, DividesTheModuleListIntoItsColumns) {
     }
 }
 
-TEST(Placement, ShowsTheDisksBehindTheFirstTabOnly) {
-    EXPECT_EQ(PageOfTab(0), TabPage::Disks);
-    EXPECT_EQ(PageOfTab(1), TabPage::Modules);
-    EXPECT_EQ(PageOfTab(-1), TabPage::Modules);
-}
-
 }  // namespace

@@ -55,10 +55,3 @@ TEST(PlatformPath, FullPathsFollowTheWindowsRules) {
     for (const auto& c : cases)
         EXPECT_EQ(FullPath(c.path), c.full) << Narrow(c.path);
 }
-
-TEST(PlatformPath, ALongPathIsBoundedByItsText) {
-    WideText path = TEXT("C:\\");
-    while (path.size() < 32000)
-        path += TEXT("a\\..\\");
-    EXPECT_EQ(FullPath(path), "C:\\");
-}

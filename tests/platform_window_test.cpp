@@ -1,21 +1,7 @@
-// What windows are told when they go, and where the focus goes.
+// Where the focus goes from a window that cannot have it any more.
 #include <gtest/gtest.h>
 
 #include "probe_windows.h"
-
-TEST(PlatformWindow, DestructionTellsOwnedWindowsFirstAndParentsAheadOfTheirChildren) {
-    ProbeWindows probe;
-    const HWND main = probe.MakeMain();
-    const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 50, 50}, main);
-    probe.Make("inner", WS_CHILD, {0, 0, 10, 10}, child);
-    const HWND owned = probe.Make("owned", WS_OVERLAPPEDWINDOW, {0, 0, 200, 200}, main);
-    probe.log.clear();
-    SendMessageW(main, WM_CLOSE, 0, 0);
-    EXPECT_EQ(probe.Take("CLOSE DESTROY NCDESTROY"),
-              "main CLOSE, owned DESTROY, owned NCDESTROY, main DESTROY, child DESTROY, inner DESTROY, inner "
-              "NCDESTROY, child NCDESTROY, main NCDESTROY");
-    EXPECT_FALSE(IsWindow(owned));
-}
 
 TEST(PlatformWindow, FocusLeavesWhatIsDisabledOrHidden) {
     ProbeWindows probe;

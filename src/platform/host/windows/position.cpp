@@ -74,11 +74,12 @@ void ShowOrHide(Window& window, UINT flags) {
         window.style &= ~WS_VISIBLE;
 }
 
-// What has become of a window is drawn anew.
+// A window that moves or changes its size takes what it shows along, its own surface apart; one that appears
+// or gets another frame is drawn anew with everything in it.
 void DamageChanged(Window& window, UINT flags) {
-    constexpr UINT STILL = SWP_NOMOVE | SWP_NOSIZE;
-    if ((flags & STILL) != STILL || (flags & (SWP_SHOWWINDOW | SWP_FRAMECHANGED)) != 0)
-        DamageWindow(window, true, true);
+    const bool appears = (flags & (SWP_SHOWWINDOW | SWP_FRAMECHANGED)) != 0;
+    if (appears || (flags & SWP_NOMOVE) == 0 || (flags & SWP_NOSIZE) == 0)
+        DamageWindow(window, appears, true);
 }
 
 void Change(Window& window, WINDOWPOS& position) {
