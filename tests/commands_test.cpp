@@ -79,6 +79,7 @@ TEST(Commands, WhatTheProgramWritesItselfIsNoEdit) {
                 const FillingScope filling(launcher);
                 SetWindowTextW(Field(launcher, IDC_MODULE_ARGS), TEXT("zz"));
                 SetWindowTextW(Field(launcher, IDC_KERNEL_PATH), TEXT("k"));
+                OnModuleArgsChanged(launcher);
                 SelectModuleRow(launcher, 2);
                 EXPECT_EQ(launcher.selected_module, 1) << "a selection while filling is not followed";
                 SelectModuleRow(launcher, 1);

@@ -239,6 +239,8 @@ TEST(Form, MarksEditsAndFollowsItsCheckBoxes) {
         EXPECT_EQ(Narrow(user::Title()), "Veldrane VM — Configuration");
         user::Type(TEXT("é"));
         EXPECT_TRUE(user::WaitUntil([] { return Narrow(user::Title()) == "Veldrane VM — Configuration *"; }));
+        EXPECT_EQ(Narrow(user::ControlText(IDC_CONFIG_LINE)),
+                  "Nouvelle configuration — non enregistrée  (modifiée)");
         user::Click(IDC_EXPLICIT_VIDEO);
         EXPECT_TRUE(
             user::WaitUntil([] { return user::IsEnabled(IDC_WIDTH) && user::IsEnabled(IDC_HEIGHT); }));

@@ -5,6 +5,7 @@
 #include "form/form_ids.h"
 #include "host/fault_sweep.h"
 #include "launch/engine_run.h"
+#include "launch/log_window.h"
 #include "launcher_run.h"
 
 namespace {
@@ -37,7 +38,7 @@ TEST(EngineRunFaults, LeaveNoHandleAndNoRun) {
                       {"InitializeProcThreadAttributeList", "Initialisation du lancement impossible."},
                       {"InitializeProcThreadAttributeList", "Initialisation du lancement impossible."},
                       {"UpdateProcThreadAttribute", NO_START},
-                      {"CreateProcessW", NO_START},
+                      {"CreateProcessW", "Lancement impossible : Access is denied."},
                       {"CloseHandle", ""},   // the input
                       {"CloseHandle", ""},   // the log
                       {"CloseHandle", ""}};  // the thread
@@ -57,6 +58,11 @@ TEST(EngineRunFaults, LeaveNoHandleAndNoRun) {
                     SetWindowTextW(launcher.status_label, Wide(status).c_str());
                     EnableWindow(GetDlgItem(launcher.main_window, IDC_LAUNCH), TRUE);
                 });
+            constexpr DWORD SHARED = FILE_SHARE_READ | FILE_SHARE_WRITE;
+            EXPECT_EQ(host::TracedArguments("CreateFileW"),
+                      (std::vector<DWORD>{GENERIC_READ, SHARED, OPEN_EXISTING}));
+            EXPECT_EQ(host::TracedArguments("CreateProcessW"),
+                      (std::vector<DWORD>{CREATE_NO_WINDOW | EXTENDED_STARTUPINFO_PRESENT}));
         });
     });
 }
@@ -69,6 +75,7 @@ TEST(EngineRunFaults, OfALookAtTheEngineAreTriedAgainAndOfItsCodeAreTakenForSucc
         user::Do([&] {
             Launcher& launcher = run.launcher;
             LaunchEngine(launcher, false);
+            ShowLogWindow(launcher);
             WaitForSingleObject(launcher.engine_process, INFINITE);
             host::FailCall("WaitForSingleObject", 1, ERROR_ACCESS_DENIED);
             PollEngine(launcher);
@@ -77,6 +84,8 @@ TEST(EngineRunFaults, OfALookAtTheEngineAreTriedAgainAndOfItsCodeAreTakenForSucc
             PollEngine(launcher);
             EXPECT_EQ(launcher.engine_process, nullptr);
             EXPECT_EQ(Narrow(user::Status()), "VM terminée.");
+            EXPECT_NE(Narrow(GetControlText(GetDlgItem(launcher.log_window, 1))).find("Machine arrêtée"),
+                      std::string::npos);
             EXPECT_EQ(host::ClearFaults(), 2U);
         });
     });

@@ -1,21 +1,9 @@
-// The layer's own promises: faults come when they were asked for, and what is open is counted.
+// The layer's own promise: faults come when they were asked for.
 #include "platform/host/hooks.h"
-#include "platform/host/system/inspect.h"
 
 #include <gtest/gtest.h>
 
 #include "platform/win32.h"
-#include "scratch.h"
-
-namespace {
-
-HANDLE OpenLog(const ScratchFolder& scratch, BOOL is_inheritable) {
-    SECURITY_ATTRIBUTES security = {sizeof(SECURITY_ATTRIBUTES), nullptr, is_inheritable};
-    return CreateFileW(scratch.Of(TEXT("out")).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                       &security, CREATE_ALWAYS, 0, nullptr);
-}
-
-}  // namespace
 
 TEST(PlatformHooks, AFaultComesAtItsCallAndOnlyThere) {
     host::FailCall("DeleteFileW", 2, ERROR_DISK_FULL);
@@ -30,13 +18,4 @@ TEST(PlatformHooks, AFaultComesAtItsCallAndOnlyThere) {
     EXPECT_EQ(host::Trace(), std::vector<std::string>(5, "DeleteFileW"));
     EXPECT_EQ(host::ClearFaults(), 2U);
     EXPECT_EQ(host::ClearFaults(), 0U);
-}
-
-TEST(PlatformHooks, OpenHandlesAreCountedAndAFailingCloseClosesThemToo) {
-    const ScratchFolder scratch;
-    const HANDLE log = OpenLog(scratch, FALSE);
-    EXPECT_EQ(host::OpenHandles(), 1U);
-    host::FailCall("CloseHandle", 1, ERROR_INVALID_HANDLE);
-    EXPECT_FALSE(CloseHandle(log));
-    EXPECT_EQ(host::OpenHandles(), 0U);
 }

@@ -330,7 +330,7 @@ BOOL WINAPI CreateProcessW(LPCWSTR application, LPWSTR command_line, LPSECURITY_
                            LPSECURITY_ATTRIBUTES thread_security, BOOL inherit_handles, DWORD flags,
                            LPVOID environment, LPCWSTR current_directory, LPSTARTUPINFOW startup,
                            LPPROCESS_INFORMATION information) {
-    if (host::CallFails("CreateProcessW"))
+    if (host::CallFails("CreateProcessW", {flags}))
         return FALSE;
     CheckStartArguments(application, process_security, thread_security, flags, environment);
     host::ReapChildren();
