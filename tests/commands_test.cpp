@@ -183,6 +183,9 @@ TEST(Commands, TheLogComesToTheFrontWithItsTextAtOnce) {
             ShowLogWindow(launcher);
             EXPECT_EQ(text(), "avent") << "of the same length";
             EXPECT_EQ(GetActiveWindow(), launcher.log_window);
+            WriteBytes(log, "");
+            ShowLogWindow(launcher);
+            EXPECT_EQ(text(), "") << "a log begun anew";
         });
     });
 }

@@ -253,6 +253,7 @@ TEST(Story, AbandonsWhateverAskedWhenTheSaveBehindYesFails) {
             EXPECT_EQ(TakeErrorBox(), "Veldrane VM\n" + message);
             EXPECT_EQ(Narrow(user::Status()), message);
             EXPECT_TRUE(run.launcher.dirty);
+            EXPECT_TRUE(run.launcher.config_path.empty());
             EXPECT_EQ(Command(), "z");
         }
         EXPECT_EQ(ListFolder(run.folder.path).size(), 2U) << "no temporary file stays";
