@@ -187,6 +187,8 @@ TEST(Commands, TheLogComesToTheFrontWithItsTextAtOnce) {
             ShowLogWindow(launcher);
             EXPECT_EQ(text(), "") << "a log begun anew";
         });
+        user::Pause(50);
+        user::Do([&] { EXPECT_EQ(GetActiveWindow(), run.launcher.log_window) << "it keeps the keyboard"; });
     });
 }
 

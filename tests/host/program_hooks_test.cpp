@@ -98,6 +98,8 @@ TEST(ProgramHooks, ACommandThatThrowsAnswersZero) {
         user::Do([&] {
             EXPECT_EQ(host::TracedArguments("SetTimer"), (std::vector<DWORD>{250}))
                 << "the tick of the window";
+            EXPECT_EQ(host::TracedArguments("InitCommonControlsEx"), (std::vector<DWORD>{9}))
+                << "lists and tabs";
             host::FailCall("MessageBoxW", 1, ERROR_NOT_ENOUGH_MEMORY);
             EXPECT_EQ(SendMessageW(run.launcher.main_window, WM_COMMAND, IDC_LAUNCH, 0), 0);
             EXPECT_EQ(host::ClearFaults(), 1U);

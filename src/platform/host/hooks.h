@@ -26,8 +26,8 @@ void StartTrace();
 std::vector<std::string> Trace();
 
 // What the last traced call of this name was given beside its texts, in its own order; empty without one.
-// Kept for CreateFileW (access, sharing, disposition) and MoveFileExW (flags), SetTimer (period),
-// CreateProcessW (flags).
+// Kept for CreateFileW (access, sharing, disposition), MoveFileExW (flags), SetTimer (period), CreateProcessW
+// (flags) and InitCommonControlsEx (classes).
 std::vector<DWORD> TracedArguments(const std::string& name);
 
 // The next call of this name, ReadFile or WriteFile, does only half of what it is asked for, and succeeds.

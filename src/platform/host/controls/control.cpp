@@ -73,7 +73,7 @@ LRESULT DefControlProcedure(const char* class_name, HWND window, UINT message, W
 
 BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* classes) {
     constexpr DWORD KNOWN_CLASSES = ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES;
-    if (host::CallFails("InitCommonControlsEx"))
+    if (host::CallFails("InitCommonControlsEx", {classes->dwICC}))
         return FALSE;
     if (classes->dwSize != sizeof(INITCOMMONCONTROLSEX) || (classes->dwICC & ~KNOWN_CLASSES) != 0)
         host::NotImplemented("InitCommonControlsEx", "other classes than lists and tabs");
