@@ -3,6 +3,33 @@
 
 #include "probe_windows.h"
 
+TEST(PlatformWindow, RestoringGivesTheFocusToTheWindowItself) {
+    ProbeWindows probe;
+    const HWND main = probe.MakeMain();
+    const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 10, 10}, main);
+    SetFocus(child);
+    probe.log.clear();
+    ShowWindow(main, SW_MINIMIZE);
+    EXPECT_EQ(GetFocus(), child);
+    ShowWindow(main, SW_RESTORE);
+    EXPECT_EQ(probe.Take("ACTIVATE KILLFOCUS SETFOCUS"), "child KILLFOCUS, main SETFOCUS, main ACTIVATE 1");
+    EXPECT_EQ(GetFocus(), main);
+}
+
+TEST(PlatformWindow, ADisabledParentLeavesItsControlTheFocus) {
+    ProbeWindows probe;
+    const HWND main = probe.MakeMain();
+    const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 10, 10}, main);
+    SetFocus(child);
+    EnableWindow(main, FALSE);
+    EXPECT_EQ(GetFocus(), child);
+    EnableWindow(main, TRUE);
+    PostQuitMessage(7);
+    PostMessageW(main, WM_APP, 0, 0);
+    MSG message{};
+    EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) << "nothing else matches";
+}
+
 TEST(PlatformWindow, FocusLeavesWhatIsDisabledOrHidden) {
     ProbeWindows probe;
     const HWND main = probe.MakeMain();

@@ -373,5 +373,8 @@ BOOL WINAPI DeleteFileW(LPCWSTR path) {
         return host::Fail(ERROR_ACCESS_DENIED);
     if (!CanBeDeleted(status))
         return host::Fail(ERROR_SHARING_VIOLATION);
+    if (!ClaimsOn(status).empty())
+        host::NotImplemented("DeleteFileW",
+                             "a file that is still open: its name would stay until the last handle");
     return unlink(native.c_str()) == 0 ? TRUE : host::Fail(host::ErrorOf(errno, native));
 }

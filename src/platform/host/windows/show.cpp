@@ -44,8 +44,6 @@ void Minimise(const WindowPointer& window) {
     constexpr LONG ORIGIN = -32000;
     constexpr LONG WIDTH = 160;
     constexpr LONG HEIGHT = 24;
-    if (GetFocus() == window->handle || IsChild(window->handle, GetFocus()) != FALSE)
-        SetFocus(nullptr);
     window->restored = window->outer;
     window->style |= WS_MINIMIZE;
     window->size_on_show = false;
@@ -59,8 +57,8 @@ void Restore(const WindowPointer& window) {
     }
     window->style &= ~WS_MINIMIZE;
     MoveTo(window->handle, window->restored, 0);
-    if (GetActiveWindow() == window->handle)
-        SetFocus(window->handle);
+    SetFocus(window->handle);
+    SendMessageW(window->handle, WM_ACTIVATE, WA_ACTIVE, 0);
 }
 
 }  // namespace
