@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <string>
 
+#include "base/file_system.h"
 #include "base/text_convert.h"
 #include "demo/tessarun_output.h"
 
@@ -25,6 +26,13 @@ void SleepUntil(std::uint64_t moment_ms) {
         Sleep(static_cast<DWORD>(moment_ms - now));
 }
 
+// A time limit does not end this wait.
+void AwaitFile(const WideText& path) {
+    constexpr DWORD LOOK_EVERY_MS = 10;
+    while (!path.empty() && QueryFileType(path, "status") == FileType::Missing)
+        Sleep(LOOK_EVERY_MS);
+}
+
 }  // namespace
 
 std::uint32_t PlayMachine(const MachineScript& script, std::uint32_t limit_ms) {
@@ -44,6 +52,7 @@ std::uint32_t PlayMachine(const MachineScript& script, std::uint32_t limit_ms) {
         PrintLine("Ligne " + NumberText(line) + " sur " + NumberText(script.lines) + ".");
     }
     SleepUntil(start_ms + (is_cut ? limit_ms : script.duration_ms));
+    AwaitFile(script.awaited);
     if (is_cut) {
         PrintLine("Délai de " + NumberText(limit_ms) + " ms écoulé : machine arrêtée.");
         return TIME_LIMIT_EXIT_CODE;

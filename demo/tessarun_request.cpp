@@ -113,7 +113,7 @@ struct ScriptWord {
     void (*take)(MachineScript& script, WideView value);
 };
 
-constexpr std::array<ScriptWord, 6> SCRIPT_WORDS{{
+constexpr std::array<ScriptWord, 7> SCRIPT_WORDS{{
     {TEXT("demo.duree="),
      [](MachineScript& script, WideView value) { script.duration_ms = Number(value, 0, DURATION_MS_MAX); }},
     {TEXT("demo.lignes="),
@@ -124,6 +124,7 @@ constexpr std::array<ScriptWord, 6> SCRIPT_WORDS{{
      }},
     {TEXT("demo.octets="),
      [](MachineScript& script, WideView value) { script.filler_bytes = Number(value, 0, FILLER_BYTES_MAX); }},
+    {TEXT("demo.attend="), [](MachineScript& script, WideView value) { script.awaited = value; }},
     {TEXT("demo.texte="),
      [](MachineScript& script, WideView value) { script.texts.push_back(Utf8FromWide(value)); }},
     {TEXT("demo.invalide"),

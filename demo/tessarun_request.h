@@ -25,6 +25,7 @@ struct MachineScript {
     std::uint32_t exit_code = 0;      // demo.code=N, 32 bits
     std::uint32_t filler_bytes = 0;   // demo.octets=N, at most 64 MiB of log in front of the lines
     bool writes_bad_utf8 = false;     // demo.invalide: a byte that is no UTF-8
+    WideText awaited;                 // demo.attend=FILE: the machine lives on until this file is there
     std::vector<std::string> texts;   // demo.texte=TEXT: a line of its own; can stand several times
 };
 

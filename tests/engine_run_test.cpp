@@ -159,7 +159,7 @@ TEST(EngineRun, NamesTheLogThatCannotBeMadeAndTheEngineThatCannotBeStarted) {
 
 TEST(EngineRun, GoesOnWhenTheLauncherIsClosed) {
     LauncherRun run;
-    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=3000 demo.lignes=3\n");
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu\n");
     const int exit_code = run.Run([&] {
         user::Click(IDC_LAUNCH);
         EXPECT_TRUE(
@@ -170,6 +170,7 @@ TEST(EngineRun, GoesOnWhenTheLauncherIsClosed) {
     EXPECT_EQ(exit_code, 0);
     EXPECT_EQ(run.launcher.engine_process, nullptr);
     EXPECT_FALSE(Contains(run.Log(), "Machine arrêtée")) << "closing waits for nothing";
+    WriteBytes(run.folder.Of(TEXT("feu")), "");
     for (int wait = 0; wait < 150 && !Contains(run.Log(), "Machine arrêtée"); ++wait)
         Sleep(100);
     EXPECT_TRUE(Contains(run.Log(), "Machine arrêtée"));

@@ -179,7 +179,7 @@ TEST(Keyboard, GoesOnFromAButtonThatItsOwnPressDisables) {
 
 TEST(Keyboard, LaunchesWithEnterInAFieldAndDoesNothingWithEscape) {
     LauncherRun run;
-    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=2500\n");
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu\n");
     run.Run([&] {
         user::Click(IDC_IDE_PRIMARY_SLAVE);
         user::Press(VK_ESCAPE);
@@ -190,6 +190,7 @@ TEST(Keyboard, LaunchesWithEnterInAFieldAndDoesNothingWithEscape) {
         user::Press(VK_RETURN);
         user::Pause(100);
         EXPECT_EQ(run.launcher.engine_process, first_run) << "while a run is on, Enter does nothing";
+        WriteBytes(run.folder.Of(TEXT("feu")), "");
         EXPECT_TRUE(user::WaitForStatus(TEXT("VM terminée.")));
         EXPECT_FALSE(run.launcher.dirty);
         // With no kernel the refusal leads to its field.

@@ -426,7 +426,7 @@ TEST(Story, TheFileBoxesAskAndStartInTheFolderOfTheConfiguration) {
 
 TEST(Story, EndsARunWhileThePromptIsOpen) {
     LauncherRun run;
-    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=2500 demo.code=1\n");
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu demo.code=1\n");
     run.Run([&] {
         user::Click(IDC_LAUNCH);
         EXPECT_TRUE(
@@ -434,6 +434,7 @@ TEST(Story, EndsARunWhileThePromptIsOpen) {
         TypeIntoCommand(TEXT("x"));
         user::Click(IDC_RESET);
         EXPECT_TRUE(user::WaitForBox());
+        WriteBytes(run.folder.Of(TEXT("feu")), "");
         EXPECT_TRUE(user::WaitForStatus(TEXT("Échec (code 1). Consultez le journal.")));
         EXPECT_TRUE(user::WaitUntil([] { return IsWindowVisible(user::LogWindow()) != FALSE; }));
         EXPECT_EQ(run.launcher.engine_process, nullptr);
