@@ -10,10 +10,7 @@ constexpr DWORD READ = GENERIC_READ;
 constexpr DWORD WRITE = GENERIC_WRITE;
 constexpr DWORD LOOK = FILE_READ_ATTRIBUTES;
 constexpr DWORD FOLDERS = FILE_FLAG_BACKUP_SEMANTICS;
-constexpr DWORD R = FILE_SHARE_READ;
-constexpr DWORD W = FILE_SHARE_WRITE;
 constexpr DWORD RW = FILE_SHARE_READ | FILE_SHARE_WRITE;
-constexpr DWORD NONE = 0;
 constexpr DWORD REPLACE = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
 constexpr DWORD ALL = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
@@ -79,35 +76,6 @@ TEST(PlatformFile, AnOpenFailsWithTheErrorOfItsMistake) {
     }
     EXPECT_EQ(ReadBytes(scratch.Of(TEXT("file"))), "x");
     EXPECT_EQ(ListFolder(scratch.path).size(), 2U);
-}
-
-TEST(PlatformFile, AFileIsSharedOnlyAsBothOpensAllow) {
-    const ScratchFolder scratch;
-    const WideText path = scratch.Of(TEXT("shared"));
-    const struct {
-        DWORD first_access;
-        DWORD first_share;
-        DWORD second_access;
-        DWORD second_share;
-        bool is_allowed;
-    } cases[] = {
-        {WRITE, RW, READ, RW, true},     {WRITE, RW, READ, R, false},  {WRITE, NONE, READ, RW, false},
-        {WRITE, R, WRITE, RW, false},    {WRITE, RW, WRITE, W, true},  {READ, R, READ, R, true},
-        {READ, W, READ, RW, false},      {READ, RW, LOOK, NONE, true}, {WRITE, NONE, LOOK, NONE, true},
-        {LOOK, NONE, WRITE, NONE, true},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.first_access << "/" << c.first_share << " then "
-                                        << c.second_access << "/" << c.second_share);
-        WriteBytes(path, "x");
-        const File first(path, c.first_access, c.first_share, OPEN_EXISTING);
-        const File second(path, c.second_access, c.second_share, OPEN_EXISTING);
-        EXPECT_EQ(first.error, 0U);
-        EXPECT_EQ(second.error, c.is_allowed ? 0U : ERROR_SHARING_VIOLATION);
-    }
-    const File holder(path, READ, R, OPEN_EXISTING);
-    EXPECT_EQ(File(path, WRITE, RW, CREATE_ALWAYS).error, ERROR_SHARING_VIOLATION);
-    EXPECT_EQ(ReadBytes(path), "x") << "a refused open has emptied the file";
 }
 
 TEST(PlatformFile, AMoveReplacesAFileAndNothingElse) {

@@ -16,20 +16,6 @@ TEST(PlatformWindow, RestoringGivesTheFocusToTheWindowItself) {
     EXPECT_EQ(GetFocus(), main);
 }
 
-TEST(PlatformWindow, ADisabledParentLeavesItsControlTheFocus) {
-    ProbeWindows probe;
-    const HWND main = probe.MakeMain();
-    const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 10, 10}, main);
-    SetFocus(child);
-    EnableWindow(main, FALSE);
-    EXPECT_EQ(GetFocus(), child);
-    EnableWindow(main, TRUE);
-    PostQuitMessage(7);
-    PostMessageW(main, WM_APP, 0, 0);
-    MSG message{};
-    EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) << "nothing else matches";
-}
-
 TEST(PlatformWindow, FocusLeavesWhatIsDisabledOrHidden) {
     ProbeWindows probe;
     const HWND main = probe.MakeMain();

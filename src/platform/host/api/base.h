@@ -36,7 +36,6 @@ using LPDWORD = DWORD*;
 
 using HANDLE = void*;
 using HLOCAL = void*;
-using HGLOBAL = void*;
 using HGDIOBJ = void*;
 using HWND = struct WindowTag*;
 using HMENU = struct MenuTag*;
