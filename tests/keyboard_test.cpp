@@ -147,19 +147,31 @@ TEST(Keyboard, ComesBackToItsFieldFromBoxesAndFromAMinimisedWindow) {
         expect_typed("abcd");
         user::Press(VK_TAB);
         EXPECT_EQ(FocusedId(), UINT{IDC_RAM_MIB});
-        user::Do([] { SetFocus(nullptr); });
-        user::Press(VK_TAB);
-        EXPECT_EQ(FocusedId(), UINT{IDC_TIMEOUT_MS}) << "a key without a window goes on from the field";
+        user::Do([] {
+            SetFocus(nullptr);
+            user::Press(VK_TAB);
+        });
+        EXPECT_TRUE(user::WaitUntil([] { return GetDlgCtrlID(GetFocus()) == IDC_TIMEOUT_MS; }))
+            << "a key without a window goes on from the field";
     });
 }
 
 TEST(Keyboard, GoesOnFromAButtonThatItsOwnPressDisables) {
     LauncherRun run;
-    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=400\n");
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu\n");
     run.Run([&] {
         user::WaitForStatus(TEXT("Configuration chargée."));
+        const WideText started = TEXT("VM démarrée. Les réglages s'appliquent au prochain lancement.");
         Focus(IDC_LAUNCH);
         user::Press(VK_SPACE);
+        EXPECT_TRUE(user::WaitForStatus(started));
+        user::Press(VK_TAB);
+        EXPECT_EQ(FocusedId(), UINT{IDC_LOAD}) << "meanwhile keys start at the window";
+        WriteBytes(run.folder.Of(TEXT("feu")), "");
+        EXPECT_TRUE(user::WaitForStatus(TEXT("VM terminée.")));
+        Focus(IDC_LAUNCH);
+        user::Press(VK_SPACE);
+        EXPECT_TRUE(user::WaitForStatus(started));
         EXPECT_TRUE(user::WaitForStatus(TEXT("VM terminée.")));
         user::Press(VK_TAB);
         EXPECT_EQ(FocusedId(), UINT{IDC_VERIFY}) << "the button has the focus again";
