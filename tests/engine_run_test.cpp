@@ -176,6 +176,40 @@ TEST(EngineRun, GoesOnWhenTheLauncherIsClosed) {
     EXPECT_TRUE(Contains(run.Log(), "Machine arrêtée"));
 }
 
+TEST(EngineRun, ShowsTheGapThatAnEarlierEngineLeavesInTheLogAndLeavesItAlone) {
+    LauncherRun run;
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu demo.octets=3000\n");
+    run.Run([&] {
+        user::Click(IDC_LAUNCH);
+        user::WaitUntil([&] { return Contains(run.Log(), "Ligne 3"); });
+        user::CloseMainWindow();
+        user::WaitForEnd();
+    });
+    UnregisterClassW(TEXT("VeldraneVmLauncher"), nullptr);
+    UnregisterClassW(TEXT("VeldraneVmLog"), nullptr);
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu\n");
+    Launcher next;
+    user::RunWithUser(next, [&] {
+        user::Click(IDC_LAUNCH);
+        user::WaitForStatus(TEXT("VM démarrée. Les réglages s'appliquent au prochain lancement."));
+        WriteBytes(run.folder.Of(TEXT("feu")), "");
+        user::WaitForStatus(TEXT("VM terminée."));
+        user::Click(IDC_SHOW_LOG);
+        user::WaitUntil([&] {
+            const std::string text = Narrow(user::TextOf(GetDlgItem(next.log_window, 1)));
+            const std::size_t gap = text.find("code 0.\r\n··········");
+            return gap != std::string::npos &&
+                   text.find("··Machine arrêtée, code 0.", gap) != std::string::npos;
+        });
+        user::Do([&] { SendMessageW(GetDlgItem(next.log_window, 1), EM_SETSEL, 5, 9); });
+        user::Pause(600);
+        user::Do([&] {
+            EXPECT_EQ(SendMessageW(GetDlgItem(next.log_window, 1), EM_GETSEL, 0, 0), MAKELPARAM(5, 9))
+                << "the text was set again";
+        });
+    });
+}
+
 TEST(EngineRun, TakesWhatTheFormHoldsSavedOrNotAndFollowsItsLog) {
     LauncherRun run;
     run.WriteConfig(TEXT("veldranevm.config"), "");

@@ -33,6 +33,7 @@ TEST(LogText, ReadsUtf8AndElseTheWholeInTheAnsiCodePage) {
     } cases[] = {
         {"", TEXT("")},
         {"d\xC3\xA9marr\xC3\xA9\n", TEXT("démarré\r\n")},
+        {{"a\0\n", 3}, {TEXT("a\0\r\n"), 4}},
         // One bad byte sends the good ones through the code page too.
         {"d\xC3\xA9\xE9", TEXT("dÃ©é")},
         // A tail that starts inside a character.

@@ -24,6 +24,26 @@ TEST(RunLauncher, ShowsItsFailureThoughTheEndOfTheLoopHasBeenAskedFor) {
     EXPECT_EQ(exit_code, 1);
 }
 
+TEST(RunLauncher, ShortensALongTextInTheBoxAndNotInTheStatusLine) {
+    const std::string words = "Veldrane VM\nClé de configuration inconnue : ";
+    for (const std::size_t characters : {1000U, 1001U, 200000U}) {
+        LauncherRun run;
+        std::string key = "😀";  // two characters
+        key += std::string(characters - 36, 'k') + "😀";
+        run.WriteConfig(TEXT("veldranevm.config"), key + "=1\n");
+        run.Run([&] {
+            const std::string text = TakeErrorBox();
+            EXPECT_EQ(Wide(text).size(), 12U + 1000U);
+            EXPECT_TRUE(text.starts_with(words + "😀k") && text.ends_with("k😀")) << text;
+            EXPECT_EQ(text.find("k […] k") != std::string::npos, characters > 1000) << text;
+            user::WaitUntil([] { return user::IsVisible(IDC_LAUNCH); });
+            EXPECT_EQ(user::Status().size(), characters);
+        });
+        UnregisterClassW(TEXT("VeldraneVmLauncher"), nullptr);
+        UnregisterClassW(TEXT("VeldraneVmLog"), nullptr);
+    }
+}
+
 TEST(RunLauncher, TakesAFolderOfTheDefaultNameForAFileThatCannotBeLoaded) {
     LauncherRun run;
     MakeFolder(run.folder.Of(TEXT("veldranevm.config")));

@@ -2,7 +2,6 @@
 #include "base/text_convert.h"
 
 #include <algorithm>
-#include <exception>
 #include <stdexcept>
 
 namespace {
@@ -64,7 +63,7 @@ WideText WideFromAnsi(std::string_view text) {
 WideText WideFromMessage(const char* message) {
     try {
         return WideFromUtf8(message);
-    } catch (const std::exception&) {
+    } catch (const std::runtime_error&) {
         return WideFromAnsi(message);
     }
 }

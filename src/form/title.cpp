@@ -5,7 +5,7 @@
 #include "form/title_text.h"
 
 void RefreshTitle(Launcher& launcher) {
-    SetWindowTextW(launcher.main_window, TitleText(launcher.dirty).c_str());
+    SetWindowTextW(launcher.main_window, TitleText(launcher.dirty));
     SetWindowTextW(launcher.path_label, ConfigLineText(launcher.config_path, launcher.dirty).c_str());
 }
 

@@ -1,13 +1,13 @@
 // The texts of title and line, and the conditions of the enabling.
 #include "form/title_text.h"
 
-WideText TitleText(bool dirty) {
+const WCHAR* TitleText(bool dirty) {
     return dirty ? TEXT("Veldrane VM — Configuration *") : TEXT("Veldrane VM — Configuration");
 }
 
-WideText ConfigLineText(WideView config_path, bool dirty) {
-    WideText line(config_path.empty() ? WideView(TEXT("Nouvelle configuration — non enregistrée"))
-                                      : config_path);
+ConfigLine ConfigLineText(WideView config_path, bool dirty) {
+    ConfigLine line(config_path.empty() ? WideView(TEXT("Nouvelle configuration — non enregistrée"))
+                                        : config_path);
     if (dirty)
         line += TEXT("  (modifiée)");
     return line;

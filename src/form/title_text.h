@@ -4,13 +4,17 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/fixed_text.h"
 #include "platform/win32.h"
 
 // The title of the main window; a mark follows it while there are unsaved changes.
-WideText TitleText(bool dirty);
+const WCHAR* TitleText(bool dirty);
+
+// Room for the longest path of the platform and the mark behind it.
+using ConfigLine = FixedText<32767 + 32>;
 
 // The line that names the configuration file, or says that there is none yet.
-WideText ConfigLineText(WideView config_path, bool dirty);
+ConfigLine ConfigLineText(WideView config_path, bool dirty);
 
 // What decides which controls are enabled.
 struct FormState {

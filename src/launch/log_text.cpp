@@ -1,7 +1,8 @@
 // Decoding the log as a whole, and its line ends in one pass from the end.
 #include "launch/log_text.h"
 
-#include <exception>
+#include <algorithm>
+#include <stdexcept>
 
 #include "base/text_convert.h"
 
@@ -13,7 +14,7 @@ constexpr WCHAR LINE_FEED = 0x0A;
 WideText Decoded(std::string_view bytes) {
     try {
         return WideFromUtf8(bytes);
-    } catch (const std::exception&) {
+    } catch (const std::runtime_error&) {
         return WideFromAnsi(bytes);
     }
 }
@@ -44,4 +45,9 @@ void NormalizeLineEnds(WideText& text) {
         if (needs_return)
             text[--to] = CARRIAGE_RETURN;
     }
+}
+
+void ShowZeros(WideText& text) {
+    constexpr WCHAR MIDDLE_DOT = 0xB7;  // in every font, also in the old fixed one
+    std::replace(text.begin(), text.end(), WCHAR{0}, MIDDLE_DOT);
 }

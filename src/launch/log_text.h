@@ -11,3 +11,6 @@ WideText LogText(std::string_view bytes);
 
 // Puts a carriage return in front of each line feed that has none, in place. Other characters stay.
 void NormalizeLineEnds(WideText& text);
+
+// Makes each zero, which would end the text in a control, a middle dot: one character for another, in place.
+void ShowZeros(WideText& text);

@@ -2,6 +2,7 @@
 #include "launch/log_window.h"
 
 #include <algorithm>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -30,12 +31,15 @@ void MakeLogWindow(Launcher& launcher) {
         throw std::runtime_error("Création du journal impossible.");
 }
 
-void MakeTextControl(HWND window) {
+bool MakeTextControl(HWND window) {
     const HWND control = CreateWindowExW(WS_EX_CLIENTEDGE, TEXT("EDIT"), TEXT(""), TEXT_STYLE, 0, 0, 1, 1,
                                          window, reinterpret_cast<HMENU>(UINT_PTR{TEXT_CONTROL_ID}),
                                          GetModuleHandleW(nullptr), nullptr);
+    if (control == nullptr)
+        return false;
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(ANSI_FIXED_FONT)), TRUE);
     SendMessageW(control, EM_SETLIMITTEXT, TEXT_LIMIT_CHARACTERS, 0);
+    return true;
 }
 
 // The last bytes of the file, at most LOG_TAIL_LIMIT of them; none if it cannot be opened.
@@ -49,6 +53,19 @@ std::optional<std::string> ReadLogTail(const WideText& path) {
     if (!tail.empty())
         ReadAt(file.Get(), size - tail.size(), tail.data(), tail.size(), read);
     return tail;
+}
+
+void ShowTail(HWND control, const WideText& path) {
+    const std::optional<std::string> tail = ReadLogTail(path);
+    if (!tail)
+        return;
+    WideText text = LogText(*tail);
+    ShowZeros(text);
+    // The control's text is fetched only where it can still be the same.
+    if (static_cast<std::size_t>(GetWindowTextLengthW(control)) == text.size() &&
+        GetControlText(control) == text)
+        return;
+    SetWindowTextW(control, text.c_str());
 }
 
 }  // namespace
@@ -68,23 +85,18 @@ void ShowLogWindow(Launcher& launcher) {
 void RefreshLogWindow(Launcher& launcher) {
     if (!LogWindowExists(launcher) || launcher.log_path.empty())
         return;
-    const std::optional<std::string> tail = ReadLogTail(launcher.log_path);
-    if (!tail)
-        return;
-    const WideText text = LogText(*tail);
-    const HWND control = GetDlgItem(launcher.log_window, TEXT_CONTROL_ID);
-    // The control's text is fetched only where it can still be the same.
-    if (static_cast<std::size_t>(GetWindowTextLengthW(control)) == text.size() &&
-        GetControlText(control) == text)
-        return;
-    SetWindowTextW(control, text.c_str());
+    try {
+        ShowTail(GetDlgItem(launcher.log_window, TEXT_CONTROL_ID), launcher.log_path);
+    } catch (const std::bad_alloc&) {
+        // The next tick tries again; a box at each tick would be the worse news.
+    }
 }
 
 LRESULT CALLBACK LogWindowProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_CREATE:
-            MakeTextControl(window);
-            return 0;
+            // A log window without its text would stay so; one that cannot be made is tried again.
+            return MakeTextControl(window) ? 0 : -1;
         case WM_SIZE:
             MoveWindow(GetDlgItem(window, TEXT_CONTROL_ID), 0, 0, LOWORD(lparam), HIWORD(lparam), TRUE);
             return 0;

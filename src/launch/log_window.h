@@ -16,7 +16,8 @@ inline constexpr WCHAR LOG_WINDOW_CLASS[] = TEXT("VeldraneVmLog");
 void ShowLogWindow(Launcher& launcher);
 
 // Brings the text of an existing log window, shown or hidden, in step with the file. A log that cannot be
-// opened leaves the text as it is. An unchanged log leaves scroll position and selection alone.
+// opened, or is too long for the memory that is left, leaves the text as it is. An unchanged log leaves
+// scroll position and selection alone. Nothing is thrown.
 void RefreshLogWindow(Launcher& launcher);
 
 // The window procedure of the log window's class.

@@ -1,4 +1,5 @@
-// Load, save and reset: files first, then the record, then the form.
+// Load, save and reset: files first, then the record, then the form. What can fail comes before the first
+// change of the record.
 #include "shell/config_commands.h"
 
 #include <utility>
@@ -54,8 +55,10 @@ void OnLoadCommand(Launcher& launcher) {
 
 void LoadConfiguration(Launcher& launcher, const WideText& path) {
     launcher.config = ReadConfigFile(path);
-    launcher.config_path = NormalPath(AbsolutePath(path));
-    launcher.run_directory = ParentPath(launcher.config_path);
+    WideText full_path = NormalPath(AbsolutePath(path));
+    WideText folder = ParentPath(full_path);
+    launcher.config_path = std::move(full_path);
+    launcher.run_directory = std::move(folder);
     launcher.dirty = false;
     FillForm(launcher);
     SetStatus(launcher, TEXT("Configuration chargée."));
@@ -66,10 +69,11 @@ bool SaveConfiguration(Launcher& launcher, bool save_as) {
     WideText target = ChooseTarget(launcher, save_as);
     if (target.empty())
         return false;
+    WideText folder = ParentPath(target);
     WriteConfigFile(target, config);
     launcher.config = std::move(config);
     launcher.config_path = std::move(target);
-    launcher.run_directory = ParentPath(launcher.config_path);
+    launcher.run_directory = std::move(folder);
     launcher.dirty = false;
     FillForm(launcher);
     SetStatus(launcher, TEXT("Configuration enregistrée."));
@@ -79,9 +83,10 @@ bool SaveConfiguration(Launcher& launcher, bool save_as) {
 void ResetConfiguration(Launcher& launcher) {
     if (!ConfirmDiscard(launcher))
         return;
+    WideText folder = launcher.start_directory;
     launcher.config = VmConfig{};
     launcher.config_path.clear();
-    launcher.run_directory = launcher.start_directory;
+    launcher.run_directory = std::move(folder);
     launcher.dirty = false;
     FillForm(launcher);
     SetStatus(launcher, TEXT("Réglages par défaut. Choisissez un noyau ELF."));

@@ -7,7 +7,6 @@
 
 #include "base/file_system.h"
 #include "base/path_ops.h"
-#include "base/text_convert.h"
 #include "form/form_exchange.h"
 #include "form/form_layout.h"
 #include "form/title_text.h"
@@ -57,8 +56,8 @@ void RegisterClasses(HINSTANCE instance) {
 void CreateMainWindow(Launcher& launcher) {
     const SIZE size = BaseWindowSize();
     launcher.main_window =
-        CreateWindowExW(0, MAIN_CLASS, TitleText(false).c_str(), MAIN_WINDOW_STYLE, CW_USEDEFAULT,
-                        CW_USEDEFAULT, size.cx, size.cy, nullptr, nullptr, launcher.instance, &launcher);
+        CreateWindowExW(0, MAIN_CLASS, TitleText(false), MAIN_WINDOW_STYLE, CW_USEDEFAULT, CW_USEDEFAULT,
+                        size.cx, size.cy, nullptr, nullptr, launcher.instance, &launcher);
     if (launcher.main_window == nullptr)
         throw std::runtime_error("Création du lanceur impossible.");
 }
@@ -122,7 +121,7 @@ int RunLauncher(Launcher& launcher, HINSTANCE instance, int show_command) {
         return StartAndPump(launcher, instance, show_command);
     } catch (const std::exception& error) {
         ForgetQuit();
-        ShowErrorBox(launcher.main_window, WideFromMessage(error.what()));
+        ShowErrorBox(launcher.main_window, error);
         return 1;
     }
 }

@@ -73,6 +73,14 @@ BOOL WINAPI SetCurrentDirectoryW(LPCWSTR path);
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size);
 HMODULE WINAPI GetModuleHandleW(LPCWSTR name);
 
+// --- where DLLs are looked for; of no effect here, where there are none ---
+
+constexpr DWORD LOAD_LIBRARY_SEARCH_SYSTEM32 = 0x800;
+
+// Only the empty folder, and only the system's.
+BOOL WINAPI SetDllDirectoryW(LPCWSTR folder);
+BOOL WINAPI SetDefaultDllDirectories(DWORD folders);
+
 // --- files ---
 
 struct SECURITY_ATTRIBUTES {

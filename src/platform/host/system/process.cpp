@@ -405,6 +405,18 @@ DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
     return is_cut ? size : static_cast<DWORD>(file.size());
 }
 
+BOOL WINAPI SetDllDirectoryW(LPCWSTR folder) {
+    if (folder == nullptr || *folder != 0)
+        host::NotImplemented("SetDllDirectoryW", "a folder to be searched");
+    return !host::CallFails("SetDllDirectoryW");
+}
+
+BOOL WINAPI SetDefaultDllDirectories(DWORD folders) {
+    if (folders != LOAD_LIBRARY_SEARCH_SYSTEM32)
+        host::NotImplemented("SetDefaultDllDirectories", "other folders than the system's");
+    return !host::CallFails("SetDefaultDllDirectories");
+}
+
 HMODULE WINAPI GetModuleHandleW(LPCWSTR name) {
     if (host::CallFails("GetModuleHandleW"))
         return nullptr;
