@@ -1,6 +1,8 @@
 // What of the program only the layer can show: what it asks of boxes, timers and labels.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "cases.h"
 #include "form/file_picker.h"
 #include "form/form_ids.h"
@@ -89,6 +91,16 @@ TEST(ProgramHooks, AFileBoxThatCannotRunIsToldAndNoCancel) {
         user::Click(IDC_DUMP_BROWSE);
         EXPECT_EQ(TakeErrorBox(), NO_BOX);
     });
+}
+
+TEST(ProgramHooks, TheSearchForDllsIsLimitedBeforeAnythingElse) {
+    host::FailCall("GetCurrentDirectoryW", 1, ERROR_ACCESS_DENIED);
+    host::FailCall("MessageBoxW", 1, ERROR_NOT_ENOUGH_MEMORY);
+    host::StartTrace();
+    EXPECT_EQ(wWinMain(nullptr, nullptr, nullptr, SW_SHOWNORMAL), 1);
+    const std::vector<std::string> calls = host::Trace();
+    EXPECT_EQ(std::find(calls.begin(), calls.end(), "SetDllDirectoryW"), calls.begin());
+    EXPECT_EQ(std::find(calls.begin(), calls.end(), "SetDefaultDllDirectories"), calls.begin() + 1);
 }
 
 TEST(ProgramHooks, ACommandThatThrowsAnswersZero) {
