@@ -23,12 +23,33 @@ LRESULT CallOwnProcedure(HWND control, UINT message, WPARAM wparam, LPARAM lpara
     return CallWindowProcW(own, control, message, wparam, lparam);
 }
 
+// A group box and the tab control lie over the controls that they frame, as their siblings. Their own surface
+// leaves these out: they would vanish for a moment each time that the frame is painted before them.
+void LeaveSiblingsOut(HWND frame, HDC surface) {
+    for (HWND sibling = GetWindow(GetParent(frame), GW_CHILD); sibling != nullptr;
+         sibling = GetWindow(sibling, GW_HWNDNEXT)) {
+        if (sibling == frame || IsWindowVisible(sibling) == FALSE)
+            continue;
+        RECT place{};
+        GetWindowRect(sibling, &place);
+        MapWindowPoints(nullptr, frame, reinterpret_cast<POINT*>(&place), 2);
+        ExcludeClipRect(surface, place.left, place.top, place.right, place.bottom);
+    }
+}
+
+LRESULT CALLBACK TabControlProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_ERASEBKGND)
+        LeaveSiblingsOut(window, reinterpret_cast<HDC>(wparam));
+    return CallOwnProcedure(window, message, wparam, lparam);
+}
+
 // A group box in a parent that clips its children never gets its background erased: it would show whatever
 // was there before. It is given the parent's background instead.
 LRESULT CALLBACK GroupBoxProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message == WM_ERASEBKGND)
-        return SendMessageW(GetParent(window), WM_ERASEBKGND, wparam, lparam);
-    return CallOwnProcedure(window, message, wparam, lparam);
+    if (message != WM_ERASEBKGND)
+        return CallOwnProcedure(window, message, wparam, lparam);
+    LeaveSiblingsOut(window, reinterpret_cast<HDC>(wparam));
+    return SendMessageW(GetParent(window), WM_ERASEBKGND, wparam, lparam);
 }
 
 // The labels of the table take an ampersand for the mark of an accelerator and swallow it, and these two show
@@ -84,6 +105,7 @@ void Prepare(Launcher& launcher, const ControlRow& row, HWND control) {
             break;
         case IDC_PAGE_TABS:
             launcher.tab_control = control;
+            Subclass(control, TabControlProc);
             InsertTabs(control);
             break;
         case IDC_MODULE_LIST:

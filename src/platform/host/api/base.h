@@ -45,6 +45,7 @@ using HICON = struct IconTag*;
 using HCURSOR = HICON;
 using HBRUSH = struct BrushTag*;
 using HFONT = struct FontTag*;
+using HDC = struct DeviceContextTag*;
 using HRGN = struct RegionTag*;
 using HDWP = void*;
 

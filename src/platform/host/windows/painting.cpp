@@ -112,6 +112,10 @@ HGDIOBJ WINAPI GetStockObject(int object) {
     return reinterpret_cast<HGDIOBJ>(STOCK_OBJECTS + static_cast<std::uintptr_t>(object));
 }
 
+int WINAPI ExcludeClipRect(HDC, int, int, int, int) {
+    return SIMPLEREGION;
+}
+
 HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name) {
     constexpr std::uintptr_t CURSORS = 0x60000;
     if (instance != nullptr)
