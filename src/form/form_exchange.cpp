@@ -82,12 +82,17 @@ void InsertModuleRow(HWND list, std::size_t index, const ModuleEntry& module) {
 }  // namespace
 
 WideText GetControlText(HWND control) {
-    WideText text(static_cast<std::size_t>(GetWindowTextLengthW(control)), WCHAR{});
+    WideText text;
+    ReadControlText(control, text);
+    return text;
+}
+
+void ReadControlText(HWND control, WideText& text) {
+    text.resize(static_cast<std::size_t>(GetWindowTextLengthW(control)));
     if (text.empty())
-        return text;
+        return;
     const int copied = GetWindowTextW(control, text.data(), static_cast<int>(text.size()) + 1);
     text.resize(static_cast<std::size_t>(copied));
-    return text;
 }
 
 std::uint32_t ReadNumberField(HWND control, std::uint32_t lowest, std::uint32_t highest, const char* label) {

@@ -11,6 +11,8 @@
 
 // The whole text of a control, nothing trimmed.
 WideText GetControlText(HWND control);
+// The same into a text that is there already, whose memory is used again.
+void ReadControlText(HWND control, WideText& text);
 
 // The number in an edit field, from `lowest` to `highest`. Anything but ASCII digits throws with `label`; a
 // number out of bounds throws too, and the field then has the focus with its text selected.

@@ -1,17 +1,37 @@
 // The batch of moves, the two pages, and what must be painted again after either.
 #include "form/form_layout.h"
 
+#include <algorithm>
+
 #include "form/placement.h"
 
 namespace {
+
+RECT PlaceInParent(HWND control) {
+    RECT place{};
+    GetWindowRect(control, &place);
+    MapWindowPoints(nullptr, GetParent(control), reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+Placement PlacementOf(const LayoutItem& item, std::int32_t dx, std::int32_t dy) {
+    return PlaceControl(item, static_cast<UINT>(GetDlgCtrlID(item.window)), dx, dy);
+}
+
+// Heights need no look: they change only together with the places of the bottom row.
+bool StandsAsPlaced(const LayoutItem& item, std::int32_t dx, std::int32_t dy) {
+    const RECT present = PlaceInParent(item.window);
+    const Placement placed = PlacementOf(item, dx, dy);
+    return present.left == placed.x && present.top == placed.y &&
+           present.right - present.left == placed.width;
+}
 
 void MoveControls(const Launcher& launcher, std::int32_t dx, std::int32_t dy) {
     HDWP batch = BeginDeferWindowPos(static_cast<int>(launcher.layout_items.size()));
     if (batch == nullptr)
         return;
     for (const LayoutItem& item : launcher.layout_items) {
-        const auto id = static_cast<UINT>(GetDlgCtrlID(item.window));
-        const Placement placed = PlaceControl(item, id, dx, dy);
+        const Placement placed = PlacementOf(item, dx, dy);
         batch = DeferWindowPos(batch, item.window, nullptr, placed.x, placed.y, placed.width, placed.height,
                                SWP_NOZORDER | SWP_NOACTIVATE);
         if (batch == nullptr)
@@ -36,13 +56,6 @@ void RepaintWithChildren(HWND window, const RECT* area) {
     RedrawWindow(window, area, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
 }
 
-RECT PlaceInParent(HWND control) {
-    RECT place{};
-    GetWindowRect(control, &place);
-    MapWindowPoints(nullptr, GetParent(control), reinterpret_cast<POINT*>(&place), 2);
-    return place;
-}
-
 }  // namespace
 
 SIZE BaseWindowSize() {
@@ -56,12 +69,18 @@ void LayoutForm(Launcher& launcher) {
     GetClientRect(launcher.main_window, &client);
     const std::int32_t dx = client.right - BASE_CLIENT_WIDTH;
     const std::int32_t dy = client.bottom - BASE_CLIENT_HEIGHT;
-    MoveControls(launcher, dx, dy);
+    // At the start everything stands where it was made, and need not be painted again.
+    const bool moves = !std::all_of(launcher.layout_items.begin(), launcher.layout_items.end(),
+                                    [&](const LayoutItem& item) { return StandsAsPlaced(item, dx, dy); });
+    if (moves)
+        MoveControls(launcher, dx, dy);
     if (launcher.module_list != nullptr) {
         const ColumnWidths widths = ModuleColumnWidths(dx);
         SetColumnWidth(launcher.module_list, 0, widths.file);
         SetColumnWidth(launcher.module_list, 1, widths.arguments);
     }
+    if (!moves)
+        return;
     // The first leaves the children out, for the window clips them; the second paints them again over it.
     InvalidateRect(launcher.main_window, nullptr, TRUE);
     RepaintWithChildren(launcher.main_window, nullptr);

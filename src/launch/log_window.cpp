@@ -2,8 +2,8 @@
 #include "launch/log_window.h"
 
 #include <algorithm>
+#include <memory>
 #include <new>
-#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -31,41 +31,75 @@ void MakeLogWindow(Launcher& launcher) {
         throw std::runtime_error("Création du journal impossible.");
 }
 
+// What goes from one tick to the next, so that an unchanged log is not decoded again and needs no memory. The
+// text control owns it.
+struct LogView {
+    WNDPROC control_procedure = nullptr;
+    std::string tail;   // the bytes that `text` was made of
+    WideText text;      // what the control is to show
+    std::string fresh;  // the bytes at this tick
+    WideText shown;     // what the control holds at this tick
+};
+
+LogView* ViewOf(HWND control) {
+    return reinterpret_cast<LogView*>(GetWindowLongPtrW(control, GWLP_USERDATA));
+}
+
+LRESULT CALLBACK TextControlProc(HWND control, UINT message, WPARAM wparam, LPARAM lparam) {
+    LogView* const view = ViewOf(control);
+    const WNDPROC own_procedure = view->control_procedure;
+    if (message == WM_NCDESTROY) {
+        SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(own_procedure));
+        delete view;
+    }
+    return CallWindowProcW(own_procedure, control, message, wparam, lparam);
+}
+
+// False when there is no window or no memory for it.
 bool MakeTextControl(HWND window) {
+    std::unique_ptr<LogView> view(new (std::nothrow) LogView);
     const HWND control = CreateWindowExW(WS_EX_CLIENTEDGE, TEXT("EDIT"), TEXT(""), TEXT_STYLE, 0, 0, 1, 1,
                                          window, reinterpret_cast<HMENU>(UINT_PTR{TEXT_CONTROL_ID}),
                                          GetModuleHandleW(nullptr), nullptr);
-    if (control == nullptr)
+    if (view == nullptr || control == nullptr)
         return false;
+    view->control_procedure = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(control, GWLP_WNDPROC));
+    SetWindowLongPtrW(control, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(view.release()));
+    SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(TextControlProc));
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(ANSI_FIXED_FONT)), TRUE);
     SendMessageW(control, EM_SETLIMITTEXT, TEXT_LIMIT_CHARACTERS, 0);
     return true;
 }
 
-// The last bytes of the file, at most LOG_TAIL_LIMIT of them; none if it cannot be opened.
-std::optional<std::string> ReadLogTail(const WideText& path) {
+// The last bytes of the file, at most LOG_TAIL_LIMIT of them; false if it cannot be opened.
+bool ReadLogTail(const WideText& path, std::string& tail) {
     const OwnedHandle file = OpenForReading(path);
     std::uint64_t size = 0;
     if (!file || !FileSize(file.Get(), size))
-        return std::nullopt;
-    std::string tail(static_cast<std::size_t>(std::min<std::uint64_t>(size, LOG_TAIL_LIMIT)), '\0');
+        return false;
+    tail.resize(static_cast<std::size_t>(std::min<std::uint64_t>(size, LOG_TAIL_LIMIT)));
     std::size_t read = 0;
     if (!tail.empty())
         ReadAt(file.Get(), size - tail.size(), tail.data(), tail.size(), read);
-    return tail;
+    std::fill(tail.begin() + static_cast<std::ptrdiff_t>(read), tail.end(), '\0');
+    return true;
 }
 
-void ShowTail(HWND control, const WideText& path) {
-    const std::optional<std::string> tail = ReadLogTail(path);
-    if (!tail)
+void ShowTail(HWND control, LogView& view, const WideText& path) {
+    if (!ReadLogTail(path, view.fresh))
         return;
-    WideText text = LogText(*tail);
-    ShowZeros(text);
+    if (view.fresh != view.tail) {
+        view.text = LogText(view.fresh);
+        ShowZeros(view.text);
+        view.tail.swap(view.fresh);
+    }
     // The control's text is fetched only where it can still be the same.
-    if (static_cast<std::size_t>(GetWindowTextLengthW(control)) == text.size() &&
-        GetControlText(control) == text)
-        return;
-    SetWindowTextW(control, text.c_str());
+    if (static_cast<std::size_t>(GetWindowTextLengthW(control)) == view.text.size()) {
+        ReadControlText(control, view.shown);
+        if (view.shown == view.text)
+            return;
+    }
+    SetWindowTextW(control, view.text.c_str());
 }
 
 }  // namespace
@@ -85,8 +119,12 @@ void ShowLogWindow(Launcher& launcher) {
 void RefreshLogWindow(Launcher& launcher) {
     if (!LogWindowExists(launcher) || launcher.log_path.empty())
         return;
+    const HWND control = GetDlgItem(launcher.log_window, TEXT_CONTROL_ID);
+    LogView* const view = ViewOf(control);
+    if (view == nullptr)
+        return;
     try {
-        ShowTail(GetDlgItem(launcher.log_window, TEXT_CONTROL_ID), launcher.log_path);
+        ShowTail(control, *view, launcher.log_path);
     } catch (const std::bad_alloc&) {
         // The next tick tries again; a box at each tick would be the worse news.
     }
