@@ -254,12 +254,8 @@ constexpr int HTNOWHERE = 0;
 constexpr int HTCLIENT = 1;
 constexpr int HTBORDER = 18;
 
-constexpr UINT SC_SIZE = 0xF000;
-constexpr UINT SC_MOVE = 0xF010;
 constexpr UINT SC_MINIMIZE = 0xF020;
-constexpr UINT SC_MAXIMIZE = 0xF030;
 constexpr UINT SC_CLOSE = 0xF060;
-constexpr UINT SC_KEYMENU = 0xF100;
 constexpr UINT SC_RESTORE = 0xF120;
 
 constexpr UINT PM_REMOVE = 0x0001;

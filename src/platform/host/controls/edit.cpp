@@ -134,25 +134,110 @@ void MoveCaret(Edit& edit, std::size_t place) {
         edit.anchor = place;
 }
 
-LRESULT PressKey(HWND window, Edit& edit, WPARAM key) {
-    const bool is_line_key = key == VK_UP || key == VK_DOWN || key == VK_HOME || key == VK_END;
-    const bool is_caret_key = is_line_key || key == VK_LEFT || key == VK_RIGHT;
-    if (is_caret_key && (GetKeyState(VK_CONTROL) < 0 || (is_line_key && HasStyle(window, ES_MULTILINE))))
-        NotImplemented("EDIT", "moving by words and by lines");
+constexpr std::u16string_view LINE_END = u"\r\n";
+
+std::size_t LineStart(std::u16string_view text, std::size_t place) {
+    const std::size_t line_end = text.substr(0, place).rfind(LINE_END);
+    return line_end == text.npos ? 0 : line_end + LINE_END.size();
+}
+
+std::size_t LineEnd(std::u16string_view text, std::size_t place) {
+    return std::min(text.find(LINE_END, place), text.size());
+}
+
+// The same column a line up or down, or the end of a line that is shorter.
+std::size_t LineUp(std::u16string_view text, std::size_t place) {
+    const std::size_t start = LineStart(text, place);
+    if (start == 0)
+        return place;
+    const std::size_t end_above = start - LINE_END.size();
+    return std::min(LineStart(text, end_above) + (place - start), end_above);
+}
+
+std::size_t LineDown(std::u16string_view text, std::size_t place) {
+    const std::size_t end = LineEnd(text, place);
+    if (end == text.size())
+        return place;
+    const std::size_t start_below = end + LINE_END.size();
+    return std::min(start_below + (place - LineStart(text, place)), LineEnd(text, start_below));
+}
+
+std::size_t CharacterLeft(std::u16string_view text, std::size_t place) {
+    return place - (text.substr(0, place).ends_with(LINE_END) ? 2 : std::min<std::size_t>(place, 1));
+}
+
+std::size_t CharacterRight(std::u16string_view text, std::size_t place) {
+    return std::min(place + (text.substr(place).starts_with(LINE_END) ? 2 : 1), text.size());
+}
+
+constexpr std::u16string_view BETWEEN_WORDS = u" \t";
+
+// The start of the word at the place or before it, and of the next one; a line is left only from its edge.
+std::size_t WordLeft(std::u16string_view text, std::size_t place) {
+    const std::size_t start = LineStart(text, place);
+    if (place == start)
+        return CharacterLeft(text, place);
+    const std::u16string_view before = text.substr(start, place - start);
+    const std::size_t last = before.find_last_not_of(BETWEEN_WORDS);
+    return start + (last == before.npos ? 0 : before.substr(0, last).find_last_of(BETWEEN_WORDS) + 1);
+}
+
+std::size_t WordRight(std::u16string_view text, std::size_t place) {
+    const std::size_t end = LineEnd(text, place);
+    if (place == end)
+        return CharacterRight(text, place);
+    const std::size_t blank = std::min(text.find_first_of(BETWEEN_WORDS, place), end);
+    return std::min(text.find_first_not_of(BETWEEN_WORDS, blank), end);
+}
+
+// As many lines away as are seen at once, in the same column.
+std::size_t PageAway(HWND window, std::u16string_view text, std::size_t place, WPARAM key) {
+    RECT client{};
+    GetClientRect(window, &client);
+    std::size_t start = LineStart(text, place);
+    const std::size_t column = place - start;
+    for (LONG line = 0; line < client.bottom / LINE_HEIGHT; ++line)
+        start = key == VK_PRIOR ? LineUp(text, start) : LineDown(text, start);
+    return std::min(LineStart(text, start) + column, LineEnd(text, start));
+}
+
+// Where a key takes the caret; the same place for a key that does not.
+std::size_t PlaceByKey(HWND window, const Edit& edit, WPARAM key) {
+    const std::u16string_view text = edit.text;
+    const bool has_lines = HasStyle(window, ES_MULTILINE);
+    const bool far = GetKeyState(VK_CONTROL) < 0;
     switch (key) {
         case VK_LEFT:
-        case VK_UP:
-            MoveCaret(edit, edit.caret - std::min<std::size_t>(edit.caret, 1));
-            return 0;
+            return far ? WordLeft(text, edit.caret) : CharacterLeft(text, edit.caret);
         case VK_RIGHT:
+            return far ? WordRight(text, edit.caret) : CharacterRight(text, edit.caret);
+        case VK_UP:
+            return has_lines ? LineUp(text, edit.caret) : CharacterLeft(text, edit.caret);
         case VK_DOWN:
-            MoveCaret(edit, std::min(edit.caret + 1, edit.text.size()));
-            return 0;
+            return has_lines ? LineDown(text, edit.caret) : CharacterRight(text, edit.caret);
         case VK_HOME:
-            MoveCaret(edit, 0);
-            return 0;
+            return far ? 0 : LineStart(text, edit.caret);
         case VK_END:
-            MoveCaret(edit, edit.text.size());
+            return far ? text.size() : LineEnd(text, edit.caret);
+        case VK_PRIOR:
+        case VK_NEXT:
+            return has_lines ? PageAway(window, text, edit.caret, key) : edit.caret;
+        default:
+            return edit.caret;
+    }
+}
+
+LRESULT PressKey(HWND window, Edit& edit, WPARAM key) {
+    switch (key) {
+        case VK_LEFT:
+        case VK_RIGHT:
+        case VK_UP:
+        case VK_DOWN:
+        case VK_HOME:
+        case VK_END:
+        case VK_PRIOR:
+        case VK_NEXT:
+            MoveCaret(edit, PlaceByKey(window, edit, key));
             return 0;
         case VK_DELETE:
             EraseNeighbour(window, edit, false);

@@ -31,6 +31,23 @@ void TellChange(const Window& window, UINT flags) {
         SendSize(window.handle, kind, client);
 }
 
+const char* NameOfSystemCommand(WPARAM command) {
+    constexpr struct {
+        WPARAM command;
+        const char* name;
+    } NAMES[] = {
+        {0xF000, "SC_SIZE"},       {0xF010, "SC_MOVE"},         {0xF030, "SC_MAXIMIZE"},
+        {0xF040, "SC_NEXTWINDOW"}, {0xF050, "SC_PREVWINDOW"},   {0xF070, "SC_VSCROLL"},
+        {0xF080, "SC_HSCROLL"},    {0xF090, "SC_MOUSEMENU"},    {0xF100, "SC_KEYMENU"},
+        {0xF130, "SC_TASKLIST"},   {0xF140, "SC_SCREENSAVE"},   {0xF150, "SC_HOTKEY"},
+        {0xF160, "SC_DEFAULT"},    {0xF170, "SC_MONITORPOWER"}, {0xF180, "SC_CONTEXTHELP"},
+    };
+    for (const auto& row : NAMES)
+        if (row.command == command)
+            return row.name;
+    return "a command that is none of the platform's";
+}
+
 LRESULT ObeySystemCommand(HWND handle, WPARAM command) {
     constexpr WPARAM COMMAND_BITS = 0xFFF0;
     switch (command & COMMAND_BITS) {
@@ -42,16 +59,8 @@ LRESULT ObeySystemCommand(HWND handle, WPARAM command) {
         case SC_RESTORE:
             ShowWindow(handle, SW_RESTORE);
             return 0;
-        case SC_SIZE:
-            NotImplemented("WM_SYSCOMMAND", "SC_SIZE");
-        case SC_MOVE:
-            NotImplemented("WM_SYSCOMMAND", "SC_MOVE");
-        case SC_MAXIMIZE:
-            NotImplemented("WM_SYSCOMMAND", "SC_MAXIMIZE");
-        case SC_KEYMENU:
-            NotImplemented("WM_SYSCOMMAND", "SC_KEYMENU");
         default:
-            NotImplemented("WM_SYSCOMMAND", "a command other than these: close, minimise, restore");
+            NotImplemented("WM_SYSCOMMAND", NameOfSystemCommand(command & COMMAND_BITS));
     }
 }
 

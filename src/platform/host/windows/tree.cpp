@@ -40,6 +40,13 @@ HWND HitInside(HWND handle, POINT point, LRESULT& part) {
     return part == HTTRANSPARENT ? nullptr : handle;
 }
 
+// Whether the window is the other one's owner, or its owner's, and so on; or the same.
+bool GoesBackTo(HWND owner, HWND window) {
+    while (window != nullptr && window != owner)
+        window = FindWindowState(window)->owner;
+    return window != nullptr;
+}
+
 }  // namespace
 
 HWND HitWindow(POINT point, LRESULT& part) {
@@ -49,15 +56,15 @@ HWND HitWindow(POINT point, LRESULT& part) {
     return hit;
 }
 
-// An owned window never lies beneath its owner: the owners rise first, and what a window owns rises after it.
+// An owned window never lies beneath its owner: everything that goes back to the same owner rises together,
+// in its order, and then the window with what it owns.
 void RaiseWindow(HWND handle) {
-    if (const HWND owner = FindWindowState(handle)->owner; owner != nullptr)
-        RaiseWindow(owner);
-    std::vector<HWND>& order = TopLevelWindows();
-    const auto place = std::find(order.begin(), order.end(), handle);
-    std::rotate(order.begin(), place, place + 1);
-    std::stable_partition(order.begin(), order.end(),
-                          [handle](HWND other) { return FindWindowState(other)->owner == handle; });
+    HWND first_owner = handle;
+    while (const HWND owner = FindWindowState(first_owner)->owner)
+        first_owner = owner;
+    for (const HWND raised : {first_owner, handle})
+        std::stable_partition(TopLevelWindows().begin(), TopLevelWindows().end(),
+                              [raised](HWND other) { return GoesBackTo(raised, other); });
 }
 
 }  // namespace host
