@@ -35,10 +35,11 @@ void MakeLogWindow(Launcher& launcher) {
 // text control owns it.
 struct LogView {
     WNDPROC control_procedure = nullptr;
-    std::string tail;   // the bytes that `text` was made of
-    WideText text;      // what the control is to show
-    std::string fresh;  // the bytes at this tick
-    WideText shown;     // what the control holds at this tick
+    std::string tail;         // the bytes that `text` was made of
+    bool is_settled = false;  // it came out twice: a conversion can fail for a moment
+    WideText text;            // what the control is to show
+    std::string fresh;        // the bytes at this tick
+    WideText shown;           // what the control holds at this tick
 };
 
 LogView* ViewOf(HWND control) {
@@ -88,10 +89,12 @@ bool ReadLogTail(const WideText& path, std::string& tail) {
 void ShowTail(HWND control, LogView& view, const WideText& path) {
     if (!ReadLogTail(path, view.fresh))
         return;
-    if (view.fresh != view.tail) {
+    const bool is_same = view.fresh == view.tail;
+    if (!is_same || !view.is_settled) {
         view.text = LogText(view.fresh);
         ShowZeros(view.text);
         view.tail.swap(view.fresh);
+        view.is_settled = is_same;
     }
     // The control's text is fetched only where it can still be the same.
     if (static_cast<std::size_t>(GetWindowTextLengthW(control)) == view.text.size()) {

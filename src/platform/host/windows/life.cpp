@@ -60,7 +60,8 @@ bool Introduce(const WindowPointer& window, CREATESTRUCTW& create) {
         if (IsWindow(handle) && SendMessageW(handle, WM_CREATE, 0, parameter) != -1)
             return IsWindow(handle) != FALSE;
     }
-    // A window that refuses goes without WM_DESTROY, and so do its children.
+    // A window that refuses goes without WM_DESTROY, and so do its children; what they own goes as ever.
+    DestroyOwned(handle);
     Remove(handle);
     return false;
 }
