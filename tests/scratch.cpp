@@ -2,8 +2,6 @@
 #include "scratch.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -11,18 +9,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-void AppendUtf8(std::string& text, char32_t point) {
-    if (point < 0x80) {
-        text += static_cast<char>(point);
-        return;
-    }
-    const int tail = point < 0x800 ? 1 : point < 0x10000 ? 2 : 3;
-    constexpr std::array<unsigned, 4> LEADS = {0, 0xC0, 0xE0, 0xF0};
-    text += static_cast<char>(LEADS[static_cast<std::size_t>(tail)] | (point >> (6 * tail)));
-    for (int left = tail - 1; left >= 0; left--)
-        text += static_cast<char>(0x80 | ((point >> (6 * left)) & 0x3F));
-}
 
 fs::path FreshFolder() {
     static unsigned made = 0;
@@ -91,23 +77,8 @@ bool MakeLink(WideView path, WideView target) {
 }
 
 std::string Narrow(WideView text) {
-    std::string narrow;
-    for (std::size_t at = 0; at < text.size(); at++) {
-        const char32_t unit = text[at];
-        const bool starts_pair = unit >= 0xD800 && unit < 0xDC00 && at + 1 < text.size();
-        const char32_t next = starts_pair ? text[at + 1] : 0;
-        if (next >= 0xDC00 && next < 0xE000) {
-            AppendUtf8(narrow, 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00));
-            at++;
-        } else if (unit >= 0xD800 && unit < 0xE000) {
-            std::array<char, 8> code{};
-            std::snprintf(code.data(), code.size(), "<%04X>", static_cast<unsigned>(unit));
-            narrow += code.data();
-        } else {
-            AppendUtf8(narrow, unit);
-        }
-    }
-    return narrow;
+    const std::u8string utf8 = fs::path(std::u16string(text.begin(), text.end())).u8string();
+    return {utf8.begin(), utf8.end()};
 }
 
 WideText Wide(std::string_view utf8) {

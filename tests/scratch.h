@@ -40,7 +40,6 @@ void Remove(WideView path);
 // Makes a symbolic link at the path; false where the machine does not let the user do so.
 bool MakeLink(WideView path, WideView target);
 
-// UTF-8 for messages and comparisons; an unpaired surrogate comes out as <DXXX>.
+// Well-formed text there and back.
 std::string Narrow(WideView text);
-// Wide text of well-formed UTF-8.
 WideText Wide(std::string_view utf8);
