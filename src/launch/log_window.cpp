@@ -36,7 +36,7 @@ void MakeLogWindow(Launcher& launcher) {
 struct LogView {
     WNDPROC control_procedure = nullptr;
     std::string tail;         // the bytes that `text` was made of
-    bool is_settled = false;  // it came out twice: a conversion can fail for a moment
+    bool is_settled = false;  // it came out twice in a row: a conversion can fail for a moment
     WideText text;            // what the control is to show
     std::string fresh;        // the bytes at this tick
     WideText shown;           // what the control holds at this tick
@@ -91,10 +91,11 @@ void ShowTail(HWND control, LogView& view, const WideText& path) {
         return;
     const bool is_same = view.fresh == view.tail;
     if (!is_same || !view.is_settled) {
-        view.text = LogText(view.fresh);
-        ShowZeros(view.text);
+        WideText text = LogText(view.fresh);
+        ShowZeros(text);
+        view.is_settled = is_same && text == view.text;
+        view.text.swap(text);
         view.tail.swap(view.fresh);
-        view.is_settled = is_same;
     }
     // The control's text is fetched only where it can still be the same.
     if (static_cast<std::size_t>(GetWindowTextLengthW(control)) == view.text.size()) {
