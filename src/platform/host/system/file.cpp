@@ -232,6 +232,8 @@ HANDLE WINAPI CreateFileW(LPCWSTR path, DWORD access, DWORD share_mode, LPSECURI
     request.disposition = request.native == "/dev/null" ? OPEN_EXISTING : disposition;
     request.allows_folder = (flags & FILE_FLAG_BACKUP_SEMANTICS) != 0;
     request.is_inheritable = security != nullptr && security->bInheritHandle != FALSE;
+    if (request.writes)
+        host::BeforeChange(request.native);
     return CheckTrailingSeparator(request) ? OpenRequested(request) : INVALID_HANDLE_VALUE;
 }
 
@@ -305,7 +307,12 @@ BOOL WINAPI FlushFileBuffers(HANDLE file) {
     const host::OpenFile* const open_file = host::FindFile(file);
     if (open_file == nullptr)
         return FALSE;
-    return open_file->can_write ? Done(fsync(open_file->descriptor.number)) : host::Fail(ERROR_ACCESS_DENIED);
+    if (!open_file->can_write)
+        return host::Fail(ERROR_ACCESS_DENIED);
+    if (fsync(open_file->descriptor.number) != 0)
+        return Done(-1);
+    host::AfterFlush(open_file->descriptor.number);
+    return TRUE;
 }
 
 BOOL WINAPI GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION information) {
@@ -352,10 +359,16 @@ BOOL WINAPI MoveFileExW(LPCWSTR from, LPCWSTR to, DWORD flags) {
         return host::Fail(ERROR_SHARING_VIOLATION);
     if (const DWORD error = ReplaceError(status, target, flags); error != ERROR_SUCCESS)
         return host::Fail(error);
+    host::BeforeChange(source);
+    host::BeforeChange(target);
     if (rename(source.c_str(), target.c_str()) != 0)
         return host::Fail(host::ErrorOf(errno, target));
-    const bool must_sync = (flags & MOVEFILE_WRITE_THROUGH) != 0;
-    return !must_sync || SyncFolderOf(target) ? TRUE : host::Fail(host::ErrorOf(errno));
+    if ((flags & MOVEFILE_WRITE_THROUGH) == 0)
+        return TRUE;
+    if (!SyncFolderOf(target))
+        return host::Fail(host::ErrorOf(errno));
+    host::AfterMove(source, target);
+    return TRUE;
 }
 
 BOOL WINAPI DeleteFileW(LPCWSTR path) {
@@ -376,5 +389,6 @@ BOOL WINAPI DeleteFileW(LPCWSTR path) {
     if (!ClaimsOn(status).empty())
         host::NotImplemented("DeleteFileW",
                              "a file that is still open: its name would stay until the last handle");
+    host::BeforeChange(native);
     return unlink(native.c_str()) == 0 ? TRUE : host::Fail(host::ErrorOf(errno, native));
 }

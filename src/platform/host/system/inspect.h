@@ -14,6 +14,11 @@ std::size_t OpenHandles();
 // How many process attribute lists have been initialised and not deleted.
 std::size_t OpenAttributeLists();
 
+// From here on files keep what was flushed, and moves only where they were written through; what a loss of
+// power then leaves is what LosePower puts there.
+void MakeDiskForgetful();
+void LosePower();
+
 // Where the program believes that its own file lies, as a Windows path; empty for the true place.
 void SetModuleFile(std::u16string path);
 

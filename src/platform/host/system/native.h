@@ -87,6 +87,14 @@ OpenFile* FindFile(HANDLE handle);
 // The descriptors of all open files that may be inherited, in ascending order.
 std::vector<int> InheritableDescriptors();
 
+// --- the disk that forgets ---
+
+// Each to be told: ahead of whatever changes the file at a path, once an open file is on the disk, and once a
+// move is.
+void BeforeChange(const std::string& native);
+void AfterFlush(int descriptor);
+void AfterMove(const std::string& source, const std::string& target);
+
 // --- children ---
 
 void AddChild(std::shared_ptr<ChildProcess> child);
