@@ -110,10 +110,20 @@ TEST(Killed, AtAnyMomentAProcessThatSavesLeavesTheOldFileOrTheNewOne) {
     std::set<std::string> seen;
     WriteBytes(saves.path, saves.texts[0]);
     for (int kills = std::getenv("VELDRANE_LONG") != nullptr ? 3500 : 50; kills > 0; --kills) {
+        int ends[2];
+        ASSERT_EQ(pipe(ends), 0);
         const pid_t child = fork();
-        if (child == 0)
-            for (unsigned save = 0;; ++save)
-                WriteConfigFile(saves.path, saves.configs[save % 2]);
+        if (child == 0) {
+            for (unsigned save = 0;; ++save) {
+                WriteConfigFile(saves.path, saves.configs[(save + static_cast<unsigned>(kills)) % 2]);
+                if (save == 0)
+                    close(ends[1]);
+            }
+        }
+        close(ends[1]);
+        char none = 0;
+        EXPECT_EQ(read(ends[0], &none, 1), 0) << "the first save is done";
+        close(ends[0]);
         usleep(static_cast<useconds_t>(random() % 20000));
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
