@@ -1,72 +1,13 @@
-// A start in which one call fails.
+// A start or a layout that meets the platform's limits.
 #include <gtest/gtest.h>
 
 #include "base/path_ops.h"
 #include "form/form_ids.h"
-#include "host/fault_sweep.h"
 #include "launcher_run.h"
+#include "platform/host/hooks.h"
+#include "platform/host/system/inspect.h"
 
 namespace {
-
-struct StartFault {
-    const char* name;
-    const char* call;
-    unsigned nth;
-    std::vector<std::string> boxes;  // how their texts begin
-};
-
-void PrintTo(const StartFault& fault, std::ostream* out) {
-    *out << fault.name;
-}
-
-class StartFaults : public testing::TestWithParam<StartFault> {};
-
-TEST_P(StartFaults, ReachTheUserAndEndWithOne) {
-    LauncherRun run;
-    host::FailCall(GetParam().call, GetParam().nth, ERROR_ACCESS_DENIED);
-    const int exit_code = run.Run([&] {
-        for (const std::string& start : GetParam().boxes) {
-            const std::string text = TakeErrorBox();
-            EXPECT_TRUE(text.starts_with("Veldrane VM\n" + start)) << text;
-        }
-        EXPECT_TRUE(user::WaitForEnd());
-    });
-    EXPECT_EQ(exit_code, 1);
-    EXPECT_EQ(host::ClearFaults(), 1U);
-    EXPECT_EQ(host::OpenHandles(), 0U);
-}
-
-// The user's own timer is the first one; the main window is the first window and its controls follow.
-INSTANTIATE_TEST_SUITE_P(
-    RunLauncher, StartFaults,
-    testing::Values(
-        StartFault{"CurrentDirectory", "GetCurrentDirectoryW", 1, {"current_path(): "}},
-        StartFault{"ModulePath", "GetModuleFileNameW", 1, {"Chemin du lanceur introuvable."}},
-        StartFault{"CommonControls", "InitCommonControlsEx", 1, {"Contrôles Win32 indisponibles."}},
-        StartFault{"MainClass", "RegisterClassW", 1, {"Enregistrement de la fenêtre impossible."}},
-        StartFault{"LogClass", "RegisterClassW", 2, {"Enregistrement du journal impossible."}},
-        StartFault{"MainWindow", "CreateWindowExW", 1, {"Création du lanceur impossible."}},
-        StartFault{"FirstControl",
-                   "CreateWindowExW",
-                   2,
-                   {"Création d'un contrôle impossible.", "Création du lanceur impossible."}},
-        StartFault{"LastControl",
-                   "CreateWindowExW",
-                   57,
-                   {"Création d'un contrôle impossible.", "Création du lanceur impossible."}},
-        StartFault{"DefaultFile", "CreateFileW", 1, {"exists: "}},
-        StartFault{"Timer", "SetTimer", 2, {"Initialisation du suivi VM impossible."}}),
-    [](const auto& tested) { return tested.param.name; });
-
-TEST(RunLauncher, TellsABrokenMessageLoop) {
-    LauncherRun run;
-    EXPECT_EQ(run.Run([&] {
-        user::Do([] { host::FailCall("GetMessageW", 1, ERROR_ACCESS_DENIED); });
-        EXPECT_EQ(TakeErrorBox(), "Veldrane VM\nBoucle de messages interrompue.");
-        EXPECT_TRUE(user::WaitForEnd());
-    }),
-              1);
-}
 
 TEST(RunLauncher, TakesTheLongestPathOfItsOwnFileAndNoLongerOne) {
     for (const std::size_t length : {32767U, 32768U}) {

@@ -1,0 +1,340 @@
+// The scene, its commands and the sweep.
+#include "host/command_scene.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "config/config_text.h"
+#include "form/form_exchange.h"
+#include "form/form_ids.h"
+#include "form/title.h"
+#include "launch/engine_run.h"
+#include "launch/log_window.h"
+#include "platform/host/hooks.h"
+#include "platform/host/system/inspect.h"
+#include "shell/config_commands.h"
+#include "shell/run_launcher.h"
+
+namespace {
+
+Scene* scene_in_play = nullptr;
+
+const char* const FIRST =
+    "version=1\nkernel=noyau.elf\ncommand=demo.duree=0\nide_primary_master=d0.img\nide_secondary_slave=d3."
+    "img\n"
+    "module_count=3\nmodule.0.path=m0\nmodule.1.path=m1\nmodule.1.command=un assez long "
+    "argument\nmodule.2.path=m2\n";
+const char* const SECOND =
+    "version=1\nkernel=autre noyau.elf\nram_mib=256\nheadless=1\nide_primary_slave=d1.img\nmodule_count=2\n"
+    "module.0.path=m1\nmodule.1.path=m0\nmodule.1.command=un autre argument\n";
+
+std::string BoxText(HWND box) {
+    std::string text = Narrow(GetControlText(box));
+    for (HWND child = GetWindow(box, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
+        if (GetDlgCtrlID(child) == 0xFFFF)
+            text += "\n" + Narrow(GetControlText(child));
+    return text;
+}
+
+void AnswerBox(Scene& scene, HWND box) {
+    int answer = IDOK;
+    if (GetDlgItem(box, IDYES) != nullptr)
+        answer = GetDlgItem(box, IDCANCEL) != nullptr ? IDNO : IDYES;
+    else if (const HWND name = GetDlgItem(box, 0x47C))
+        SetWindowTextW(name, scene.choice.c_str());
+    else
+        scene.boxes.push_back(BoxText(box));
+    PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(answer), 0);
+}
+
+void CALLBACK OnUserTick(HWND, UINT, UINT_PTR, DWORD) {
+    Scene& scene = *scene_in_play;
+    const HWND window = FindWindowW(TEXT("VeldraneVmLauncher"), nullptr);
+    const bool is_short = scene.shortage != nullptr && std::exchange(*scene.shortage, false);
+    if (const HWND box = FindWindowW(TEXT("#32770"), nullptr)) {
+        const host::OwnCalls own;
+        AnswerBox(scene, box);
+    } else if (scene.when_shown && IsWindowVisible(window) != FALSE) {
+        KillTimer(window, 1);
+        std::exchange(scene.when_shown, {})();
+        PostMessageW(window, WM_CLOSE, 0, 0);
+    }
+    if (scene.shortage != nullptr)
+        *scene.shortage = is_short;
+}
+
+std::string RowOf(HWND list, int row, int column) {
+    WCHAR text[512]{};
+    LVITEMW item{};
+    item.iSubItem = column;
+    item.pszText = text;
+    item.cchTextMax = 512;
+    SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    return Narrow(text);
+}
+
+void LookAtControls(const Launcher& launcher, Sight& sight) {
+    for (HWND child = GetWindow(launcher.main_window, GW_CHILD); child != nullptr;
+         child = GetWindow(child, GW_HWNDNEXT)) {
+        const int id = GetDlgCtrlID(child);
+        const std::string state = IsWindowEnabled(child) != FALSE ? "" : " (disabled)";
+        if (id > 0 && id < 1000)
+            sight[std::to_string(id)] = Narrow(GetControlText(child)) + state;
+    }
+    sight["title"] = Narrow(GetControlText(launcher.main_window));
+    for (const UINT id : {IDC_FORCE_NO_HEADER, IDC_EXPLICIT_VIDEO, IDC_HEADLESS})
+        sight[std::to_string(id)] +=
+            IsDlgButtonChecked(launcher.main_window, static_cast<int>(id)) == BST_CHECKED ? "x" : "";
+    sight["302"].clear();
+    const HWND list = launcher.module_list;
+    RECT place{};
+    for (int row = 0; SendMessageW(list, LVM_GETITEMRECT, static_cast<WPARAM>(row),
+                                   reinterpret_cast<LPARAM>(&place)) != FALSE;
+         ++row)
+        sight["302"] += RowOf(list, row, 0) + " " + RowOf(list, row, 1) + "\n";
+    sight["302"] += std::to_string(
+        SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), MAKELPARAM(LVNI_SELECTED, 0)));
+}
+
+void LookAtRecord(const Launcher& launcher, Sight& sight) {
+    sight["record"] = ComposeConfigText(launcher.config);
+    sight["paths"] = Narrow(launcher.config_path) + " " + Narrow(launcher.run_directory) + " " +
+                     Narrow(launcher.start_directory);
+    sight["marks"] = std::to_string(launcher.dirty) + std::to_string(launcher.filling) +
+                     std::to_string(launcher.selected_module);
+    sight["run"] = launcher.engine_process == nullptr ? "none" : launcher.run_is_dry ? "dry" : "real";
+    sight["log path"] = Narrow(launcher.log_path);
+    if (launcher.log_window != nullptr)
+        sight["log window"] = (IsWindowVisible(launcher.log_window) != FALSE ? "shown " : "hidden ") +
+                              Narrow(GetControlText(GetDlgItem(launcher.log_window, 1)));
+}
+
+// The log of an engine that is still writing is never twice the same.
+void LookAtFiles(const ScratchFolder& folder, Sight& sight) {
+    for (const WideText& name : ListFolder(folder.path)) {
+        const std::string bytes = ReadBytes(folder.Of(name));
+        sight["file " + Narrow(name)] =
+            name.ends_with(TEXT(".log")) && bytes != "ancien" ? "another log" : bytes;
+    }
+}
+
+void CloseEngine(Launcher& launcher) {
+    if (launcher.engine_process == nullptr)
+        return;
+    WaitForSingleObject(launcher.engine_process, INFINITE);
+    CloseHandle(launcher.engine_process);
+    launcher.engine_process = nullptr;
+}
+
+void PrepareFiles(const ScratchFolder& folder) {
+    const struct {
+        const WCHAR* name;
+        const char* bytes;
+    } files[] = {{TEXT("a.config"), FIRST}, {TEXT("b.config"), SECOND}, {TEXT("veldranevm.log"), "ancien"}};
+    for (const WideText& name : ListFolder(folder.path))
+        if (name.ends_with(TEXT("config")) || name.find(TEXT(".tmp-")) != WideText::npos)
+            Remove(folder.Of(name));
+    for (const auto& file : files)
+        WriteBytes(folder.Of(file.name), file.bytes);
+    for (const WCHAR* name :
+         {TEXT("d0.img"), TEXT("d1.img"), TEXT("d3.img"), TEXT("m0"), TEXT("m1"), TEXT("m2")})
+        WriteBytes(folder.Of(name), std::string(512, 'd'));
+}
+
+void ChooseRow(const Launcher& launcher, int row) {
+    LVITEMW item{};
+    item.state = item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    SendMessageW(launcher.module_list, LVM_SETITEMSTATE, static_cast<WPARAM>(row),
+                 reinterpret_cast<LPARAM>(&item));
+}
+
+std::function<void(Scene&)> Pressed(UINT id) {
+    return [id](Scene& scene) { scene.Press(id); };
+}
+
+std::function<void(Scene&)> Chosen(const WCHAR* name) {
+    return [name](Scene& scene) { scene.choice = scene.run.folder.Of(name); };
+}
+
+void Nothing(Scene&) {}
+
+void Tick(Scene& scene) {
+    scene.Tick();
+}
+
+void TakeLog(Scene& scene) {
+    scene.run.launcher.log_path = scene.run.folder.Of(TEXT("veldranevm.log"));
+}
+
+void OpenLog(Scene& scene) {
+    TakeLog(scene);
+    ShowLogWindow(scene.run.launcher);
+    WriteBytes(scene.run.launcher.log_path, "un journal qui est devenu plus long\n");
+}
+
+void EndRun(Scene& scene, const WCHAR* command) {
+    SetDlgItemTextW(scene.run.launcher.main_window, IDC_KERNEL_COMMAND, command);
+    LaunchEngine(scene.run.launcher, false);
+    WaitForSingleObject(scene.run.launcher.engine_process, INFINITE);
+}
+
+// After a failed run whose log could not be shown, the user asks for it.
+void TickOrShowLog(Scene& scene) {
+    if (scene.run.launcher.engine_process != nullptr)
+        scene.Tick();
+    else
+        scene.Press(IDC_SHOW_LOG);
+}
+
+void ExpectSame(const Sight& seen, const Sight& wanted, const std::vector<std::string>& loose) {
+    Sight names = seen;
+    names.insert(wanted.begin(), wanted.end());
+    for (const auto& [name, text] : names) {
+        if (std::find(loose.begin(), loose.end(), name) != loose.end())
+            continue;
+        const auto at = [&name = name](const Sight& sight) {
+            return sight.contains(name) ? sight.at(name) : "(none)";
+        };
+        EXPECT_EQ(at(seen), at(wanted)) << name;
+    }
+}
+
+}  // namespace
+
+const std::vector<SceneCommand>& SceneCommands() {
+    static const std::vector<SceneCommand> commands = {
+        {"Load", Chosen(TEXT("b.config")), Pressed(IDC_LOAD), {"record"}},
+        {"Save", Nothing, Pressed(IDC_SAVE), {}},
+        {"SaveNew",
+         [](Scene& scene) {
+             scene.run.launcher.config_path.clear();
+             RefreshTitle(scene.run.launcher);
+         },
+         Pressed(IDC_SAVE),
+         {}},
+        {"SaveAs", Chosen(TEXT("c.config")), Pressed(IDC_SAVE_AS), {}},
+        {"Reset", Nothing, Pressed(IDC_RESET), {}},
+        {"Launch", Nothing, Pressed(IDC_LAUNCH), {"log path", "file veldranevm.log"}},
+        {"Verify", Nothing, Pressed(IDC_VERIFY), {"log path", "file veldranevm.log"}},
+        {"PollSuccess", [](Scene& scene) { EndRun(scene, TEXT("demo.duree=0")); }, Tick, {}, true},
+        {"PollFailure",
+         [](Scene& scene) { EndRun(scene, TEXT("demo.duree=0 demo.code=7")); },
+         TickOrShowLog,
+         {"log window", "status"},
+         true},
+        {"RefreshLog", OpenLog, Tick, {"log window"}, true},
+        {"ShowLog", TakeLog, Pressed(IDC_SHOW_LOG), {"log window"}, true},
+        {"ShowLogAgain", OpenLog, Pressed(IDC_SHOW_LOG), {"log window"}, true},
+        {"AddModule", Chosen(TEXT("m1")), Pressed(IDC_MODULE_ADD), {}},
+        {"RemoveModule", Nothing, Pressed(IDC_MODULE_REMOVE), {}},
+        {"MoveModuleUp", Nothing, Pressed(IDC_MODULE_UP), {}},
+        {"MoveModuleDown", Nothing, Pressed(IDC_MODULE_DOWN), {}},
+    };
+    return commands;
+}
+
+void PrintTo(const SceneCommand& command, std::ostream* out) {
+    *out << command.name;
+}
+
+int Scene::Play(const std::function<void()>& test, const std::function<void()>& strike) {
+    constexpr std::uint64_t MS_PER_LOOK = 5;
+    host::ResetLayer();
+    host::TakeClock(MS_PER_LOOK);
+    scene_in_play = this;
+    when_shown = [&] {
+        test();
+        CloseEngine(run.launcher);
+        run.launcher.dirty = false;
+    };
+    boxes.clear();
+    const UINT_PTR timer = SetTimer(nullptr, 0, 10, OnUserTick);
+    if (strike)
+        strike();
+    const int exit_code = RunLauncher(run.launcher, nullptr, SW_SHOWNORMAL);
+    KillTimer(nullptr, timer);
+    if (IsWindow(run.launcher.main_window) != FALSE)
+        DestroyWindow(run.launcher.main_window);
+    return exit_code;
+}
+
+void Scene::Set(const SceneCommand& command) {
+    Launcher& launcher = run.launcher;
+    CloseEngine(launcher);
+    if (launcher.log_window != nullptr)
+        DestroyWindow(launcher.log_window);
+    launcher.log_window = nullptr;
+    launcher.log_path.clear();
+    launcher.run_is_dry = false;
+    PrepareFiles(run.folder);
+    LoadConfiguration(launcher, run.folder.Of(TEXT("a.config")));
+    ChooseRow(launcher, 1);
+    SetDlgItemTextW(launcher.main_window, IDC_RAM_MIB, TEXT("64"));
+    command.prepare(*this);
+    SetWindowTextW(launcher.status_label, TEXT("-"));
+}
+
+void Scene::Act(const SceneCommand& command) {
+    boxes.clear();
+    command.act(*this);
+}
+
+void Scene::Press(UINT id) const {
+    EXPECT_EQ(SendMessageW(run.launcher.main_window, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), 0), 0);
+}
+
+void Scene::Tick() const {
+    EXPECT_EQ(SendMessageW(run.launcher.main_window, WM_TIMER, 1, 0), 0);
+}
+
+Sight Scene::Look() const {
+    Sight sight;
+    LookAtControls(run.launcher, sight);
+    LookAtRecord(run.launcher, sight);
+    LookAtFiles(run.folder, sight);
+    sight["status"] = std::move(sight["502"]);
+    sight.erase("502");
+    return sight;
+}
+
+void SweepCommand(Scene& scene, const SceneCommand& command, const std::function<void(unsigned)>& strike,
+                  const std::function<bool()>& calm,
+                  const std::function<Verdict(unsigned, const std::string&)>& judge) {
+    SCOPED_TRACE(command.name);
+    const std::vector<std::string> no_box;
+    scene.Set(command);
+    const Sight before = scene.Look();
+    scene.Act(command);
+    const Sight after = scene.Look();
+    for (unsigned nth = 1; !testing::Test::HasFailure(); ++nth) {
+        SCOPED_TRACE(nth);
+        scene.Set(command);
+        ExpectSame(scene.Look(), before, {});
+        strike(nth);
+        scene.Act(command);
+        const bool has_failed = calm();
+        const Sight left = scene.Look();
+        if (!has_failed) {
+            EXPECT_EQ(scene.boxes, no_box);
+            return ExpectSame(left, after, {});
+        }
+        const Verdict verdict = judge(nth, left.at("status"));
+        std::vector<std::string> loose;
+        if (verdict.is_excused)
+            loose = command.loose;
+        if (!scene.boxes.empty())
+            loose.emplace_back("status");
+        ExpectSame(left, verdict.is_done ? after : before, loose);
+        EXPECT_EQ(host::OpenHandles(), scene.run.launcher.engine_process == nullptr ? 0U : 1U);
+        EXPECT_EQ(host::OpenAttributeLists(), 0U);
+        if (verdict.is_done && !verdict.is_excused)
+            scene.Set(command);
+        scene.Act(command);
+        EXPECT_EQ(scene.boxes, no_box);
+        ExpectSame(scene.Look(), after,
+                   verdict.is_lasting ? std::vector<std::string>{"status", "log window"}
+                                      : std::vector<std::string>{"status"});
+    }
+}
