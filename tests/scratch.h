@@ -28,6 +28,13 @@ std::filesystem::path NativePath(WideView path);
 // The way back, in full.
 WideText WindowsPath(const std::filesystem::path& native);
 
+// What this process holds: handles and windows, each kind by itself, and memory (0 where nothing tells).
+struct Held {
+    std::vector<std::size_t> counts;
+    std::size_t bytes = 0;
+};
+Held WhatIsHeld();
+
 void WriteBytes(WideView path, std::string_view bytes);
 std::string ReadBytes(WideView path);
 // True for files, folders and links, even a link that leads nowhere.

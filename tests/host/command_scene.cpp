@@ -171,7 +171,7 @@ void TakeLog(Scene& scene) {
 void OpenLog(Scene& scene) {
     TakeLog(scene);
     ShowLogWindow(scene.run.launcher);
-    WriteBytes(scene.run.launcher.log_path, "un journal qui est devenu plus long\n");
+    WriteBytes(scene.run.launcher.log_path, "un journal qui a été allongé\n");
 }
 
 void EndRun(Scene& scene, const WCHAR* command) {
@@ -333,8 +333,6 @@ void SweepCommand(Scene& scene, const SceneCommand& command, const std::function
             scene.Set(command);
         scene.Act(command);
         EXPECT_EQ(scene.boxes, no_box);
-        ExpectSame(scene.Look(), after,
-                   verdict.is_lasting ? std::vector<std::string>{"status", "log window"}
-                                      : std::vector<std::string>{"status"});
+        ExpectSame(scene.Look(), after, {"status", verdict.is_lasting ? "log window" : "status"});
     }
 }

@@ -1,4 +1,7 @@
-// The paths of the layer as the machine knows them.
+// The paths of the layer as the machine knows them, and what the layer and the machine count.
+#include <malloc.h>
+
+#include <iterator>
 #include <stdexcept>
 
 #include "platform/host/system/inspect.h"
@@ -13,4 +16,16 @@ std::filesystem::path NativePath(WideView path) {
 
 WideText WindowsPath(const std::filesystem::path& native) {
     return host::WidePath(std::filesystem::absolute(native).native());
+}
+
+Held WhatIsHeld() {
+    std::size_t windows = 0;
+    const auto count = [](HWND, LPARAM total) -> BOOL {
+        ++*reinterpret_cast<std::size_t*>(total);
+        return TRUE;
+    };
+    EnumWindows(count, reinterpret_cast<LPARAM>(&windows));
+    const std::filesystem::directory_iterator descriptors("/proc/self/fd");
+    const auto open = static_cast<std::size_t>(std::distance(begin(descriptors), end(descriptors)));
+    return {{host::OpenHandles(), host::OpenAttributeLists(), windows, open}, mallinfo2().uordblks};
 }

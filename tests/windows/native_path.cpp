@@ -1,4 +1,4 @@
-// The paths of the program are those of the machine.
+// The paths of the program are those of the machine; the machine counts what the program holds.
 #include "scratch.h"
 
 std::filesystem::path NativePath(WideView path) {
@@ -7,4 +7,11 @@ std::filesystem::path NativePath(WideView path) {
 
 WideText WindowsPath(const std::filesystem::path& native) {
     return std::filesystem::absolute(native).make_preferred().native();
+}
+
+Held WhatIsHeld() {
+    const HANDLE process = GetCurrentProcess();
+    DWORD handles = 0;
+    GetProcessHandleCount(process, &handles);
+    return {{handles, GetGuiResources(process, GR_USEROBJECTS), GetGuiResources(process, GR_GDIOBJECTS)}, 0};
 }
