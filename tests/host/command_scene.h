@@ -51,12 +51,11 @@ struct Scene {
 struct Verdict {
     bool is_done = false;     // all as after the command, otherwise all as before
     bool is_excused = false;  // but for what the command has as loose
-    bool is_lasting = false;  // the log stays as it is until the file changes
 };
 
 // Does the command again and again, each time with another of its steps failing: `strike` makes the nth fail,
-// `calm` says whether that came to pass. `judge` looks at the boxes and at the status line. Whatever became
-// of the command, it succeeds right afterwards.
+// `calm` says whether that came to pass. `judge` looks at the boxes, of which one at most has come, with the
+// text of the status line. Whatever became of the command, it succeeds right afterwards.
 void SweepCommand(Scene& scene, const SceneCommand& command, const std::function<void(unsigned)>& strike,
                   const std::function<bool()>& calm,
                   const std::function<Verdict(unsigned nth, const std::string& status)>& judge);

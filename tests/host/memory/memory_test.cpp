@@ -38,10 +38,7 @@ TEST_P(MemoryFaults, AreToldAndLeaveEverythingAsBeforeOrAsAfter) {
     scene.shortage = &shortage.is_on;
     scene.Play([&, lasts = lasts, &command = command] {
         const auto strike = [&](unsigned nth) { shortage = {true, lasts, nth, false}; };
-        SweepCommand(scene, command, strike, EndShortage, [&](unsigned, const std::string& status) {
-            for (const std::string& box : scene.boxes)
-                EXPECT_EQ(box, "Veldrane VM\n" + status);
-            EXPECT_LE(scene.boxes.size(), 1U);
+        SweepCommand(scene, command, strike, EndShortage, [&](unsigned, const std::string&) {
             ExpectMemoryBoxes(scene.boxes);
             return Verdict{scene.boxes.empty() || command.told_when_done, true};
         });
