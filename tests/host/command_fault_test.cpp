@@ -73,6 +73,23 @@ const struct {
     {ERROR_NOT_ENOUGH_MEMORY, "Not enough memory resources are available to process this command."},
 };
 
+// What the last call of a name is given by a command.
+const struct {
+    const char* command;
+    const char* call;
+    std::vector<DWORD> arguments;
+} ARGUMENTS[] = {
+    {"Load",
+     "CreateFileW",
+     {GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING}},
+    {"Save", "CreateFileW", {GENERIC_WRITE, 0, CREATE_NEW}},  // for nobody else
+    {"Save", "MoveFileExW", {MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH}},
+    {"Launch",
+     "CreateFileW",
+     {GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING}},  // the input
+    {"Launch", "CreateProcessW", {CREATE_NO_WINDOW | EXTENDED_STARTUPINFO_PRESENT}},
+};
+
 bool Holds(const std::string& words, const std::string& word) {
     return (" " + words + " ").find(" " + word + " ") != std::string::npos;
 }
@@ -115,6 +132,9 @@ TEST_P(CommandFaults, AreToldAndLeaveEverythingAsBeforeOrAsAfter) {
         host::StartTrace();
         scene.Act(command);
         const std::vector<std::string> calls = host::Trace();
+        for (const auto& row : ARGUMENTS)
+            if (Holds(row.command, command.name))
+                EXPECT_EQ(host::TracedArguments(row.call), row.arguments) << row.call;
         for (const unsigned shift : {0U, 1U}) {
             const auto error = [&](unsigned nth) { return (nth + shift) % std::size(ERRORS); };
             const auto strike = [&](unsigned nth) { host::FailNthCall(nth, ERRORS[error(nth)].code); };
