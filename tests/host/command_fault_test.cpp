@@ -49,6 +49,7 @@ const Row ROWS[] = {
     {"Save SaveNew SaveAs", "WideCharToMultiByte", 0, "Texte Unicode invalide."},
     {"Save SaveNew SaveAs", "CreateFileW", 1, "Impossible de créer le fichier de configuration."},
     {"Save SaveNew SaveAs", "WriteFile FlushFileBuffers MoveFileExW", 1, CANNOT_SAVE},
+    {"SaveRefused", "MultiByteToWideChar", 0, "Valeur hors limites : RAM (16..2048 Mio)"},
     {"Launch Verify", "CreateFileW", 7, "status: %"},  // the kernel, the disks, the modules, the engine
     {"Launch Verify", "CreateFileW", 1, "!Impossible de créer veldranevm.log."},
     {"Launch Verify", "CreateFileW", 1, "!Initialisation de l'entrée standard impossible."},

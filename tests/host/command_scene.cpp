@@ -201,6 +201,10 @@ const std::vector<SceneCommand>& SceneCommands() {
          },
          Pressed(IDC_SAVE),
          {}},
+        {"SaveRefused",
+         [](Scene& scene) { SetDlgItemTextW(scene.run.launcher.main_window, IDC_RAM_MIB, TEXT("9")); },
+         Pressed(IDC_SAVE),
+         {}},
         {"SaveAs", Chosen(TEXT("c.config")), Pressed(IDC_SAVE_AS), {}},
         {"Reset", Nothing, Pressed(IDC_RESET), {}},
         {"Launch", Nothing, Pressed(IDC_LAUNCH), {"log path", "file veldranevm.log"}},
@@ -290,11 +294,11 @@ void SweepCommand(Scene& scene, const SceneCommand& command, const std::function
                   const std::function<bool()>& calm,
                   const std::function<Verdict(unsigned, const std::string&)>& judge) {
     SCOPED_TRACE(command.name);
-    const std::vector<std::string> no_box;
     scene.Set(command);
     const Sight before = scene.Look();
     scene.Act(command);
     const Sight after = scene.Look();
+    const std::vector<std::string> usual_boxes = scene.boxes;
     for (unsigned nth = 1; !testing::Test::HasFailure(); ++nth) {
         SCOPED_TRACE(nth);
         scene.Set(command);
@@ -304,7 +308,7 @@ void SweepCommand(Scene& scene, const SceneCommand& command, const std::function
         const bool has_failed = calm();
         const Sight left = scene.Look();
         if (!has_failed) {
-            EXPECT_EQ(scene.boxes, no_box);
+            EXPECT_EQ(scene.boxes, usual_boxes);
             return ExpectSame(left, after, {});
         }
         const Verdict verdict = judge(nth, left.at("status"));
@@ -321,7 +325,7 @@ void SweepCommand(Scene& scene, const SceneCommand& command, const std::function
         if (verdict.is_done && !verdict.is_excused)
             scene.Set(command);
         scene.Act(command);
-        EXPECT_EQ(scene.boxes, no_box);
+        EXPECT_EQ(scene.boxes, usual_boxes);
         ExpectSame(scene.Look(), after, {"status"});
     }
 }

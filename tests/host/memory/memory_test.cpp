@@ -22,10 +22,12 @@ bool EndShortage() {
     return std::exchange(shortage, {}).came;
 }
 
+constexpr const char* REFUSED = "Veldrane VM\nValeur hors limites : RAM (16..2048 Mio)";
+
 void ExpectMemoryBoxes(const std::vector<std::string>& boxes) {
     for (const std::string& box : boxes)
         EXPECT_TRUE(box.starts_with("Veldrane VM\nMémoire insuffisante") || box == NO_LAUNCHER ||
-                    box == NO_LOG_WINDOW)
+                    box == NO_LOG_WINDOW || box == REFUSED)
             << box;
 }
 
