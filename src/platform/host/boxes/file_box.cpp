@@ -186,9 +186,9 @@ void StartFolder(Showing& showing, Text& name) {
     if (KindOf(request.lpstrInitialDir) == FileKind::Folder)
         showing.folder = FullPathOf(request.lpstrInitialDir);
     if (name.find(u'\\') != Text::npos) {
-        const Text folder = ParentOf(name);
-        if (!IsRelative(name) && KindOf(folder) == FileKind::Folder) {
-            showing.folder = FullPathOf(folder);
+        const Text folder = ParentOf(ResolveName(showing, name));
+        if (KindOf(folder) == FileKind::Folder) {
+            showing.folder = folder;
             name = LastElement(name);
         }
     }
@@ -246,7 +246,8 @@ BOOL ShowFileBox(const char* call, Purpose purpose, OPENFILENAMEW& request) {
             CloseBox(showing.box, IDCANCEL);
     };
     Text name = request.lpstrFile;
-    if (!name.empty() && FullPathOf(name).empty()) {
+    const bool is_absent = !name.empty() && FullPathOf(name).empty();
+    if (is_absent && (GetLastError() == ERROR_INVALID_NAME || name.size() >= MAX_PATH)) {
         Last().error = FNERR_INVALIDFILENAME;
         return FALSE;
     }
