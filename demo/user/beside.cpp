@@ -1,4 +1,6 @@
-// The user beside a program in this process: a thread of his own, whose actions run on the program's thread.
+// The user of a program in this process: beside it, on a thread of his own whose actions run on the program's
+// thread, or within it, called by it.
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <exception>
@@ -15,7 +17,7 @@ namespace user {
 
 namespace {
 
-constexpr UINT ACTION_PERIOD_MS = 10;
+constexpr UINT ACTION_PERIOD_MS = 10;  // the shortest of the platform
 
 // One action at a time goes from the user's thread to the program's, on the ticks of a timer that no modal
 // box stops.
@@ -124,6 +126,52 @@ int RunWithUser(Launcher& launcher, const std::function<void()>& story) {
     return exit_code;
 }
 
+namespace {
+
+// A user who is called by the program, whenever there is nothing else that it could do.
+struct UserWithin {
+    const std::function<unsigned()>* step = nullptr;
+    const std::function<void(unsigned)>* pass_time = nullptr;
+    bool is_done = false;
+    std::exception_ptr failure;
+};
+
+UserWithin within;
+
+unsigned NextDelay() {
+    try {
+        if (!within.is_done)
+            return (*within.step)();
+        CloseWhatIsLeft();
+    } catch (...) {
+        within.failure = std::current_exception();
+    }
+    return 0;
+}
+
+void CALLBACK OnNothingElseToDo(HWND, UINT, UINT_PTR timer, DWORD) {
+    const unsigned delay_ms = NextDelay();
+    within.is_done = delay_ms == 0;
+    const unsigned next_ms = std::max(delay_ms, ACTION_PERIOD_MS);
+    SetTimer(nullptr, timer, next_ms, OnNothingElseToDo);
+    (*within.pass_time)(next_ms);
+}
+
+}  // namespace
+
+int RunWithin(Launcher& launcher, const std::function<unsigned()>& step,
+              const std::function<void(unsigned)>& pass_time) {
+    meeting.program_thread = std::this_thread::get_id();
+    within = {&step, &pass_time, false, nullptr};
+    const UINT_PTR timer = SetTimer(nullptr, 0, ACTION_PERIOD_MS, OnNothingElseToDo);
+    pass_time(ACTION_PERIOD_MS);
+    const int exit_code = RunLauncher(launcher, GetModuleHandleW(nullptr), SW_SHOWNORMAL);
+    KillTimer(nullptr, timer);
+    if (within.failure)
+        std::rethrow_exception(within.failure);
+    return exit_code;
+}
+
 void Do(const std::function<void()>& action) {
     if (std::this_thread::get_id() == meeting.program_thread)
         return action();
@@ -139,6 +187,8 @@ void Do(const std::function<void()>& action) {
 }
 
 bool WaitUntil(const std::function<bool()>& condition, unsigned limit_ms) {
+    if (std::this_thread::get_id() == meeting.program_thread)
+        return condition();
     const auto limit = std::chrono::steady_clock::now() + std::chrono::milliseconds(limit_ms);
     try {
         for (;;) {

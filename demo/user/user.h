@@ -19,6 +19,15 @@ namespace user {
 // is thrown here.
 int RunWithUser(Launcher& launcher, const std::function<void()>& story);
 
+// Runs RunLauncher on this thread and calls the user on it too, from a timer: each time that the program has
+// no message, no input and nothing to paint any more, also inside its modal boxes. `step` may act by
+// everything below, which only takes effect once it has returned, and never waits. It gives the milliseconds
+// up to its next call, 0 for none: what is open then is closed without saving. `pass_time` is told each time
+// how long the program will wait; whoever has taken the clock moves it there. Gives the exit code; throws
+// what the step does.
+int RunWithin(Launcher& launcher, const std::function<unsigned()>& step,
+              const std::function<void(unsigned)>& pass_time);
+
 // Runs `action` between two messages of the program, also inside its modal boxes. Everything below goes
 // through it.
 void Do(const std::function<void()>& action);

@@ -1,0 +1,303 @@
+// What comes to a restless user's mind, how he does it, and what he sees then.
+#include "demo/user/restless.h"
+
+#include <initializer_list>
+#include <iterator>
+#include <string_view>
+
+#include "base/text_convert.h"
+#include "demo/user/user.h"
+#include "form/form_exchange.h"
+#include "form/form_ids.h"
+
+namespace user {
+
+namespace {
+
+const char* const KIND_NAMES[] = {"Type",     "Paste",  "Click",  "Zoom",      "Page",   "Row",
+                                  "Key",      "Answer", "Choose", "EndEngine", "Toggle", "Grow",
+                                  "CloseLog", "Resize", "Show",   "Wait",      "Close"};
+constexpr UINT FIELDS[] = {201, 203, 212, 204, 205, 208, 209, 307, 401, 402, 403, 404};
+constexpr UINT CHECK_BOXES[] = {206, 207, 211};
+constexpr UINT SOMETIMES_ENABLED[] = {208, 209, 210, 304, 305, 306, 307, 105, 106};
+constexpr WPARAM CELL_CHARACTERS = 512;
+constexpr WPARAM ROWS_LOOKED_AT = 8;
+
+HWND ControlOf(const Launcher& launcher, UINT id) {
+    return GetDlgItem(launcher.main_window, static_cast<int>(id));
+}
+
+std::string TextIn(HWND window) {
+    return Utf8ForDisplay(GetControlText(window));
+}
+
+void SelectRow(const Launcher& launcher, int row) {
+    LVITEMW item{};
+    item.state = row < 0 ? 0 : LVIS_SELECTED | LVIS_FOCUSED;
+    item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    const int changed = row < 0 ? launcher.selected_module : row;
+    if (changed >= 0)
+        SendMessageW(launcher.module_list, LVM_SETITEMSTATE, static_cast<WPARAM>(changed),
+                     reinterpret_cast<LPARAM>(&item));
+}
+
+std::string CellText(HWND list, WPARAM row, int column) {
+    WCHAR text[CELL_CHARACTERS]{};
+    LVITEMW item{};
+    item.iSubItem = column;
+    item.pszText = text;
+    item.cchTextMax = CELL_CHARACTERS;
+    SendMessageW(list, LVM_GETITEMTEXTW, row, reinterpret_cast<LPARAM>(&item));
+    return Utf8ForDisplay(text);
+}
+
+bool HasRow(HWND list, WPARAM row) {
+    RECT place{};
+    place.left = LVIR_BOUNDS;
+    return SendMessageW(list, LVM_GETITEMRECT, row, reinterpret_cast<LPARAM>(&place)) != FALSE;
+}
+
+std::string BoxInWords(HWND owner) {
+    const HWND box = Box();
+    if (box == nullptr)
+        return {};
+    if (GetWindow(box, GW_OWNER) != owner)
+        return "a question of the file box";
+    if (FileNameField() != nullptr)
+        return "a file box";
+    return BoxText();
+}
+
+std::string FocusInWords(const Launcher& launcher) {
+    if (launcher.log_window != nullptr && GetActiveWindow() == launcher.log_window)
+        return "in the log";
+    const HWND focus = GetFocus();
+    const int length = focus == nullptr ? 0 : GetWindowTextLengthW(focus);
+    const bool has_text =
+        focus != nullptr && (SendMessageW(focus, WM_GETDLGCODE, 0, 0) & DLGC_HASSETSEL) != 0;
+    const bool is_whole =
+        has_text && length > 0 && SendMessageW(focus, EM_GETSEL, 0, 0) == MAKELPARAM(0, length);
+    return std::to_string(GetDlgCtrlID(focus)) + (is_whole ? ", all selected" : "");
+}
+
+void LookAtForm(const Launcher& launcher, Looks& looks) {
+    const auto field = [&](UINT id) -> std::string& { return looks["field " + std::to_string(id)]; };
+    for (const UINT id : FIELDS)
+        field(id) = TextIn(ControlOf(launcher, id));
+    for (const UINT id : CHECK_BOXES)
+        field(id) = IsDlgButtonChecked(launcher.main_window, static_cast<int>(id)) == BST_CHECKED ? "1" : "0";
+    field(IDC_ZOOM) = std::to_string(SendMessageW(ControlOf(launcher, IDC_ZOOM), CB_GETCURSEL, 0, 0) + 1);
+    for (const UINT id : SOMETIMES_ENABLED)
+        looks["enabled " + std::to_string(id)] =
+            IsWindowEnabled(ControlOf(launcher, id)) != FALSE ? "yes" : "no";
+    const HWND list = launcher.module_list;
+    // Of a long list the first rows and the last one tell enough.
+    for (WPARAM row = 0; HasRow(list, row); ++row)
+        if (row < ROWS_LOOKED_AT || !HasRow(list, row + 1))
+            looks["rows"] += CellText(list, row, 0) + " : " + CellText(list, row, 1) + "\n";
+    looks["selected row"] = std::to_string(
+        SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), MAKELPARAM(LVNI_SELECTED, 0)));
+}
+
+void LookAtRecord(const VmConfig& config, Looks& looks) {
+    const auto tell = [&](const char* key, WideView text) { looks[key] = Utf8ForDisplay(text); };
+    const auto count = [&](const char* key, std::uint32_t number) { looks[key] = NumberText(number); };
+    tell("kernel", config.kernel);
+    tell("command", config.command);
+    tell("dump", config.dump);
+    count("ram_mib", config.ram_mib);
+    count("width", config.width);
+    count("height", config.height);
+    count("zoom", config.zoom);
+    count("timeout_ms", config.timeout_ms);
+    count("explicit_video", config.explicit_video ? 1 : 0);
+    count("headless", config.headless ? 1 : 0);
+    count("force_no_header", config.force_no_header ? 1 : 0);
+    tell("ide_primary_master", config.ide[0]);
+    tell("ide_primary_slave", config.ide[1]);
+    tell("ide_secondary_master", config.ide[2]);
+    tell("ide_secondary_slave", config.ide[3]);
+    for (const ModuleEntry& module : config.modules)
+        looks["modules"] += Utf8ForDisplay(module.path) + " : " + Utf8ForDisplay(module.command) + "\n";
+}
+
+void LookAtLog(const Launcher& launcher, Looks& looks) {
+    looks["log_path"] = Utf8ForDisplay(launcher.log_path);
+    if (launcher.log_window == nullptr)
+        return;
+    looks["log"] = IsWindowVisible(launcher.log_window) != FALSE ? "visible" : "hidden";
+    looks["log text"] = TextIn(GetDlgItem(launcher.log_window, 1));
+}
+
+}  // namespace
+
+std::string Text(const Action& action) {
+    return std::string("{Kind::") + KIND_NAMES[static_cast<int>(action.kind)] + ", " +
+           std::to_string(action.id) + ", " + std::to_string(action.number) + ", R\"(" + action.text +
+           ")\"},";
+}
+
+void Act(const Launcher& launcher, const Action& action) {
+    const HWND window = launcher.main_window;
+    const HWND control = ControlOf(launcher, action.kind == Kind::Zoom ? IDC_ZOOM : action.id);
+    switch (action.kind) {
+        case Kind::Type:
+            if (GetFocus() != control)
+                ClickWindow(control);
+            Press(VK_END);
+            return Type(WideFromUtf8(action.text));
+        case Kind::Paste:
+            SetWindowTextW(control, WideFromUtf8(action.text).c_str());
+            return;
+        case Kind::Click:
+            return ClickWindow(control);
+        case Kind::Zoom:
+        case Kind::Key:
+            SetFocus(control);
+            return Press(static_cast<WORD>(action.number));
+        case Kind::Page:
+            return ChooseTab(action.number);
+        case Kind::Row:
+            return SelectRow(launcher, action.number);
+        case Kind::Answer:
+            return FileNameField() != nullptr ? CancelFile() : user::AnswerBox(action.number);
+        case Kind::Choose:
+            return ChooseFile(WideFromUtf8(action.text));
+        case Kind::CloseLog:
+            SendMessageW(launcher.log_window, WM_CLOSE, 0, 0);
+            return;
+        case Kind::Resize:
+            return ResizeClient(920 + action.number, 676 + action.number / 2);
+        case Kind::Show:
+            ShowWindow(window, action.number);
+            return;
+        case Kind::Close:
+            return CloseMainWindow();
+        default:
+            return;
+    }
+}
+
+Looks LookAt(const Launcher& launcher) {
+    Looks looks;
+    looks["title"] = TextIn(launcher.main_window);
+    looks["line"] = TextIn(launcher.path_label);
+    looks["status"] = TextIn(launcher.status_label);
+    looks["box"] = BoxInWords(launcher.main_window);
+    looks["dirty"] = launcher.dirty ? "yes" : "no";
+    looks["config_path"] = Utf8ForDisplay(launcher.config_path);
+    looks["run_directory"] = Utf8ForDisplay(launcher.run_directory);
+    looks["selected_module"] = std::to_string(launcher.selected_module);
+    looks["engine"] = launcher.engine_process != nullptr ? "runs" : "";
+    looks["focus"] = FocusInWords(launcher);
+    LookAtForm(launcher, looks);
+    LookAtRecord(launcher.config, looks);
+    LookAtLog(launcher, looks);
+    return looks;
+}
+
+// --- what comes to his mind ---
+
+template <typename List>
+auto RestlessUser::OneOf(const List& list) {
+    return *(std::begin(list) + static_cast<std::ptrdiff_t>(random() % std::size(list)));
+}
+
+std::string RestlessUser::Path() {
+    const std::string name = Once(3) ? files.front() : OneOf(files);
+    const std::string forms[] = {name,
+                                 "~\\" + name,
+                                 "~/./deux/../" + name,
+                                 "deux\\..\\" + name,
+                                 "..\\" + name,
+                                 "\\absent\\" + name,
+                                 "D:\\x\\" + name,
+                                 "deux\\" + name,
+                                 ""};
+    return Once(2) ? forms[random() % 2] : OneOf(forms);
+}
+
+Action RestlessUser::Edit() {
+    constexpr UINT PATHS[] = {201, 201, 201, 212, 401, 402, 403, 404};
+    constexpr UINT NUMBERS[] = {204, 205, 208, 209};
+    const char* const good[] = {"16", "0128", "2048", "1024"};
+    const char* const bad[] = {"",   "0",    "15",      "2049",       "12a",
+                               " 5", "8193", "3600001", "4294967312", "99999999999999999999"};
+    const char* const arguments[] = {"", " x ", "é=\"a\" #", "a\tb"};
+    switch (random() % 10) {
+        case 0:
+            return {Kind::Type, OneOf(FIELDS), 0,
+                    OneOf(std::initializer_list<const char*>{" a", " é", " 7"})};
+        case 1:
+        case 2:
+            return {Kind::Paste, OneOf(NUMBERS), 0, Once(4) ? OneOf(bad) : OneOf(good)};
+        case 3:
+        case 4:
+            return {Kind::Paste, IDC_KERNEL_COMMAND, 0, Once(5) ? OneOf(arguments) : OneOf(words)};
+        case 5:
+        case 6:
+            return {Kind::Paste, IDC_MODULE_ARGS, 0, OneOf(arguments)};
+        default:
+            return {Kind::Paste, OneOf(PATHS), 0, Path()};
+    }
+}
+
+Action RestlessUser::AnswerBox(const std::string& box) {
+    if (Once(5))
+        return Outside();
+    constexpr int BUTTONS[] = {IDOK, IDYES, IDNO, IDCANCEL};
+    if (box != "a file box" || Once(4))
+        return {Kind::Answer, 0, OneOf(BUTTONS)};
+    const std::string name =
+        Once(4)   ? OneOf(std::initializer_list<const char*>{"neuf", "neuf.x", "deux\\c", "absent\\d"})
+        : Once(2) ? OneOf(configs)
+                  : OneOf(files);
+    return {Kind::Choose, 0, 0, (Once(2) ? "~\\" : "") + name};
+}
+
+// What happens while boxes are open, too.
+Action RestlessUser::Outside() {
+    switch (random() % 8) {
+        case 0:
+            return {Kind::Toggle, 0, 0, OneOf(Once(2) ? files : configs)};
+        case 1:
+            return {Kind::Grow, 0, 0,
+                    OneOf(std::initializer_list<const char*>{"ligne\n", "\r\n\n", "é", "a\rb@"})};
+        case 2:
+        case 3:
+            return {Kind::EndEngine};
+        default:
+            return {Kind::Wait, 0, Once(2) ? 10 : 250};
+    }
+}
+
+Action RestlessUser::Next(const Looks& seen) {
+    constexpr UINT BUTTONS[] = {101, 101, 102, 102, 103, 104, 105, 105, 105, 106, 106, 107, 202, 213, 411,
+                                412, 413, 414, 206, 207, 211, 303, 303, 303, 303, 304, 305, 305, 306, 306};
+    if (!seen.at("box").empty())
+        return AnswerBox(seen.at("box"));
+    const auto choice = random() % 100;
+    if (choice < 34)
+        return Edit();
+    if (choice < 66)
+        return {Kind::Click, OneOf(BUTTONS)};
+    if (choice < 70)
+        return {Kind::Zoom, 0, Once(2) ? VK_UP : VK_DOWN};
+    if (choice < 74)
+        return {Kind::Page, 0, Once(3) ? 0 : 1};
+    if (choice < 80)
+        return {Kind::Row, 0, static_cast<int>(random() % 5) - 1};
+    if (choice < 82)
+        return {Kind::Key, IDC_MODULE_LIST, Once(2) ? VK_UP : VK_DOWN};
+    if (choice < 84)
+        return {Kind::Key, OneOf(FIELDS), OneOf(std::initializer_list<int>{VK_RETURN, VK_ESCAPE, VK_TAB})};
+    if (choice < 85)
+        return {Kind::Resize, 0, static_cast<int>(random() % 200)};
+    if (choice < 87)
+        return {Kind::Show, 0, Once(3) ? SW_MINIMIZE : SW_RESTORE};
+    if (choice < 89)
+        return {Kind::CloseLog};
+    return choice < 90 ? Action{Kind::Close} : Outside();
+}
+
+}  // namespace user
