@@ -189,32 +189,4 @@ TEST(Keyboard, GoesOnFromAButtonThatItsOwnPressDisables) {
     });
 }
 
-TEST(Keyboard, LaunchesWithEnterInAFieldAndDoesNothingWithEscape) {
-    LauncherRun run;
-    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu\n");
-    run.Run([&] {
-        user::Click(IDC_IDE_PRIMARY_SLAVE);
-        user::Press(VK_ESCAPE);
-        user::Press(VK_RETURN);
-        EXPECT_TRUE(
-            user::WaitForStatus(TEXT("VM démarrée. Les réglages s'appliquent au prochain lancement.")));
-        const HANDLE first_run = run.launcher.engine_process;
-        user::Press(VK_RETURN);
-        user::Pause(100);
-        EXPECT_EQ(run.launcher.engine_process, first_run) << "while a run is on, Enter does nothing";
-        WriteBytes(run.folder.Of(TEXT("feu")), "");
-        EXPECT_TRUE(user::WaitForStatus(TEXT("VM terminée.")));
-        EXPECT_FALSE(run.launcher.dirty);
-        // With no kernel the refusal leads to its field.
-        user::Fill(IDC_KERNEL_PATH, TEXT(""));
-        user::Click(IDC_RAM_MIB);
-        user::Press(VK_RETURN);
-        EXPECT_EQ(TakeErrorBox(), "Veldrane VM\nChoisissez un noyau ELF.");
-        EXPECT_EQ(FocusedId(), UINT{IDC_KERNEL_PATH});
-        user::Press(VK_ESCAPE);
-        user::Pause(100);
-        EXPECT_NE(user::MainWindow(), nullptr);
-    });
-}
-
 }  // namespace
