@@ -68,6 +68,18 @@ void Press(const std::string& what, UINT id) {
     user::Click(id);
 }
 
+// Waits for a message box, tells what stands in it, has its picture taken and answers it.
+void AnswerBox(const std::string& text, int button_id, const std::string& picture,
+               const std::string& caption) {
+    Check(user::WaitForBox(), "une boîte devait s'ouvrir : " + text);
+    const std::string shown = user::BoxText();
+    Say("   boîte : " + shown);
+    Check(shown.find(text) != std::string::npos, "la boîte devait dire : " + text);
+    ShowPicture(user::MainWindow(), picture, caption);
+    user::AnswerBox(button_id);
+    Check(user::WaitForNoBox(), "la boîte devait se fermer");
+}
+
 void AddModule(const WideText& path) {
     Press("Ajouter...", IDC_MODULE_ADD);
     user::ChooseFile(path);
@@ -104,6 +116,24 @@ void Edit(const WideText& folder) {
     AddModule(JoinPath(folder, TEXT("initrd.img")));
     AddModule(JoinPath(folder, TEXT("symboles.txt")));
     user::Fill(IDC_MODULE_ARGS, TEXT("table complète"));
+    for (int step = 0; step < 4; ++step)
+        user::PressWith(VK_SHIFT, VK_TAB);  // back to the list, which marks its row
+    ShowPicture(user::MainWindow(), "2-modules", "la page des modules, le second choisi");
+}
+
+void ChangeOnesMind() {
+    Press("Charger...", IDC_LOAD);
+    AnswerBox("Enregistrer les modifications de la configuration ?", IDCANCEL, "3-question",
+              "la question sur les modifications");
+    Check(user::Title() == TEXT("Veldrane VM — Configuration *"), "« Annuler » ne change rien");
+}
+
+void MakeAMistake() {
+    Say("── saisie : 9 Mio de RAM");
+    user::Fill(IDC_RAM_MIB, TEXT("9"));
+    Press("Vérifier", IDC_VERIFY);
+    AnswerBox("Valeur hors limites : RAM (16..2048 Mio)", IDOK, "4-erreur", "une erreur, dite et montrée");
+    user::Fill(IDC_RAM_MIB, TEXT("64"));
 }
 
 void SaveAndLoad(const WideText& config_path) {
@@ -123,6 +153,22 @@ void VerifyAndLaunch() {
     Check(!user::IsEnabled(IDC_LAUNCH), "pas de second lancement pendant une exécution");
     AwaitStatus(TEXT("VM terminée."));
     Check(user::IsEnabled(IDC_LAUNCH), "le lancement revient à la fin");
+}
+
+void LookAtLog() {
+    Press("Voir le journal", IDC_SHOW_LOG);
+    const auto shows = [] { return IsWindowVisible(user::LogWindow()) != FALSE; };
+    Check(user::WaitUntil(shows), "le journal devait s'ouvrir");
+    ShowPicture(user::LogWindow(), "5-journal", "le journal");
+    user::Do([] { PostMessageW(user::LogWindow(), WM_CLOSE, 0, 0); });
+    Check(user::WaitUntil([&] { return !shows(); }), "le journal devait se fermer");
+}
+
+void Enlarge() {
+    Say("── fenêtre agrandie");
+    user::ResizeClient(1100, 790);
+    Check(user::Status() == TEXT("VM terminée."), "une fenêtre agrandie garde ses textes");
+    ShowPicture(user::MainWindow(), "6-agrandie", "la fenêtre agrandie");
 }
 
 void TellRun(const WideText& folder, const WideText& config_path) {
@@ -145,10 +191,15 @@ bool Tour(const WideText& folder) {
           "la fenêtre doit s'ouvrir");
     AwaitStatus(TEXT("Configuration chargée."));
     TellWindow("au départ");
+    ShowPicture(user::MainWindow(), "1-disques", "la page des disques");
     Edit(folder);
+    ChangeOnesMind();
+    MakeAMistake();
     SaveAndLoad(config_path);
     VerifyAndLaunch();
     TellRun(folder, config_path);
+    LookAtLog();
+    Enlarge();
     TellWindow("à la fin");
     user::CloseMainWindow();
     Check(user::WaitForEnd(), "la fenêtre doit se fermer sans question");

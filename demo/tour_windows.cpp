@@ -1,26 +1,39 @@
 // The demonstration on Windows: starts veldranevm.exe from the current directory and acts as its user from
-// this process, with real mouse and keyboard input.
+// this process, with real mouse and keyboard input. With the argument `images` it says on standard output, in
+// a line that starts with @, when a picture can be taken and of which part of the screen, and waits until a
+// file says that it has been.
 #include <chrono>
 #include <cstdio>
 #include <exception>
 #include <stdexcept>
+#include <string>
+#include <string_view>
 
 #include "base/file_system.h"
 #include "base/owned_handle.h"
 #include "base/path_ops.h"
+#include "base/text_convert.h"
 #include "demo/tour.h"
 #include "demo/user/user.h"
+#include "form/placement.h"
 
 namespace {
 
 constexpr DWORD SETTLE_MS = 30;  // between two actions of a user; input is handled in its order
 
+constexpr unsigned PAINT_MS = 400;
+
 HANDLE launcher_process = nullptr;
+bool pictures_wanted = false;
 
 OwnedHandle StartLauncher(const WideText& folder) {
     const WideText program = JoinPath(folder, TEXT("veldranevm.exe"));
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
+    startup.dwFlags =
+        STARTF_USEPOSITION;  // boxes come up in the middle of the screen: about that of the window
+    startup.dwX = (static_cast<DWORD>(GetSystemMetrics(SM_CXSCREEN)) - BASE_CLIENT_WIDTH) / 2;
+    startup.dwY = (static_cast<DWORD>(GetSystemMetrics(SM_CYSCREEN)) - BASE_CLIENT_HEIGHT) / 2;
     PROCESS_INFORMATION process{};
     if (CreateProcessW(program.c_str(), nullptr, nullptr, nullptr, FALSE, 0, nullptr, folder.c_str(),
                        &startup, &process) == FALSE)
@@ -58,8 +71,23 @@ bool WaitForEnd(unsigned limit_ms) {
 
 }  // namespace user
 
-int main() {
+void ShowPicture(HWND window, const std::string& name, const std::string& caption) {
+    if (!pictures_wanted)
+        return;
+    user::Pause(PAINT_MS);
+    RECT place{};
+    GetWindowRect(window, &place);
+    std::printf("@%s %ldx%ld+%ld+%ld %s\n", name.c_str(), place.right - place.left, place.bottom - place.top,
+                place.left, place.top, caption.c_str());
+    std::fflush(stdout);
+    const WideText done = WideFromUtf8(name + ".fait");
+    if (!user::WaitUntil([&] { return QueryFileType(done, "status") == FileType::Regular; }))
+        throw std::runtime_error("nobody takes the picture " + name);
+}
+
+int main(int count, char** arguments) {
     try {
+        pictures_wanted = count == 2 && std::string_view(arguments[1]) == "images";
         const WideText folder = CurrentDirectory();
         const OwnedHandle process = StartLauncher(folder);
         launcher_process = process.Get();
