@@ -109,11 +109,10 @@ void CheckArguments(const std::string& log, const std::vector<WideText>& argumen
 }
 
 void Edit(const WideText& folder) {
-    Say("── saisie : arguments du noyau, deux modules");
+    Say("── saisie : arguments du noyau, un second module");
     user::Fill(IDC_KERNEL_COMMAND, TEXT("demo.duree=900 demo.lignes=4 mode=\"démonstration\""));
     Check(user::Title() == TEXT("Veldrane VM — Configuration *"), "une saisie marque le titre");
     user::ChooseTab(1);
-    AddModule(JoinPath(folder, TEXT("initrd.img")));
     AddModule(JoinPath(folder, TEXT("symboles.txt")));
     user::Fill(IDC_MODULE_ARGS, TEXT("table complète"));
     for (int step = 0; step < 4; ++step)
