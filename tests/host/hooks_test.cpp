@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/win32.h"
+#include "probe_windows.h"
 
 TEST(PlatformHooks, AFaultComesAtItsCallAndOnlyThere) {
     host::FailCall("DeleteFileW", 2, ERROR_DISK_FULL);
@@ -18,4 +19,11 @@ TEST(PlatformHooks, AFaultComesAtItsCallAndOnlyThere) {
     EXPECT_EQ(host::Trace(), std::vector<std::string>(5, "DeleteFileW"));
     EXPECT_EQ(host::ClearFaults(), 2U);
     EXPECT_EQ(host::ClearFaults(), 0U);
+}
+
+TEST(PlatformHooksDeathTest, SystemCommandsThatNobodyNeedsAreRefusedByName) {
+    ProbeWindows probe;
+    const HWND main = probe.MakeMain();
+    EXPECT_DEATH(SendMessageW(main, WM_SYSCOMMAND, 0xF093, 0), "WM_SYSCOMMAND: SC_MOUSEMENU");
+    EXPECT_DEATH(SendMessageW(main, WM_SYSCOMMAND, 0xF010, 0), "WM_SYSCOMMAND: SC_MOVE");
 }
