@@ -156,6 +156,7 @@ void Act(const Launcher& launcher, const Action& action) {
             SetFocus(control);
             return Press(static_cast<WORD>(action.number));
         case Kind::Page:
+            SetFocus(launcher.tab_control);  // a click that chooses a page does not give it the keyboard
             return ChooseTab(action.number);
         case Kind::Row:
             return SelectRow(launcher, action.number);

@@ -70,8 +70,10 @@ LRESULT PressKey(HWND window, Tabs& tabs, WPARAM key) {
 }
 
 LRESULT PressMouse(HWND window, Tabs& tabs, LPARAM point) {
-    SetFocus(window);
-    Choose(window, tabs, TabAt(tabs, {XOf(point), YOf(point)}));
+    const int index = TabAt(tabs, {XOf(point), YOf(point)});
+    if (index == tabs.chosen)
+        SetFocus(window);
+    Choose(window, tabs, index);
     return 0;
 }
 
