@@ -247,7 +247,7 @@ Action RestlessUser::AnswerBox(const std::string& box) {
     if (Once(5))
         return Outside();
     constexpr int BUTTONS[] = {IDOK, IDYES, IDNO, IDCANCEL};
-    if (box != "a file box" || Once(4))
+    if (box != "a file box" || Once(3))
         return {Kind::Answer, 0, OneOf(BUTTONS)};
     const std::string name =
         Once(4)   ? OneOf(std::initializer_list<const char*>{"neuf", "neuf.x", "deux\\c", "absent\\d"})
@@ -273,8 +273,9 @@ Action RestlessUser::Outside() {
 }
 
 Action RestlessUser::Next(const Looks& seen) {
-    constexpr UINT BUTTONS[] = {101, 101, 102, 102, 103, 104, 105, 105, 105, 106, 106, 107, 202, 213, 411,
-                                412, 413, 414, 206, 207, 211, 303, 303, 303, 303, 304, 305, 305, 306, 306};
+    constexpr UINT BUTTONS[] = {101, 101, 102, 102, 103, 103, 103, 104, 105, 105, 105,
+                                106, 106, 107, 202, 213, 411, 412, 413, 414, 206, 207,
+                                211, 303, 303, 303, 303, 304, 305, 305, 306, 306};
     if (!seen.at("box").empty())
         return AnswerBox(seen.at("box"));
     const auto choice = random() % 100;
