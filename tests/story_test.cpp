@@ -173,6 +173,26 @@ TEST(Story, BringsThreeModulesToTheFileAndTheEngineInTheirOrder) {
     });
 }
 
+TEST(Story, EndsARunWhileThePromptIsOpen) {
+    LauncherRun run;
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu demo.code=1\n");
+    run.Run([&] {
+        user::Click(IDC_LAUNCH);
+        EXPECT_TRUE(
+            user::WaitForStatus(TEXT("VM démarrée. Les réglages s'appliquent au prochain lancement.")));
+        TypeIntoCommand(TEXT("x"));
+        user::Click(IDC_RESET);
+        EXPECT_TRUE(user::WaitForBox());
+        WriteBytes(run.folder.Of(TEXT("feu")), "");
+        EXPECT_TRUE(user::WaitForStatus(TEXT("Échec (code 1). Consultez le journal.")));
+        EXPECT_TRUE(user::WaitUntil([] { return IsWindowVisible(user::LogWindow()) != FALSE; }));
+        EXPECT_EQ(run.launcher.engine_process, nullptr);
+        EXPECT_NE(user::Box(), nullptr) << "the prompt still waits for its answer";
+        user::Do([] { PostMessageW(user::Box(), WM_COMMAND, IDNO, 0); });
+        EXPECT_TRUE(user::WaitForStatus(TEXT("Réglages par défaut. Choisissez un noyau ELF.")));
+    });
+}
+
 // The text control of the log window.
 HWND LogControl(const Launcher& launcher) {
     HWND control = nullptr;
