@@ -22,8 +22,11 @@ TEST(PlatformHooks, AFaultComesAtItsCallAndOnlyThere) {
 }
 
 TEST(PlatformHooksDeathTest, SystemCommandsThatNobodyNeedsAreRefusedByName) {
-    ProbeWindows probe;
-    const HWND main = probe.MakeMain();
-    EXPECT_DEATH(SendMessageW(main, WM_SYSCOMMAND, 0xF093, 0), "WM_SYSCOMMAND: SC_MOUSEMENU");
-    EXPECT_DEATH(SendMessageW(main, WM_SYSCOMMAND, 0xF010, 0), "WM_SYSCOMMAND: SC_MOVE");
+    // The window is the thread's that dies.
+    const auto command = [](WPARAM number) {
+        ProbeWindows probe;
+        SendMessageW(probe.Make("window", WS_OVERLAPPEDWINDOW, {}), WM_SYSCOMMAND, number, 0);
+    };
+    EXPECT_DEATH(command(0xF093), "WM_SYSCOMMAND: SC_MOUSEMENU");
+    EXPECT_DEATH(command(0xF010), "WM_SYSCOMMAND: SC_MOVE");
 }
