@@ -83,27 +83,6 @@ TEST(Keyboard, GivesAClickToTheControlThatIsSeenThere) {
     });
 }
 
-TEST(Keyboard, ChangesTheZoomAndTheCheckBoxes) {
-    LauncherRun run;
-    run.Run([&] {
-        Focus(IDC_ZOOM);
-        EXPECT_FALSE(run.launcher.dirty);
-        user::Press(VK_DOWN);
-        EXPECT_TRUE(user::WaitUntil([&] { return run.launcher.dirty; }));
-        EXPECT_EQ(Narrow(user::ControlText(IDC_ZOOM)), "300 %");
-        for (const UINT id : {IDC_FORCE_NO_HEADER, IDC_EXPLICIT_VIDEO, IDC_HEADLESS}) {
-            user::Do([&] { run.launcher.dirty = false; });
-            Focus(id);
-            user::Press(VK_SPACE);
-            EXPECT_TRUE(user::WaitUntil([&] { return run.launcher.dirty && user::IsChecked(id); })) << id;
-        }
-        VmConfig config;
-        user::Do([&] { config = ReadForm(run.launcher); });
-        EXPECT_EQ(config.zoom, 3U);
-        EXPECT_TRUE(config.force_no_header && config.explicit_video && config.headless);
-    });
-}
-
 TEST(Keyboard, ChoosesAZoomWithTheMouse) {
     LauncherRun run;
     run.Run([&] {

@@ -133,6 +133,7 @@ struct UserWithin {
     const std::function<unsigned()>* step = nullptr;
     const std::function<void(unsigned)>* pass_time = nullptr;
     bool is_done = false;
+    unsigned period_ms = ACTION_PERIOD_MS;
     std::exception_ptr failure;
 };
 
@@ -153,7 +154,8 @@ void CALLBACK OnNothingElseToDo(HWND, UINT, UINT_PTR timer, DWORD) {
     const unsigned delay_ms = NextDelay();
     within.is_done = delay_ms == 0;
     const unsigned next_ms = std::max(delay_ms, ACTION_PERIOD_MS);
-    SetTimer(nullptr, timer, next_ms, OnNothingElseToDo);
+    if (next_ms != std::exchange(within.period_ms, next_ms))
+        SetTimer(nullptr, timer, next_ms, OnNothingElseToDo);
     (*within.pass_time)(next_ms);
 }
 
@@ -162,7 +164,7 @@ void CALLBACK OnNothingElseToDo(HWND, UINT, UINT_PTR timer, DWORD) {
 int RunWithin(Launcher& launcher, const std::function<unsigned()>& step,
               const std::function<void(unsigned)>& pass_time) {
     meeting.program_thread = std::this_thread::get_id();
-    within = {&step, &pass_time, false, nullptr};
+    within = {&step, &pass_time, false, ACTION_PERIOD_MS, nullptr};
     const UINT_PTR timer = SetTimer(nullptr, 0, ACTION_PERIOD_MS, OnNothingElseToDo);
     pass_time(ACTION_PERIOD_MS);
     const int exit_code = RunLauncher(launcher, GetModuleHandleW(nullptr), SW_SHOWNORMAL);

@@ -158,7 +158,7 @@ std::vector<std::string> Started(bool has_file, const std::function<void()>& str
     std::string line;
     const int exit_code = scene.Play(
         [&] {
-            line = scene.Look().at("501");
+            line = scene.Look().at("line");
             EXPECT_FALSE(scene.run.launcher.dirty);
         },
         strike);

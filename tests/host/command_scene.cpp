@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "config/config_text.h"
 #include "form/form_exchange.h"
 #include "form/form_ids.h"
 #include "form/title.h"
@@ -15,11 +14,8 @@
 #include "platform/host/hooks.h"
 #include "platform/host/system/inspect.h"
 #include "shell/config_commands.h"
-#include "shell/run_launcher.h"
 
 namespace {
-
-Scene* scene_in_play = nullptr;
 
 const char* const FIRST =
     "version=1\nkernel=noyau.elf\ncommand=demo.duree=0\nide_primary_master=d.img\n"
@@ -29,14 +25,6 @@ const char* const SECOND =
     "version=1\nkernel=autre noyau.elf\nram_mib=256\nheadless=1\nide_primary_slave=d.img\nmodule_count=2\n"
     "module.0.path=noyau.elf\nmodule.1.path=d.img\nmodule.1.command=un autre argument\n";
 
-std::string BoxText(HWND box) {
-    std::string text = Narrow(GetControlText(box));
-    for (HWND child = GetWindow(box, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
-        if (GetDlgCtrlID(child) == 0xFFFF)
-            text += "\n" + Narrow(GetControlText(child));
-    return text;
-}
-
 void AnswerBox(Scene& scene, HWND box) {
     int answer = IDOK;
     if (GetDlgItem(box, IDYES) != nullptr)
@@ -44,70 +32,24 @@ void AnswerBox(Scene& scene, HWND box) {
     else if (const HWND name = GetDlgItem(box, 0x47C))
         SetWindowTextW(name, scene.choice.c_str());
     else
-        scene.boxes.push_back(BoxText(box));
+        scene.boxes.push_back(user::BoxText());
     PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(answer), 0);
 }
 
-void CALLBACK OnUserTick(HWND, UINT, UINT_PTR, DWORD) {
-    Scene& scene = *scene_in_play;
-    const HWND window = FindWindowW(TEXT("VeldraneVmLauncher"), nullptr);
+unsigned Step(Scene& scene) {
     const bool is_short = scene.shortage != nullptr && std::exchange(*scene.shortage, false);
-    if (const HWND box = FindWindowW(TEXT("#32770"), nullptr)) {
+    unsigned delay_ms = 10;
+    if (const HWND box = user::Box()) {
         const host::OwnCalls own;
         AnswerBox(scene, box);
-    } else if (scene.when_shown && IsWindowVisible(window) != FALSE) {
-        KillTimer(window, 1);
+    } else if (scene.when_shown && IsWindowVisible(user::MainWindow()) != FALSE) {
+        KillTimer(user::MainWindow(), 1);
         std::exchange(scene.when_shown, {})();
-        PostMessageW(window, WM_CLOSE, 0, 0);
+        delay_ms = 0;
     }
     if (scene.shortage != nullptr)
         *scene.shortage = is_short;
-}
-
-std::string RowOf(HWND list, int row, int column) {
-    WCHAR text[512]{};
-    LVITEMW item{};
-    item.iSubItem = column;
-    item.pszText = text;
-    item.cchTextMax = 512;
-    SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-    return Narrow(text);
-}
-
-void LookAtControls(const Launcher& launcher, Sight& sight) {
-    for (HWND child = GetWindow(launcher.main_window, GW_CHILD); child != nullptr;
-         child = GetWindow(child, GW_HWNDNEXT)) {
-        const int id = GetDlgCtrlID(child);
-        const std::string state = IsWindowEnabled(child) != FALSE ? "" : " (disabled)";
-        if (id > 0 && id < 1000)
-            sight[std::to_string(id)] = Narrow(GetControlText(child)) + state;
-    }
-    sight["title"] = Narrow(GetControlText(launcher.main_window));
-    for (const UINT id : {IDC_FORCE_NO_HEADER, IDC_EXPLICIT_VIDEO, IDC_HEADLESS})
-        sight[std::to_string(id)] +=
-            IsDlgButtonChecked(launcher.main_window, static_cast<int>(id)) == BST_CHECKED ? "x" : "";
-    sight["302"].clear();
-    const HWND list = launcher.module_list;
-    RECT place{};
-    for (int row = 0; SendMessageW(list, LVM_GETITEMRECT, static_cast<WPARAM>(row),
-                                   reinterpret_cast<LPARAM>(&place)) != FALSE;
-         ++row)
-        sight["302"] += RowOf(list, row, 0) + " " + RowOf(list, row, 1) + "\n";
-    sight["302"] += std::to_string(
-        SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), MAKELPARAM(LVNI_SELECTED, 0)));
-}
-
-void LookAtRecord(const Launcher& launcher, Sight& sight) {
-    sight["record"] = ComposeConfigText(launcher.config);
-    sight["paths"] = Narrow(launcher.config_path) + " " + Narrow(launcher.run_directory) + " " +
-                     Narrow(launcher.start_directory);
-    sight["marks"] = std::to_string(launcher.dirty) + std::to_string(launcher.filling) +
-                     std::to_string(launcher.selected_module);
-    sight["run"] = launcher.engine_process == nullptr ? "none" : launcher.run_is_dry ? "dry" : "real";
-    sight["log path"] = Narrow(launcher.log_path);
-    if (launcher.log_window != nullptr)
-        sight["log window"] = (IsWindowVisible(launcher.log_window) != FALSE ? "shown " : "hidden ") +
-                              Narrow(GetControlText(GetDlgItem(launcher.log_window, 1)));
+    return delay_ms;
 }
 
 // The log of an engine that is still writing is never twice the same.
@@ -192,7 +134,11 @@ void ExpectSame(const Sight& seen, const Sight& wanted, const std::vector<std::s
 
 const std::vector<SceneCommand>& SceneCommands() {
     static const std::vector<SceneCommand> commands = {
-        {"Load", Chosen(TEXT("b.config")), Pressed(IDC_LOAD), {"record"}},
+        {"Load",
+         Chosen(TEXT("b.config")),
+         Pressed(IDC_LOAD),
+         {"kernel", "command", "ram_mib", "headless", "ide_primary_master", "ide_primary_slave",
+          "ide_secondary_slave", "modules"}},
         {"Save", Nothing, Pressed(IDC_SAVE), {}},
         {"SaveNew",
          [](Scene& scene) {
@@ -207,17 +153,17 @@ const std::vector<SceneCommand>& SceneCommands() {
          {}},
         {"SaveAs", Chosen(TEXT("c.config")), Pressed(IDC_SAVE_AS), {}},
         {"Reset", Nothing, Pressed(IDC_RESET), {}},
-        {"Launch", Nothing, Pressed(IDC_LAUNCH), {"log path", "file veldranevm.log"}},
-        {"Verify", Nothing, Pressed(IDC_VERIFY), {"log path", "file veldranevm.log"}},
+        {"Launch", Nothing, Pressed(IDC_LAUNCH), {"log_path", "file veldranevm.log"}},
+        {"Verify", Nothing, Pressed(IDC_VERIFY), {"log_path", "file veldranevm.log"}},
         {"PollSuccess", [](Scene& scene) { EndRun(scene, TEXT("demo.duree=0")); }, Tick, {}, true},
         {"PollFailure",
          [](Scene& scene) { EndRun(scene, TEXT("demo.duree=0 demo.code=7")); },
          TickOrShowLog,
-         {"log window", "status"},
+         {"log", "log text", "status"},
          true},
-        {"RefreshLog", OpenLog, Tick, {"log window"}, true},
-        {"ShowLog", TakeLog, Pressed(IDC_SHOW_LOG), {"log window"}, true},
-        {"ShowLogAgain", OpenLog, Pressed(IDC_SHOW_LOG), {"log window"}, true},
+        {"RefreshLog", OpenLog, Tick, {"log", "log text"}, true},
+        {"ShowLog", TakeLog, Pressed(IDC_SHOW_LOG), {"log", "log text"}, true},
+        {"ShowLogAgain", OpenLog, Pressed(IDC_SHOW_LOG), {"log", "log text"}, true},
         {"AddModule", Chosen(TEXT("d.img")), Pressed(IDC_MODULE_ADD), {}},
         {"RemoveModule", Nothing, Pressed(IDC_MODULE_REMOVE), {}},
         {"MoveModuleUp", Nothing, Pressed(IDC_MODULE_UP), {}},
@@ -234,18 +180,16 @@ int Scene::Play(const std::function<void()>& test, const std::function<void()>& 
     constexpr std::uint64_t MS_PER_LOOK = 5;
     host::ResetLayer();
     host::TakeClock(MS_PER_LOOK);
-    scene_in_play = this;
     when_shown = [&] {
         test();
         CloseEngine(run.launcher);
         run.launcher.dirty = false;
     };
     boxes.clear();
-    const UINT_PTR timer = SetTimer(nullptr, 0, 10, OnUserTick);
     if (strike)
         strike();
-    const int exit_code = RunLauncher(run.launcher, nullptr, SW_SHOWNORMAL);
-    KillTimer(nullptr, timer);
+    const int exit_code = user::RunWithin(
+        run.launcher, [this] { return Step(*this); }, host::MoveClock);
     if (IsWindow(run.launcher.main_window) != FALSE)
         DestroyWindow(run.launcher.main_window);
     return exit_code;
@@ -281,12 +225,11 @@ void Scene::Tick() const {
 }
 
 Sight Scene::Look() const {
-    Sight sight;
-    LookAtControls(run.launcher, sight);
-    LookAtRecord(run.launcher, sight);
+    Sight sight = user::LookAt(run.launcher);
+    sight.erase("focus");
+    sight["engine"] += run.launcher.run_is_dry ? " dry" : "";
+    sight["filling"] = std::to_string(run.launcher.filling);
     LookAtFiles(run.folder, sight);
-    sight["status"] = std::move(sight["502"]);
-    sight.erase("502");
     return sight;
 }
 

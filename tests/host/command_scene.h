@@ -3,14 +3,14 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <string>
 #include <vector>
 
+#include "demo/user/restless.h"
 #include "launcher_run.h"
 
 // What can be seen, by name: controls, record, marks, files, the log window.
-using Sight = std::map<std::string, std::string>;
+using Sight = user::Looks;
 
 struct Scene;
 

@@ -66,7 +66,7 @@ TEST(MemoryFaults, OfTheStartAreToldAndEndTheProgramOrLeaveItWithTheDefaults) {
             const int exit_code = scene.Play(
                 [&] {
                     is_shown = true;
-                    EXPECT_EQ(scene.Look().at("204"), scene.boxes.empty() ? "256" : "128");
+                    EXPECT_EQ(scene.Look().at("field 204"), scene.boxes.empty() ? "256" : "128");
                 },
                 [&] {
                     shortage = {true, lasts, nth, false};
@@ -99,7 +99,7 @@ TEST(MemoryFaults, ThatLastPileUpNoBoxesOverALogAndItsEnd) {
         EXPECT_LE(scene.boxes.size(), 1U);
         EXPECT_TRUE(IsWindowEnabled(GetDlgItem(scene.run.launcher.main_window, IDC_LAUNCH)));
         scene.Tick();
-        EXPECT_NE(scene.Look().at("log window").find("Machine arrêtée, code 7."), std::string::npos);
+        EXPECT_NE(scene.Look().at("log text").find("Machine arrêtée, code 7."), std::string::npos);
         EXPECT_EQ(scene.Look().at("status"), "Échec (code 7). Consultez le journal.");
     });
 }
