@@ -114,21 +114,6 @@ TEST(ConfigText, IsRefusedForTheFirstThingThatIsWrong) {
             EXPECT_EQ(MessageOf([&] { ParseConfigText(text); }), c.message) << text;
 }
 
-TEST(ConfigText, KeepsEachOfTheLargestNumberOfModules) {
-    std::string text = V + "module_count=128\n";
-    for (int index = 0; index < 128; ++index)
-        text += "module." + std::to_string(index) + ".path=m" + std::to_string(index) + "\n";
-    text = ComposeConfigText(ParseConfigText(text));
-    for (const std::string last : {"9", "10", "127"})
-        EXPECT_NE(text.find("\nmodule." + last + ".path=m" + last + "\n"), std::string::npos) << last;
-}
-
-TEST(ConfigText, GivesAValueOnce) {
-    ConfigTable table{{{"a", ""}}};
-    EXPECT_EQ(TakeConfigValue(table, "a", "none"), "");
-    EXPECT_EQ(TakeConfigValue(table, "a", "none"), "none");
-}
-
 TEST(ConfigText, HasALimitInBytes) {
     VmConfig config;
     // An é is one code unit and two bytes.

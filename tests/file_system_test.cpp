@@ -42,16 +42,6 @@ TEST(FileSystem, MakesPathsFullHoweverLong) {
     EXPECT_FALSE(MessageOf([] { ThrowFileSystemError("x", ERROR_ACCESS_DENIED); }).ends_with("\""));
 }
 
-TEST(FileSystem, ReadsAtAnOffsetAsMuchAsThereIs) {
-    const ScratchFolder folder;
-    WriteBytes(folder.Of(TEXT("a")), "0123456789");
-    const OwnedHandle file = OpenForReading(folder.Of(TEXT("a")));
-    char bytes[8]{};
-    std::size_t read = 0;
-    EXPECT_TRUE(ReadAt(file.Get(), 4, bytes, 8, read));
-    EXPECT_EQ(std::string(bytes, read), "456789");
-}
-
 TEST(WindowsError, HasWordsOfItsOwnWhereTheSystemHasNone) {
     EXPECT_EQ(Narrow(WindowsErrorText(0x2000ABCD)), "Erreur Windows 536914893");
 }

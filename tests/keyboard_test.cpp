@@ -3,8 +3,8 @@
 
 #include <vector>
 
-#include "form/control_table.h"
 #include "form/form_exchange.h"
+#include "form/form_ids.h"
 #include "form/title.h"
 #include "launcher_run.h"
 
@@ -52,34 +52,6 @@ TEST(Keyboard, WalksTheFormInTheOrderOfTheTable) {
         });
         Focus(IDC_PAGE_TABS);
         EXPECT_EQ(WalkTab(7), (std::vector<UINT>{302, 303, 304, 305, 306, 307, 105}));
-    });
-}
-
-TEST(Keyboard, GivesAClickToTheControlThatIsSeenThere) {
-    LauncherRun run;
-    run.Run([&] {
-        for (const Place page : {Place::DiskPage, Place::ModulePage}) {
-            user::Do([&] {
-                run.launcher.config.explicit_video = true;
-                run.launcher.config.modules.assign(9,
-                                                   {TEXT("C:\\m.bin"), TEXT("m")});  // a list without a gap
-                FillForm(run.launcher);
-            });
-            user::ChooseTab(page == Place::DiskPage ? 0 : 1);
-            for (const ControlRow& row : CONTROL_TABLE) {
-                const bool is_button = WideView(row.class_name) == TEXT("BUTTON");
-                const bool is_there = user::IsVisible(row.id) && (row.style & WS_TABSTOP) != 0;
-                // The buttons' own tests press them; the tab control is clicked on its tabs.
-                if (is_button || !is_there || row.id == IDC_PAGE_TABS)
-                    continue;
-                user::Click(row.id);
-                EXPECT_TRUE(user::WaitUntil(
-                    [&] { return GetDlgCtrlID(GetFocus()) == static_cast<int>(row.id); }, 2000))
-                    << row.id << " has not got the focus, " << FocusedId() << " has";
-                if (row.id == IDC_ZOOM)
-                    user::Press(VK_ESCAPE);  // closes the list that the click has opened
-            }
-        }
     });
 }
 

@@ -314,29 +314,14 @@ Played Replay(const std::vector<Action>& actions, const std::string& start) {
     return Play(next, start);
 }
 
-// Leaves out chunks, smaller and smaller and at last one by one, as long as what is left fails in the same
-// way.
-Played Shrunk(Played failed) {
+Played Shrunk(const Played& failed) {
     const auto limit = Clock::now() + std::chrono::seconds(60);
     const auto first_name = [](const std::string& text) { return text.substr(0, text.find(':')); };
-    bool has_shrunk = true;
-    for (std::size_t chunk = failed.actions.size(); chunk > 1 || has_shrunk;) {
-        chunk = std::max<std::size_t>(chunk / 2, 1);
-        has_shrunk = false;
-        for (std::size_t at = 0; at < failed.actions.size() && Clock::now() < limit;) {
-            std::vector<Action> rest = failed.actions;
-            const auto from = rest.begin() + static_cast<std::ptrdiff_t>(at);
-            rest.erase(from, from + static_cast<std::ptrdiff_t>(std::min(chunk, rest.size() - at)));
-            Played again = Replay(rest, failed.start);
-            if (first_name(again.failure) != first_name(failed.failure)) {
-                at += chunk;
-                continue;
-            }
-            failed = std::move(again);
-            has_shrunk = true;
-        }
-    }
-    return failed;
+    const auto fails_so = [&](const std::vector<Action>& actions) {
+        return Clock::now() < limit &&
+               first_name(Replay(actions, failed.start).failure) == first_name(failed.failure);
+    };
+    return Replay(user::Shortest(failed.actions, fails_so), failed.start);
 }
 
 std::string Report(const Played& played) {

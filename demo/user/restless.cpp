@@ -1,9 +1,11 @@
 // What comes to a restless user's mind, how he does it, and what he sees then.
 #include "demo/user/restless.h"
 
+#include <algorithm>
 #include <initializer_list>
 #include <iterator>
 #include <string_view>
+#include <utility>
 
 #include "base/text_convert.h"
 #include "demo/user/user.h"
@@ -135,6 +137,27 @@ std::string Text(const Action& action) {
     return std::string("{Kind::") + KIND_NAMES[static_cast<int>(action.kind)] + ", " +
            std::to_string(action.id) + ", " + std::to_string(action.number) + ", R\"(" + action.text +
            ")\"},";
+}
+
+std::vector<Action> Shortest(std::vector<Action> session,
+                             const std::function<bool(const std::vector<Action>&)>& shows) {
+    bool has_shrunk = true;
+    for (std::size_t chunk = session.size(); chunk > 1 || has_shrunk;) {
+        chunk = std::max<std::size_t>(chunk / 2, 1);
+        has_shrunk = false;
+        for (std::size_t at = 0; at < session.size();) {
+            std::vector<Action> rest = session;
+            const auto from = rest.begin() + static_cast<std::ptrdiff_t>(at);
+            rest.erase(from, from + static_cast<std::ptrdiff_t>(std::min(chunk, rest.size() - at)));
+            if (shows(rest)) {
+                session = std::move(rest);
+                has_shrunk = true;
+            } else {
+                at += chunk;
+            }
+        }
+    }
+    return session;
 }
 
 void Act(const Launcher& launcher, const Action& action) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <random>
 #include <string>
@@ -41,6 +42,11 @@ struct Action {
 };
 // As it stands in a program text.
 std::string Text(const Action& action);
+
+// What is left of a session when chunks of it are left out, smaller and smaller and at last one by one, as
+// long as `shows` says that the rest still shows what the whole did.
+std::vector<Action> Shortest(std::vector<Action> session,
+                             const std::function<bool(const std::vector<Action>&)>& shows);
 
 // Does it, all but Wait and what happens outside the program. What it does may come true a moment later.
 void Act(const Launcher& launcher, const Action& action);

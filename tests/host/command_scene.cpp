@@ -186,10 +186,14 @@ int Scene::Play(const std::function<void()>& test, const std::function<void()>& 
         run.launcher.dirty = false;
     };
     boxes.clear();
-    if (strike)
-        strike();
+    bool has_begun = false;
+    const auto pass_time = [&](unsigned ms) {
+        host::MoveClock(ms);
+        if (!std::exchange(has_begun, true) && strike)
+            strike();
+    };
     const int exit_code = user::RunWithin(
-        run.launcher, [this] { return Step(*this); }, host::MoveClock);
+        run.launcher, [this] { return Step(*this); }, pass_time);
     if (IsWindow(run.launcher.main_window) != FALSE)
         DestroyWindow(run.launcher.main_window);
     return exit_code;

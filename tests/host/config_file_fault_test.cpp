@@ -1,9 +1,7 @@
 // A save or a load in which one call fails.
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <algorithm>
-#include <csignal>
 
 #include "base/file_system.h"
 #include "base/text_convert.h"
@@ -59,20 +57,6 @@ TEST(FileSystemFaults, TellAbsenceFromEveryOtherFailure) {
     host::MakeShort("ReadFile");
     EXPECT_TRUE(ReadAt(file.Get(), 0, bytes, 2, read));
     EXPECT_EQ(read, 2U) << "one byte, then the other";
-}
-
-TEST(ConfigFileFaults, OfTheDiskLeaveNoPartOfAFile) {
-    const ScratchFolder folder;
-    const WideText path = folder.Of(TEXT("a.config"));
-    WriteBytes(path, "old");
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limit = {100, RLIM_INFINITY};
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-    EXPECT_EQ(MessageOf([&] { WriteConfigFile(path, {}); }), CANNOT_SAVE);
-    limit.rlim_cur = RLIM_INFINITY;
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-    EXPECT_EQ(ReadBytes(path), "old");
-    EXPECT_EQ(ListFolder(folder.path).size(), 1U);
 }
 
 TEST(ConfigFileFaults, PassOverTemporaryNamesThatAreTaken) {
