@@ -56,20 +56,6 @@ TEST(ConfigFile, IsReadUpToItsLimitAndBesideOthers) {
         EXPECT_EQ(ReadRefusal(none), "Impossible d'ouvrir la configuration.") << Narrow(none);
 }
 
-TEST(ConfigFile, IsMadeOrReplacedWithNothingLeftBeside) {
-    const ScratchFolder folder;
-    const WideText path = folder.Of(TEXT("ma vm.config"));
-    ASSERT_NE(SetCurrentDirectoryW(folder.path.c_str()), FALSE);
-    VmConfig config;
-    for (const WideText& target : {path, path, WideText(TEXT("ma vm.config"))}) {
-        ++config.ram_mib;
-        WriteConfigFile(target, config);
-        EXPECT_EQ(ReadBytes(path), ComposeConfigText(config));
-        EXPECT_EQ(ListFolder(folder.path).size(), 1U);
-    }
-    ASSERT_NE(SetCurrentDirectoryW(TEXT("C:\\")), FALSE);
-}
-
 TEST(ConfigFile, StaysAsItWasWhenASaveFails) {
     const std::string cannot_save = "Enregistrement impossible ; l'ancienne configuration est conservée.";
     const ScratchFolder outer;
