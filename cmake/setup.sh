@@ -11,6 +11,7 @@ packages_lint="cmake ninja-build g++ binutils googletest clang-format clang-tidy
 packages_coverage="cmake ninja-build g++ binutils googletest gcovr"
 packages_fuzz="cmake ninja-build g++ clang libclang-rt-14-dev binutils"
 packages_bench="cmake ninja-build g++ libbenchmark-dev"
+packages_compare="pkgconf libinih-dev libsimpleini-dev libglib2.0-dev libtomlplusplus-dev"
 
 # alive TITLE LOG COMMAND ...: runs the command with its output in the log and shows meanwhile how far it is: on a
 # terminal in one line that is rewritten, otherwise in a line now and then. The command sees no input.
