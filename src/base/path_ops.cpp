@@ -50,40 +50,13 @@ bool HasRootDirectory(WideView path) {
     return root_end < path.size() && IsSeparator(path[root_end]);
 }
 
-// The normal form as it grows, element by element.
-struct Normalizer {
-    WideText text;
-    std::size_t root_end = 0;  // where the relative part starts
-    bool has_root_directory = false;
-    std::size_t names = 0;  // elements at the end that a `..` can take away
-
-    void TakeLastName() {
-        text.pop_back();
-        const std::size_t separator = text.find_last_of(BACKSLASH);
-        text.resize(separator == WideText::npos ? root_end : separator + 1);
-        --names;
-    }
-
-    void Add(WideView element, bool separator_follows) {
-        if (element == TEXT("."))
-            return;
-        if (element == TEXT("..")) {
-            if (names > 0)
-                return TakeLastName();
-            if (has_root_directory)
-                return;
-        } else {
-            ++names;
-        }
-        text += element;
-        if (separator_follows)
-            text += BACKSLASH;
-    }
-
-    bool EndsInDots() const {
-        return names == 0 && text.size() > root_end && text.back() == BACKSLASH;
-    }
-};
+// Where the last element of a text that ends in a separator starts; not before the relative part.
+std::size_t LastNameStart(WideView text, std::size_t root_end) {
+    std::size_t at = text.size() - 1;
+    while (at > root_end && text[at - 1] != BACKSLASH)
+        --at;
+    return at;
+}
 
 }  // namespace
 
@@ -122,22 +95,36 @@ WideText JoinPath(WideView base, WideView path) {
 WideText NormalPath(WideView path) {
     if (path.empty())
         return {};
-    Normalizer normal;
-    normal.text.reserve(path.size());
-    normal.text = path.substr(0, RootNameEnd(path));
-    std::replace(normal.text.begin(), normal.text.end(), WCHAR{TEXT('/')}, BACKSLASH);
-    normal.has_root_directory = HasRootDirectory(path);
-    if (normal.has_root_directory)
-        normal.text += BACKSLASH;
-    normal.root_end = normal.text.size();
-    for (auto at = path.begin() + static_cast<std::ptrdiff_t>(RelativeStart(path)); at != path.end();) {
-        const auto end = std::find_if(at, path.end(), IsSeparator);
-        normal.Add(WideView(at, end), end != path.end());
-        at = std::find_if_not(end, path.end(), IsSeparator);
+    WideText text(path);  // the normal form is never longer
+    std::size_t used = RootNameEnd(path);
+    std::replace(text.data(), text.data() + used, WCHAR{TEXT('/')}, BACKSLASH);
+    const bool has_root_directory = HasRootDirectory(path);
+    if (has_root_directory)
+        text[used++] = BACKSLASH;
+    const std::size_t root_end = used;
+    std::size_t names = 0;  // elements at the end that a `..` can take away
+    for (std::size_t at = RelativeStart(path); at < path.size();) {
+        const std::size_t start = used;
+        while (at < path.size() && !IsSeparator(path[at]))
+            text[used++] = path[at++];
+        const WideView element = WideView(text).substr(start, used - start);
+        const bool goes_up = element == TEXT("..");
+        if (goes_up && names > 0) {
+            used = LastNameStart(WideView(text).substr(0, start), root_end);
+            --names;
+        } else if (element == TEXT(".") || (goes_up && has_root_directory)) {
+            used = start;
+        } else {
+            names += goes_up ? 0 : 1;
+            if (at < path.size())
+                text[used++] = BACKSLASH;
+        }
+        while (at < path.size() && IsSeparator(path[at]))
+            ++at;
     }
-    if (normal.EndsInDots())
-        normal.text.pop_back();
-    return normal.text.empty() ? WideText(TEXT(".")) : normal.text;
+    const bool ends_in_dots = names == 0 && used > root_end && text[used - 1] == BACKSLASH;
+    text.resize(ends_in_dots ? used - 1 : used);
+    return text.empty() ? WideText(TEXT(".")) : text;
 }
 
 void AnchorPath(WideView base, WideText& field) {

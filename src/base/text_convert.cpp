@@ -1,4 +1,5 @@
-// Conversions in two calls each: one for the size, one for the text.
+// Conversions in one call each, into the most that the text can become: no byte gives more than one code
+// unit.
 #include "base/text_convert.h"
 
 #include <algorithm>
@@ -15,48 +16,68 @@ int CheckedLength(const Text& text) {
     return static_cast<int>(text.size());
 }
 
-std::string Encoded(WideView text, DWORD flags) {
-    if (text.empty())
-        return {};
-    const int length = CheckedLength(text);
-    const int size = WideCharToMultiByte(CP_UTF8, flags, text.data(), length, nullptr, 0, nullptr, nullptr);
+// The text grows to what the addition can take at most, three bytes for a unit, and then shrinks to what it
+// took.
+void AppendEncoded(std::string& text, WideView addition, DWORD flags) {
+    if (addition.empty())
+        return;
+    const int length = CheckedLength(addition);
+    const std::size_t room = std::min(3 * addition.size(), LONGEST_TEXT);
+    const std::size_t start = text.size();
+    text.resize(start + room);
+    const int size = WideCharToMultiByte(CP_UTF8, flags, addition.data(), length, text.data() + start,
+                                         static_cast<int>(room), nullptr, nullptr);
     if (size < 1)
         throw std::runtime_error("Texte Unicode invalide.");
-    std::string narrow(static_cast<std::size_t>(size), '\0');
-    if (WideCharToMultiByte(CP_UTF8, flags, text.data(), length, narrow.data(), size, nullptr, nullptr) !=
-        size)
-        throw std::runtime_error("Texte Unicode invalide.");
-    return narrow;
+    text.resize(start + static_cast<std::size_t>(size));
+}
+
+// Decodes into the buffer, or only counts without one; the number of code units.
+std::size_t Decode(std::string_view text, WCHAR* buffer, int buffer_size) {
+    const int size = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), CheckedLength(text),
+                                         buffer, buffer_size);
+    if (size < 1)
+        throw std::runtime_error("Le fichier doit être encodé en UTF-8.");
+    return static_cast<std::size_t>(size);
 }
 
 }  // namespace
 
+void AppendUtf8(std::string& text, WideView addition) {
+    AppendEncoded(text, addition, WC_ERR_INVALID_CHARS);
+}
+
 std::string Utf8FromWide(WideView text) {
-    return Encoded(text, WC_ERR_INVALID_CHARS);
+    std::string narrow;
+    AppendUtf8(narrow, text);
+    return narrow;
 }
 
 std::string Utf8ForDisplay(WideView text) {
-    return Encoded(text, 0);
+    std::string narrow;
+    AppendEncoded(narrow, text, 0);
+    return narrow;
+}
+
+void RequireUtf8(std::string_view text) {
+    if (!text.empty())
+        Decode(text, nullptr, 0);
 }
 
 WideText WideFromUtf8(std::string_view text) {
     if (text.empty())
         return {};
     const int length = CheckedLength(text);
-    const int size = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), length, nullptr, 0);
-    if (size < 1)
-        throw std::runtime_error("Le fichier doit être encodé en UTF-8.");
-    WideText wide(static_cast<std::size_t>(size), WCHAR{});
-    if (MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), length, wide.data(), size) != size)
-        throw std::runtime_error("Le fichier doit être encodé en UTF-8.");
+    WideText wide(text.size(), WCHAR{});
+    wide.resize(Decode(text, wide.data(), length));
     return wide;
 }
 
 WideText WideFromAnsi(std::string_view text) {
     const auto length = static_cast<int>(std::min(text.size(), LONGEST_TEXT));
-    const int size = MultiByteToWideChar(CP_ACP, 0, text.data(), length, nullptr, 0);
-    WideText wide(static_cast<std::size_t>(size), WCHAR{});
-    MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide.data(), size);
+    WideText wide(static_cast<std::size_t>(length), WCHAR{});
+    const int size = MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide.data(), length);
+    wide.resize(static_cast<std::size_t>(size));
     return wide;
 }
 

@@ -13,12 +13,18 @@
 // Throws for an unpaired surrogate and for more than 2,147,483,647 code units. Zeros inside the text pass.
 std::string Utf8FromWide(WideView text);
 
+// The same at the end of a text, which is of no use after a throw.
+void AppendUtf8(std::string& text, WideView addition);
+
 // Text for display alone: what is no well-formed UTF-16 becomes replacement characters. Never fails on bad
 // text.
 std::string Utf8ForDisplay(WideView text);
 
 // Throws for ill-formed UTF-8 and for more than 2,147,483,647 bytes. Zeros inside the text pass.
 WideText WideFromUtf8(std::string_view text);
+
+// Throws what WideFromUtf8 throws, and makes nothing.
+void RequireUtf8(std::string_view text);
 
 // Text in the ANSI code page, whatever its bytes.
 WideText WideFromAnsi(std::string_view text);

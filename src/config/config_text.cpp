@@ -48,72 +48,77 @@ std::string ModuleKey(std::size_t index, std::string_view what) {
     return "module." + NumberText(index) + "." + std::string(what);
 }
 
-enum class Line { Assignment, Nothing, Invalid };
-
-// What a line is; an assignment is put into `entry`. A blank line and a comment are nothing.
-Line ReadLine(std::string_view line, ConfigTable::Entry& entry) {
-    if (line.ends_with('\r'))
-        line.remove_suffix(1);
-    const std::size_t start = line.find_first_not_of(BLANKS);
-    if (start == std::string_view::npos || line[start] == '#')
-        return Line::Nothing;
-    const std::size_t equals = line.find('=', start);
-    if (equals == std::string_view::npos || equals == start)
-        return Line::Invalid;
-    const std::string_view key = line.substr(start, equals - start);
-    entry.key = key.substr(0, key.find_last_not_of(BLANKS) + 1);
-    entry.value = line.substr(equals + 1);
-    return Line::Assignment;
+std::uint64_t KeyStart(std::string_view key) {
+    std::uint64_t start = 0;
+    for (std::size_t at = 0; at < sizeof(start); ++at)
+        start = (start << 8) | (at < key.size() ? static_cast<unsigned char>(key[at]) : 0U);
+    return start;
 }
 
-// Visits the assignments up to the end or to the first invalid line; false for the latter.
-template <typename Visit>
-bool ForEachAssignment(std::string_view text, const Visit& visit) {
-    while (!text.empty()) {
-        const std::size_t line_end = std::min(text.find('\n'), text.size());
-        ConfigTable::Entry entry;
-        const Line line = ReadLine(text.substr(0, line_end), entry);
-        if (line == Line::Invalid)
+std::string_view KeyOf(const ConfigTable& table, const ConfigTable::Entry& entry) {
+    const std::string_view key = table.text.substr(entry.key, entry.equals - entry.key);
+    return key.substr(0, key.find_last_not_of(BLANKS) + 1);
+}
+
+std::string_view ValueOf(const ConfigTable& table, const ConfigTable::Entry& entry) {
+    return table.text.substr(entry.equals + 1, entry.end - entry.equals - 1);
+}
+
+// Adds the line from `start` to `line_end` where it is an assignment; a blank one and a comment are nothing.
+// False for an invalid line.
+bool AddLine(ConfigTable& table, std::size_t start, std::size_t line_end) {
+    const std::string_view text = table.text;
+    if (line_end > start && text[line_end - 1] == '\r')
+        --line_end;
+    while (start < line_end && BLANKS.find(text[start]) != std::string_view::npos)
+        ++start;
+    if (start == line_end || text[start] == '#')
+        return true;
+    const std::size_t equals = std::min(text.find('=', start), line_end);
+    if (equals == line_end || equals == start)
+        return false;
+    ConfigTable::Entry entry{0, static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(equals),
+                             static_cast<std::uint32_t>(line_end), false};
+    entry.key_start = KeyStart(KeyOf(table, entry));
+    table.entries.push_back(entry);
+    return true;
+}
+
+// Adds the assignments up to the end or to the first invalid line; false for the latter.
+bool AddLines(ConfigTable& table) {
+    for (std::size_t start = 0; start < table.text.size();) {
+        const std::size_t line_end = std::min(table.text.find('\n', start), table.text.size());
+        if (!AddLine(table, start, line_end))
             return false;
-        if (line == Line::Assignment)
-            visit(entry);
-        text.remove_prefix(std::min(line_end + 1, text.size()));
+        start = line_end + 1;
     }
     return true;
 }
 
+// The order by key and, for the same key, by place.
+void Sort(ConfigTable& table) {
+    std::sort(
+        table.entries.begin(), table.entries.end(),
+        [&table](const ConfigTable::Entry& left, const ConfigTable::Entry& right) {
+            if (left.key_start != right.key_start)
+                return left.key_start < right.key_start;
+            const int order = KeyOf(table, left).compare(KeyOf(table, right));
+            return order != 0 ? order < 0 : left.key < right.key;
+        });
+}
+
 // Of the sorted entries, the one that repeats a key first in the order of the file.
-const ConfigTable::Entry* FirstRepeat(const std::vector<ConfigTable::Entry>& sorted) {
+const ConfigTable::Entry* FirstRepeat(const ConfigTable& table) {
     const ConfigTable::Entry* first = nullptr;
-    for (std::size_t index = 1; index < sorted.size(); ++index) {
-        const ConfigTable::Entry& entry = sorted[index];
-        const bool repeats = entry.key == sorted[index - 1].key;
-        if (repeats && (first == nullptr || entry.key.data() < first->key.data()))
+    for (std::size_t index = 1; index < table.entries.size(); ++index) {
+        const ConfigTable::Entry& entry = table.entries[index];
+        const ConfigTable::Entry& before = table.entries[index - 1];
+        const bool repeats =
+            entry.key_start == before.key_start && KeyOf(table, entry) == KeyOf(table, before);
+        if (repeats && (first == nullptr || entry.key < first->key))
             first = &entry;
     }
     return first;
-}
-
-bool ComesBefore(const ConfigTable::Entry& left, const ConfigTable::Entry& right) {
-    const int order = left.key.compare(right.key);
-    return order != 0 ? order < 0 : left.key.data() < right.key.data();
-}
-
-// A repeated key is found by sorting, so that the table needs no second structure. An invalid line hides what
-// follows it, and a repeat before it is told first.
-ConfigTable ReadTable(std::string_view text) {
-    ConfigTable table;
-    std::size_t count = 0;  // the table is made in its final size: growing would hold it twice
-    ForEachAssignment(text, [&](const ConfigTable::Entry&) { ++count; });
-    table.entries.reserve(count);
-    const bool all_lines_valid =
-        ForEachAssignment(text, [&](const ConfigTable::Entry& entry) { table.entries.push_back(entry); });
-    std::sort(table.entries.begin(), table.entries.end(), ComesBefore);
-    if (const ConfigTable::Entry* repeat = FirstRepeat(table.entries))
-        throw std::runtime_error("Clé répétée : " + std::string(repeat->key));
-    if (!all_lines_valid)
-        throw std::runtime_error("Ligne de configuration invalide.");
-    return table;
 }
 
 std::string_view FlagText(bool flag) {
@@ -151,23 +156,51 @@ void TakeModules(ConfigTable& table, VmConfig& config) {
 void RequireAllTaken(const ConfigTable& table) {
     for (const ConfigTable::Entry& entry : table.entries)
         if (!entry.taken)
-            throw std::runtime_error("Clé de configuration inconnue : " + std::string(entry.key));
+            throw std::runtime_error("Clé de configuration inconnue : " + std::string(KeyOf(table, entry)));
 }
 
 void AppendLine(std::string& text, std::string_view key, std::string_view value) {
     text.append(key).append(1, '=').append(value).append(1, '\n');
 }
 
+void AppendLine(std::string& text, std::string_view key, const WideText& value) {
+    text.append(key).append(1, '=');
+    AppendUtf8(text, value);
+    text += '\n';
+}
+
 }  // namespace
 
+// A repeated key is found by sorting, so that the table needs no second structure. An invalid line hides what
+// follows it, and a repeat before it is told first.
+ConfigTable ReadConfigTable(std::string_view text) {
+    constexpr std::size_t SHORTEST_LINE = 3;
+    ConfigTable table{text, {}};
+    // The table is made in its final size: growing would hold it twice.
+    std::size_t lines = 1;
+    for (std::size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at + 1))
+        ++lines;
+    table.entries.reserve(std::min(lines, text.size() / SHORTEST_LINE + 1));
+    const bool all_lines_valid = AddLines(table);
+    Sort(table);
+    if (const ConfigTable::Entry* repeat = FirstRepeat(table))
+        throw std::runtime_error("Clé répétée : " + std::string(KeyOf(table, *repeat)));
+    if (!all_lines_valid)
+        throw std::runtime_error("Ligne de configuration invalide.");
+    return table;
+}
+
 std::string_view TakeConfigValue(ConfigTable& table, std::string_view key, std::string_view default_value) {
+    const std::uint64_t key_start = KeyStart(key);
     const auto found = std::lower_bound(
         table.entries.begin(), table.entries.end(), key,
-        [](const ConfigTable::Entry& entry, std::string_view wanted) { return entry.key < wanted; });
-    if (found == table.entries.end() || found->key != key || found->taken)
+        [&](const ConfigTable::Entry& entry, std::string_view wanted) {
+            return entry.key_start != key_start ? entry.key_start < key_start : KeyOf(table, entry) < wanted;
+        });
+    if (found == table.entries.end() || KeyOf(table, *found) != key || found->taken)
         return default_value;
     found->taken = true;
-    return found->value;
+    return ValueOf(table, *found);
 }
 
 std::uint32_t ParseConfigNumber(std::string_view value, std::uint32_t lowest, std::uint32_t highest,
@@ -183,8 +216,8 @@ std::uint32_t ParseConfigNumber(std::string_view value, std::uint32_t lowest, st
 VmConfig ParseConfigText(std::string_view text) {
     if (text.starts_with(BYTE_ORDER_MARK))
         text.remove_prefix(BYTE_ORDER_MARK.size());
-    WideFromUtf8(text);  // for its refusal of the whole before a single line is looked at
-    ConfigTable table = ReadTable(text);
+    RequireUtf8(text);  // the whole, before a single line is looked at
+    ConfigTable table = ReadConfigTable(text);
     if (TakeConfigValue(table, "version", {}) != VERSION)
         throw std::runtime_error("Version de configuration non prise en charge (attendu : 1).");
     VmConfig config;
@@ -199,17 +232,17 @@ std::string ComposeConfigText(const VmConfig& config) {
     std::string text = "# Veldrane VM - configuration UTF-8\n";
     AppendLine(text, "version", VERSION);
     for (const TextKey& row : TEXT_KEYS)
-        AppendLine(text, row.key, Utf8FromWide(config.*row.field));
+        AppendLine(text, row.key, config.*row.field);
     for (const NumberKey& row : NUMBER_KEYS)
         AppendLine(text, row.key, NumberText(config.*row.field));
     for (const FlagKey& row : FLAG_KEYS)
         AppendLine(text, row.key, FlagText(config.*row.field));
     for (std::size_t slot = 0; slot < IDE_KEYS.size(); ++slot)
-        AppendLine(text, IDE_KEYS[slot], Utf8FromWide(config.ide[slot]));
+        AppendLine(text, IDE_KEYS[slot], config.ide[slot]);
     AppendLine(text, "module_count", NumberText(config.modules.size()));
     for (std::size_t index = 0; index < config.modules.size(); ++index) {
-        AppendLine(text, ModuleKey(index, "path"), Utf8FromWide(config.modules[index].path));
-        AppendLine(text, ModuleKey(index, "command"), Utf8FromWide(config.modules[index].command));
+        AppendLine(text, ModuleKey(index, "path"), config.modules[index].path);
+        AppendLine(text, ModuleKey(index, "command"), config.modules[index].command);
     }
     if (text.size() > MAX_CONFIG_BYTES)
         throw std::runtime_error("Configuration trop volumineuse.");

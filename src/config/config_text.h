@@ -13,16 +13,23 @@
 // The most that a configuration file may hold, in bytes, its byte order mark included.
 inline constexpr std::size_t MAX_CONFIG_BYTES = 1048576;
 
-// The keys of a file with their values, ordered by the keys' bytes. Views into the text, which must outlive
+// The keys of a file with their values, ordered by the keys' bytes: places in the text, which must outlive
 // it.
 struct ConfigTable {
+    // Small, as there can be very many.
     struct Entry {
-        std::string_view key;
-        std::string_view value;
-        bool taken = false;
+        std::uint64_t key_start;  // the key's first eight bytes as a number, which mostly settles the order
+        std::uint32_t key;
+        std::uint32_t equals;
+        std::uint32_t end;  // of the value
+        bool taken;
     };
+    std::string_view text;
     std::vector<Entry> entries;
 };
+
+// Throws for an invalid line and for a repeated key, whichever comes first in the text.
+ConfigTable ReadConfigTable(std::string_view text);
 
 // The value of the key, which is then used up, or the default where the table does not hold the key.
 std::string_view TakeConfigValue(ConfigTable& table, std::string_view key, std::string_view default_value);

@@ -1,6 +1,7 @@
 // Options in the engine's order, and the quoting that the platform takes apart again.
 #include "launch/engine_command.h"
 
+#include <algorithm>
 #include <array>
 #include <stdexcept>
 
@@ -22,8 +23,10 @@ void AddOption(Arguments& arguments, const WCHAR* option, std::uint32_t number) 
 }
 
 void AddUnlessEmpty(Arguments& arguments, const WCHAR* option, const WideText& value) {
-    if (!value.empty())
-        arguments.insert(arguments.end(), {option, value});
+    if (value.empty())
+        return;
+    arguments.emplace_back(option);
+    arguments.push_back(value);
 }
 
 void AddFlag(Arguments& arguments, const WCHAR* option, bool set) {
@@ -33,17 +36,19 @@ void AddFlag(Arguments& arguments, const WCHAR* option, bool set) {
 
 void AppendQuoted(WideText& line, WideView argument) {
     line += QUOTE;
-    std::size_t backslashes = 0;
-    for (const WCHAR character : argument) {
-        if (character == BACKSLASH) {
-            ++backslashes;
-            continue;
+    for (auto at = argument.begin(); at != argument.end();) {
+        const auto plain_end =
+            std::find_if(at, argument.end(), [](WCHAR unit) { return unit == BACKSLASH || unit == QUOTE; });
+        line.append(at, plain_end);
+        at = std::find_if(plain_end, argument.end(), [](WCHAR unit) { return unit != BACKSLASH; });
+        const auto backslashes = static_cast<std::size_t>(at - plain_end);
+        const bool at_quote = at != argument.end() && *at == QUOTE;
+        line.append(at_quote || at == argument.end() ? 2 * backslashes : backslashes, BACKSLASH);
+        if (at_quote) {
+            line.append({BACKSLASH, QUOTE});
+            ++at;
         }
-        line.append(character == QUOTE ? 2 * backslashes + 1 : backslashes, BACKSLASH);
-        line += character;
-        backslashes = 0;
     }
-    line.append(2 * backslashes, BACKSLASH);
     line += QUOTE;
 }
 
@@ -81,6 +86,7 @@ WideText QuoteEngineArgument(WideView argument) {
 
 WideText BuildEngineCommandLine(WideView engine_path, const VmConfig& config, bool dry_run) {
     WideText line;
+    line.reserve(LINE_LIMIT_CHARACTERS + 1);
     AppendQuoted(line, engine_path);
     for (const WideText& argument : BuildEngineArguments(config, dry_run)) {
         line += TEXT(' ');

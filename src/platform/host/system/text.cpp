@@ -1,8 +1,8 @@
 // Text between UTF-8 and UTF-16, and from code page 1252.
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <string_view>
+#include <type_traits>
 
 #include "platform/host/api/kernel32.h"
 #include "platform/host/hooks.h"
@@ -83,25 +83,31 @@ Sequence DecodeSequence(std::string_view bytes) {
     return {point, length, true};
 }
 
-// How many bytes from the start are ASCII; eight at a time.
-std::size_t AsciiRun(std::string_view bytes) {
+// How many units from the start are ASCII; block by block, in a form that the compiler turns into vectors.
+template <typename Unit>
+std::size_t AsciiRun(std::basic_string_view<Unit> text) {
+    using Bits = std::make_unsigned_t<Unit>;
+    constexpr std::size_t BLOCK = 64;
     std::size_t at = 0;
-    for (; at + 8 <= bytes.size(); at += 8) {
-        std::uint64_t eight = 0;
-        std::memcpy(&eight, bytes.data() + at, 8);
-        if ((eight & 0x8080808080808080U) != 0)
+    for (; at + BLOCK <= text.size(); at += BLOCK) {
+        Bits seen = 0;
+        for (const Unit unit : text.substr(at, BLOCK))
+            seen = static_cast<Bits>(seen | static_cast<Bits>(unit));
+        if (seen >= 0x80)
             break;
     }
-    while (at < bytes.size() && static_cast<unsigned char>(bytes[at]) < 0x80)
+    while (at < text.size() && static_cast<Bits>(text[at]) < 0x80)
         at++;
     return at;
 }
 
-DWORD PutAscii(std::string_view ascii, Sink<WCHAR>& sink) {
+template <typename From, typename To>
+DWORD PutAscii(std::basic_string_view<From> ascii, Sink<To>& sink) {
     if (!Room(sink, ascii.size()))
         return ERROR_INSUFFICIENT_BUFFER;
     if (sink.buffer != nullptr)
-        std::copy(ascii.begin(), ascii.end(), sink.buffer + sink.used);
+        std::transform(ascii.begin(), ascii.end(), sink.buffer + sink.used,
+                       [](From unit) { return static_cast<To>(unit); });
     sink.used += ascii.size();
     return ERROR_SUCCESS;
 }
@@ -158,6 +164,12 @@ DWORD PutUtf8(char32_t point, Sink<char>& sink) {
 
 DWORD EncodeUtf8(std::u16string_view wide, bool strict, Sink<char>& sink) {
     for (std::size_t at = 0; at < wide.size(); at++) {
+        const std::u16string_view ascii = wide.substr(at, AsciiRun(wide.substr(at)));
+        if (const DWORD error = PutAscii(ascii, sink); error != ERROR_SUCCESS)
+            return error;
+        at += ascii.size();
+        if (at == wide.size())
+            break;
         char32_t point = wide[at];
         if (point >= 0xD800 && point < 0xE000) {
             const char32_t low = at + 1 < wide.size() ? wide[at + 1] : 0;
