@@ -114,6 +114,12 @@ TEST(ConfigText, IsRefusedForTheFirstThingThatIsWrong) {
             EXPECT_EQ(MessageOf([&] { ParseConfigText(text); }), c.message) << text;
 }
 
+TEST(ConfigText, GivesAValueOnce) {
+    ConfigTable table = ReadConfigTable("a=\n");
+    EXPECT_EQ(TakeConfigValue(table, "a", "none"), "");
+    EXPECT_EQ(TakeConfigValue(table, "a", "none"), "none");
+}
+
 TEST(ConfigText, HasALimitInBytes) {
     VmConfig config;
     // An é is one code unit and two bytes.
