@@ -61,6 +61,33 @@ TEST(Commands, LeaveModulesAloneThatAreNotThereAndWhatTheProgramWritesItself) {
     });
 }
 
+TEST(Commands, HoldEachNumberFieldToItsLimits) {
+    const struct {
+        UINT id;
+        const WCHAR *below, *lowest, *highest, *above;
+        std::string label;
+    } cases[] = {
+        {IDC_RAM_MIB, TEXT("15"), TEXT("16"), TEXT("2048"), TEXT("2049"), "RAM (16..2048 Mio)"},
+        {IDC_TIMEOUT_MS, TEXT("3600001"), TEXT("0"), TEXT("3600000"), TEXT("4294967296"),
+         "délai (0..3600000 ms)"},
+        {IDC_WIDTH, TEXT("0"), TEXT("1"), TEXT("8192"), TEXT("8193"), "largeur (1..8192)"},
+        {IDC_HEIGHT, TEXT("0"), TEXT("1"), TEXT("8192"), TEXT("8193"), "hauteur (1..8192)"},
+    };
+    LauncherRun run;
+    run.Run([&] {
+        user::Do([&] {
+            for (const auto& c : cases) {
+                for (const WCHAR* text : {c.below, c.above, c.lowest, c.highest}) {
+                    SetWindowTextW(Field(run.launcher, c.id), text);
+                    const bool fits = text == c.lowest || text == c.highest;
+                    EXPECT_EQ(MessageOf([&] { ReadForm(run.launcher); }),
+                              fits ? "" : "Valeur hors limites : " + c.label);
+                }
+            }
+        });
+    });
+}
+
 TEST(Commands, EveryShownControlIsPaintedAgainAfterAResizeAndAChangeOfPage) {
     LauncherRun run;
     run.Run([&] {
