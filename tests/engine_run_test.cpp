@@ -30,6 +30,8 @@ TEST(EngineRun, ShowsTheGapThatAnEarlierEngineLeavesInTheLogAndLeavesItAlone) {
     run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu\n");
     Launcher next;
     user::RunWithUser(next, [&] {
+        user::Click(IDC_VERIFY);
+        user::WaitForStatus(TEXT("Configuration vérifiée. Vous pouvez lancer la VM."));
         user::Click(IDC_LAUNCH);
         user::WaitForStatus(TEXT("VM démarrée. Les réglages s'appliquent au prochain lancement."));
         WriteBytes(run.folder.Of(TEXT("feu")), "");
