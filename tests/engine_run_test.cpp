@@ -1,12 +1,10 @@
 // An engine that outlives its launcher.
-#include "launch/engine_run.h"
-
 #include <gtest/gtest.h>
 
-#include <stdexcept>
 #include <string>
 
 #include "form/form_ids.h"
+#include "launch/run_result.h"
 #include "launcher_run.h"
 
 namespace {
@@ -24,6 +22,7 @@ TEST(EngineRun, ShowsTheGapThatAnEarlierEngineLeavesInTheLogAndLeavesItAlone) {
         user::CloseMainWindow();
         user::WaitForEnd();
     });
+    EXPECT_FALSE(RunSucceeded(0xC0000005)) << "no code but 0 is a success";
     EXPECT_FALSE(Contains(run.Log(), "Machine arrêtée")) << "closing waits for nothing and stops nothing";
     UnregisterClassW(TEXT("VeldraneVmLauncher"), nullptr);
     UnregisterClassW(TEXT("VeldraneVmLog"), nullptr);
