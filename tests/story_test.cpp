@@ -68,6 +68,8 @@ TEST(Story, TheLogWindowHoldsTheEndOfALongLogAndKeepsItsPlace) {
         const HWND window = launcher.log_window;
         EXPECT_EQ(Narrow(user::TextOf(window)), "Veldrane VM — Journal");
         EXPECT_TRUE(LogTextHas(launcher, 0x200000));
+        WriteBytes(log, "");
+        EXPECT_TRUE(LogTextHas(launcher, 0));
         WriteBytes(log, "X" + std::string(0x100000, 'y'));
         EXPECT_TRUE(LogTextHas(launcher, 0x100000));
         user::Do([&] {
