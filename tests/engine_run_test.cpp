@@ -31,7 +31,8 @@ TEST(EngineRun, ShowsTheGapThatAnEarlierEngineLeavesInTheLogAndLeavesItAlone) {
     user::RunWithUser(next, [&] {
         user::Click(IDC_VERIFY);
         user::WaitForStatus(TEXT("Configuration vérifiée. Vous pouvez lancer la VM."));
-        user::Click(IDC_LAUNCH);
+        user::Click(IDC_KERNEL_COMMAND);
+        user::Press(VK_RETURN);
         user::WaitForStatus(TEXT("VM démarrée. Les réglages s'appliquent au prochain lancement."));
         WriteBytes(run.folder.Of(TEXT("feu")), "");
         user::WaitForStatus(TEXT("VM terminée."));

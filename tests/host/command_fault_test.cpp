@@ -16,10 +16,9 @@ constexpr const char* NO_FILE_BOX = "Boîte de sélection de fichier indisponibl
 
 // What comes of the failure of each of the calls, `count` times each (0: always), in the order in which a
 // command makes them: the start of the message, with the system's words for % and a bar between two boxes.
-// What is silent: "" where the command is done, "-" where it waits, "=" and the status line where it ends
-// otherwise,
-// "~" where the log is shown later. A message after which the record or the log may have changed has a "!" in
-// front, one after which a start goes on a "?".
+// Silent:
+// "" where the command is done, "-" where it waits, "=" and the status line where it ends otherwise, "~"
+// where the log is shown later. "!" in front: the record or the log may have changed; "?": a start goes on.
 struct Row {
     const char* commands;  // "": all
     const char* calls;

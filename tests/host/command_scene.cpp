@@ -182,7 +182,6 @@ int Scene::Play(const std::function<void()>& test, const std::function<void()>& 
     host::TakeClock(MS_PER_LOOK);
     when_shown = [&] {
         test();
-        CloseEngine(run.launcher);
         run.launcher.dirty = false;
     };
     boxes.clear();
@@ -196,6 +195,7 @@ int Scene::Play(const std::function<void()>& test, const std::function<void()>& 
         run.launcher, [this] { return Step(*this); }, pass_time);
     if (IsWindow(run.launcher.main_window) != FALSE)
         DestroyWindow(run.launcher.main_window);
+    EXPECT_EQ(host::OpenHandles(), 0U) << "also of an engine that still runs";
     return exit_code;
 }
 
