@@ -6,6 +6,7 @@ packages_sanitize="cmake ninja-build g++ clang libclang-rt-14-dev binutils googl
 packages_windows="cmake ninja-build g++-mingw-w64-x86-64-posix binutils googletest wine wine64 fonts-wine xvfb util-linux"
 packages_release="cmake ninja-build g++-mingw-w64-x86-64-posix binutils googletest git perl zip cmark-gfm"
 packages_pictures="imagemagick locales"
+packages_machine="qemu-system-x86 gcc"
 packages_display="x11-utils locales"
 packages_lint="cmake ninja-build g++ binutils googletest clang-format clang-tidy git perl"
 packages_coverage="cmake ninja-build g++ binutils googletest gcovr"
@@ -64,6 +65,8 @@ need() {
         as_root=sudo
         sudo -v || return 1  # its question must not stand in a line that is rewritten
     fi
+    # The emulator alone is large enough.
+    [ "$1" != machine ] || missing+=(--no-install-recommends)
     if ! alive "installing" build/install.log install "$as_root" "${missing[@]}"; then
         tail -q -n 5 build/install.log build/apt.log 2>/dev/null
         return 1

@@ -8,13 +8,14 @@
 #include <exception>
 #include <vector>
 
+#include "adapter/engine_checks.h"
+#include "adapter/engine_output.h"
+#include "adapter/engine_request.h"
 #include "base/file_system.h"
 #include "base/text_convert.h"
 #include "demo/inherited_handles.h"
-#include "demo/tessarun_checks.h"
 #include "demo/tessarun_machine.h"
-#include "demo/tessarun_output.h"
-#include "demo/tessarun_request.h"
+#include "demo/tessarun_script.h"
 #include "platform/win32.h"
 
 namespace {

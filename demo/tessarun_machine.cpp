@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <string>
 
+#include "adapter/engine_output.h"
 #include "base/file_system.h"
 #include "base/text_convert.h"
-#include "demo/tessarun_output.h"
 
 namespace {
 

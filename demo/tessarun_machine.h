@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "demo/tessarun_request.h"
+#include "demo/tessarun_script.h"
 
 // The exit code of a machine that its time limit stopped.
 inline constexpr std::uint32_t TIME_LIMIT_EXIT_CODE = 124;

@@ -86,15 +86,15 @@ void AddModule(const WideText& path) {
     Check(user::WaitForNoBox(), "la boîte de fichier devait se fermer");
 }
 
-std::string ReadLog(const WideText& path) {
+std::string ReadFile(const WideText& path) {
     const OwnedHandle file = OpenForReading(path);
     std::uint64_t size = 0;
     if (!file || !FileSize(file.Get(), size))
         return {};
-    std::string log(static_cast<std::size_t>(size), '\0');
+    std::string content(static_cast<std::size_t>(size), '\0');
     std::size_t read = 0;
-    ReadAt(file.Get(), 0, log.data(), log.size(), read);
-    return log;
+    ReadAt(file.Get(), 0, content.data(), content.size(), read);
+    return content;
 }
 
 // The engine writes its arguments one to a line; all of them must be there, in order.
@@ -154,11 +154,11 @@ void VerifyAndLaunch() {
     Check(user::IsEnabled(IDC_LAUNCH), "le lancement revient à la fin");
 }
 
-void LookAtLog() {
+void LookAtLog(const std::string& picture) {
     Press("Voir le journal", IDC_SHOW_LOG);
     const auto shows = [] { return IsWindowVisible(user::LogWindow()) != FALSE; };
     Check(user::WaitUntil(shows), "le journal devait s'ouvrir");
-    ShowPicture(user::LogWindow(), "5-journal", "le journal");
+    ShowPicture(user::LogWindow(), picture, "le journal");
     user::Do([] { PostMessageW(user::LogWindow(), WM_CLOSE, 0, 0); });
     Check(user::WaitUntil([&] { return !shows(); }), "le journal devait se fermer");
 }
@@ -176,19 +176,55 @@ void TellRun(const WideText& folder, const WideText& config_path) {
           "le fichier doit porter les deux modules");
     Say("── ligne de commande du moteur");
     Say(Utf8FromWide(BuildEngineCommandLine(JoinPath(folder, TEXT("tessarun.exe")), config, false)));
-    const std::string log = ReadLog(JoinPath(folder, TEXT("veldranevm.log")));
+    const std::string log = ReadFile(JoinPath(folder, TEXT("veldranevm.log")));
     Say("── journal");
     Say(log);
     CheckArguments(log, BuildEngineArguments(config, false));
 }
 
-}  // namespace
+void TellMachine(const WideText& folder) {
+    const std::string log = ReadFile(JoinPath(folder, TEXT("veldranevm.log")));
+    Say("── journal");
+    Say(log);
+    for (const char* const words :
+         {"\nArguments : [console=série mode=\"démonstration\"]\nMémoire : 63 Mio\n",
+          "\nModule 0 : 20 octets, somme 1989, arguments [racine=/dev/hda]\n",
+          "\nModule 1 : 18 octets, somme 1196, arguments []\n", "\nDisque, secteur 0 : [premier secteur]\n",
+          "\nÉcran : 640 x 400 x 32\nFin.\nMachine arrêtée par le noyau, code 0.\n"})
+        Check(log.find(words) != std::string::npos, std::string("absent du journal : ") + words);
+    const std::string picture = ReadFile(JoinPath(folder, TEXT("écran.ppm")));
+    Check(picture.starts_with("P6\n640 400\n255\n"), "l'image de l'écran doit être là");
+    Say("── image de l'écran : écran.ppm, " + std::to_string(picture.size()) + " octets");
+}
 
-bool Tour(const WideText& folder) {
-    const WideText config_path = JoinPath(folder, TEXT("veldranevm.config"));
+void AwaitStart() {
     Check(user::WaitUntil([] { return IsWindowVisible(user::MainWindow()) != FALSE; }, 60000),
           "la fenêtre doit s'ouvrir");
     AwaitStatus(TEXT("Configuration chargée."));
+}
+
+bool Leave() {
+    user::CloseMainWindow();
+    Check(user::WaitForEnd(), "la fenêtre doit se fermer sans question");
+    Say(all_right ? "── tout est juste" : "── des textes étaient faux");
+    return all_right;
+}
+
+}  // namespace
+
+bool MachineTour(const WideText& folder) {
+    AwaitStart();
+    TellWindow("au départ");
+    ShowPicture(user::MainWindow(), "machine-1-fenetre", "la configuration d'une vraie machine");
+    VerifyAndLaunch();
+    TellMachine(folder);
+    LookAtLog("machine-2-journal");
+    return Leave();
+}
+
+bool Tour(const WideText& folder) {
+    const WideText config_path = JoinPath(folder, TEXT("veldranevm.config"));
+    AwaitStart();
     TellWindow("au départ");
     ShowPicture(user::MainWindow(), "1-disques", "la page des disques");
     Edit(folder);
@@ -197,11 +233,8 @@ bool Tour(const WideText& folder) {
     SaveAndLoad(config_path);
     VerifyAndLaunch();
     TellRun(folder, config_path);
-    LookAtLog();
+    LookAtLog("5-journal");
     Enlarge();
     TellWindow("à la fin");
-    user::CloseMainWindow();
-    Check(user::WaitForEnd(), "la fenêtre doit se fermer sans question");
-    Say(all_right ? "── tout est juste" : "── des textes étaient faux");
-    return all_right;
+    return Leave();
 }

@@ -11,5 +11,9 @@
 // right one.
 bool Tour(const WideText& folder);
 
+// The same with a configuration of a real kernel and an engine that runs it: loads, verifies, launches,
+// follows, and shows the log and the picture of the machine's screen.
+bool MachineTour(const WideText& folder);
+
 // Has a picture taken of the place of a window, where somebody takes pictures; each build has its own.
 void ShowPicture(HWND window, const std::string& name, const std::string& caption);

@@ -1,7 +1,8 @@
-// The demonstration over the layer: the launcher and its user in one process. Arguments: none; run in the
-// folder.
+// The demonstration over the layer: the launcher and its user in one process; run in the folder. With the
+// argument `machine` that of a real machine.
 #include <cstdio>
 #include <exception>
+#include <string_view>
 
 #include "base/file_system.h"
 #include "demo/tour.h"
@@ -9,11 +10,13 @@
 
 void ShowPicture(HWND, const std::string&, const std::string&) {}  // the layer does not draw
 
-int main() {
+int main(int count, char** arguments) {
     try {
         Launcher launcher;
         bool right = false;
-        const int exit_code = user::RunWithUser(launcher, [&] { right = Tour(CurrentDirectory()); });
+        const bool is_machine = count == 2 && std::string_view(arguments[1]) == "machine";
+        const auto tour = is_machine ? MachineTour : Tour;
+        const int exit_code = user::RunWithUser(launcher, [&] { right = tour(CurrentDirectory()); });
         return right && exit_code == 0 ? 0 : 1;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());

@@ -1,7 +1,7 @@
 // The demonstration on Windows: starts veldranevm.exe from the current directory and acts as its user from
 // this process, with real mouse and keyboard input. With the argument `images` it says on standard output, in
 // a line that starts with @, when a picture can be taken and of which part of the screen, and waits until a
-// file says that it has been.
+// file says that it has been. With `machine` behind that the demonstration is that of a real machine.
 #include <chrono>
 #include <cstdio>
 #include <exception>
@@ -87,11 +87,12 @@ void ShowPicture(HWND window, const std::string& name, const std::string& captio
 
 int main(int count, char** arguments) {
     try {
-        pictures_wanted = count == 2 && std::string_view(arguments[1]) == "images";
+        pictures_wanted = count >= 2 && std::string_view(arguments[1]) == "images";
         const WideText folder = CurrentDirectory();
         const OwnedHandle process = StartLauncher(folder);
         launcher_process = process.Get();
-        const bool right = Tour(folder);
+        const bool is_machine = count == 3 && std::string_view(arguments[2]) == "machine";
+        const bool right = is_machine ? MachineTour(folder) : Tour(folder);
         DWORD exit_code = 1;
         GetExitCodeProcess(process.Get(), &exit_code);
         if (exit_code == STILL_ACTIVE)

@@ -5,11 +5,12 @@
 #include <array>
 #include <set>
 
+#include "adapter/engine_checks.h"
+#include "adapter/engine_request.h"
 #include "base/path_ops.h"
 #include "cases.h"
-#include "demo/tessarun_checks.h"
 #include "demo/tessarun_machine.h"
-#include "demo/tessarun_request.h"
+#include "demo/tessarun_script.h"
 #include "launch/engine_command.h"
 #include "launch/engine_start.h"
 #include "scratch.h"

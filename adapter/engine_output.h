@@ -1,4 +1,4 @@
-// The stand-in engine's output: UTF-8 that reaches the log at once, as the launcher reads it during the run.
+// An engine's output: UTF-8 that reaches the log at once, as the launcher reads it during the run.
 #pragma once
 
 #include <string_view>

@@ -1,6 +1,6 @@
-// What the stand-in engine looks at before it plays a machine: the kernel's headers and the files that are
+// What an engine looks at before it runs a machine: the kernel's headers and the files that are
 // named.
-#include "demo/tessarun_checks.h"
+#include "adapter/engine_checks.h"
 
 #include <algorithm>
 #include <array>
@@ -8,9 +8,9 @@
 #include <stdexcept>
 #include <string>
 
+#include "adapter/engine_output.h"
 #include "base/file_system.h"
 #include "base/text_convert.h"
-#include "demo/tessarun_output.h"
 
 namespace {
 
@@ -18,27 +18,8 @@ constexpr std::size_t ELF_HEADER_BYTES = 52;
 constexpr std::string_view ELF_32_LITTLE_ENDIAN = "\177ELF\1\1\1";
 constexpr std::size_t ELF_MACHINE_OFFSET = 18;
 constexpr std::string_view ELF_MACHINE_I386{"\x03\x00", 2};
-constexpr std::uint32_t MULTIBOOT_MAGIC = 0x1BADB002;
 constexpr std::size_t MULTIBOOT_HEADER_BYTES = 12;
 constexpr std::uint64_t SECTOR_BYTES = 512;
-
-std::uint32_t LittleEndian32(std::string_view bytes, std::size_t offset) {
-    std::uint32_t number = 0;
-    for (std::size_t at = 4; at-- > 0;)
-        number = number << 8 | static_cast<unsigned char>(bytes[offset + at]);
-    return number;
-}
-
-bool HasMultibootHeader(std::string_view bytes) {
-    bytes = bytes.substr(0, MULTIBOOT_AREA_BYTES);
-    for (std::size_t at = 0; at + MULTIBOOT_HEADER_BYTES <= bytes.size(); at += 4) {
-        const std::uint32_t magic = LittleEndian32(bytes, at);
-        const std::uint32_t sum = magic + LittleEndian32(bytes, at + 4) + LittleEndian32(bytes, at + 8);
-        if (magic == MULTIBOOT_MAGIC && sum == 0)
-            return true;
-    }
-    return false;
-}
 
 struct OpenedFile {
     OwnedHandle handle;
@@ -84,11 +65,29 @@ void CheckDisk(const WideText& path) {
 
 }  // namespace
 
+std::uint32_t LittleEndian32(std::string_view bytes, std::size_t offset) {
+    std::uint32_t number = 0;
+    for (std::size_t at = 4; at-- > 0;)
+        number = number << 8 | static_cast<unsigned char>(bytes[offset + at]);
+    return number;
+}
+
+std::optional<std::size_t> FindMultibootHeader(std::string_view file) {
+    const std::string_view bytes = file.substr(0, MULTIBOOT_AREA_BYTES);
+    for (std::size_t at = 0; at + MULTIBOOT_HEADER_BYTES <= bytes.size(); at += 4) {
+        const std::uint32_t magic = LittleEndian32(bytes, at);
+        const std::uint32_t sum = magic + LittleEndian32(bytes, at + 4) + LittleEndian32(bytes, at + 8);
+        if (magic == MULTIBOOT_MAGIC && sum == 0)
+            return at;
+    }
+    return std::nullopt;
+}
+
 void CheckKernelImage(std::string_view first_bytes, HeaderNeed need) {
     if (first_bytes.size() < ELF_HEADER_BYTES || !first_bytes.starts_with(ELF_32_LITTLE_ENDIAN) ||
         !first_bytes.substr(ELF_MACHINE_OFFSET).starts_with(ELF_MACHINE_I386))
         throw std::runtime_error("ce n'est pas un fichier ELF i386 de 32 bits, petit-boutiste.");
-    if (need == HeaderNeed::Required && !HasMultibootHeader(first_bytes))
+    if (need == HeaderNeed::Required && !FindMultibootHeader(first_bytes))
         throw std::runtime_error("aucun en-tête Multiboot valide dans les 8192 premiers octets.");
 }
 

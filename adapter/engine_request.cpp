@@ -1,10 +1,8 @@
-// Reading the engine's command line: the options in their one order, and the words of the kernel that play on
-// the machine.
-#include "demo/tessarun_request.h"
+// Reading the engine's command line: the options in their one order.
+#include "adapter/engine_request.h"
 
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <optional>
 #include <span>
 #include <stdexcept>
@@ -14,23 +12,6 @@
 namespace {
 
 using Values = std::span<const WideText>;
-
-constexpr std::uint32_t DURATION_MS_MAX = 3600000;
-constexpr std::uint32_t LINES_MAX = 100000;
-constexpr std::uint32_t FILLER_BYTES_MAX = 64 * 1024 * 1024;
-constexpr WideView DEMO_PREFIX = TEXT("demo.");
-
-[[noreturn]] void Refuse(const char* message, WideView argument) {
-    throw std::runtime_error(message + Utf8FromWide(argument));
-}
-
-std::uint32_t Number(WideView text, std::uint32_t lowest, std::uint32_t highest) {
-    const std::optional<std::uint64_t> number = ParseDigits(text);
-    const bool is_padded = text.size() > 1 && text.front() == TEXT('0');
-    if (!number || is_padded || *number < lowest || *number > highest)
-        Refuse("Nombre incorrect : ", text);
-    return static_cast<std::uint32_t>(*number);
-}
 
 const WideText& Filled(const WideText& value) {
     if (value.empty())
@@ -56,15 +37,15 @@ using enum OptionRow::Presence;
 constexpr std::array<OptionRow, 14> OPTIONS{{
     {TEXT("--ram"), 1, Always,
      [](EngineRequest& request, Values values) {
-         request.config.ram_mib = Number(values[0], RAM_MIB_MIN, RAM_MIB_MAX);
+         request.config.ram_mib = NumberWithin(values[0], RAM_MIB_MIN, RAM_MIB_MAX);
      }},
     {TEXT("--zoom"), 1, Always,
      [](EngineRequest& request, Values values) {
-         request.config.zoom = Number(values[0], ZOOM_MIN, ZOOM_MAX);
+         request.config.zoom = NumberWithin(values[0], ZOOM_MIN, ZOOM_MAX);
      }},
     {TEXT("--timeout"), 1, Always,
      [](EngineRequest& request, Values values) {
-         request.config.timeout_ms = Number(values[0], 0, TIMEOUT_MS_MAX);
+         request.config.timeout_ms = NumberWithin(values[0], 0, TIMEOUT_MS_MAX);
      }},
     {TEXT("--cmdline"), 1, Once,
      [](EngineRequest& request, Values values) { request.config.command = Filled(values[0]); }},
@@ -73,8 +54,8 @@ constexpr std::array<OptionRow, 14> OPTIONS{{
     {TEXT("--fb"), 2, Once,
      [](EngineRequest& request, Values values) {
          request.config.explicit_video = true;
-         request.config.width = Number(values[0], SIZE_PIXELS_MIN, SIZE_PIXELS_MAX);
-         request.config.height = Number(values[1], SIZE_PIXELS_MIN, SIZE_PIXELS_MAX);
+         request.config.width = NumberWithin(values[0], SIZE_PIXELS_MIN, SIZE_PIXELS_MAX);
+         request.config.height = NumberWithin(values[1], SIZE_PIXELS_MIN, SIZE_PIXELS_MAX);
      }},
     {TEXT("--headless"), 0, Once, [](EngineRequest& request, Values) { request.config.headless = true; }},
     {TEXT("--force-no-header"), 0, Once,
@@ -90,6 +71,10 @@ constexpr std::array<OptionRow, 14> OPTIONS{{
      [](EngineRequest& request, Values values) { request.config.ide[3] = Filled(values[0]); }},
     {TEXT("--module-args"), 2, Repeated, TakeModule},
 }};
+
+[[noreturn]] void Refuse(const char* message, WideView argument) {
+    throw std::runtime_error(message + Utf8FromWide(argument));
+}
 
 [[noreturn]] void RefuseOption(WideView argument) {
     const bool is_known = std::any_of(OPTIONS.begin(), OPTIONS.end(),
@@ -108,43 +93,15 @@ void TakeOption(const OptionRow& row, Values& left, EngineRequest& request) {
     left = left.subspan(1 + row.value_count);
 }
 
-struct ScriptWord {
-    WideView key;
-    void (*take)(MachineScript& script, WideView value);
-};
-
-constexpr std::array<ScriptWord, 7> SCRIPT_WORDS{{
-    {TEXT("demo.duree="),
-     [](MachineScript& script, WideView value) { script.duration_ms = Number(value, 0, DURATION_MS_MAX); }},
-    {TEXT("demo.lignes="),
-     [](MachineScript& script, WideView value) { script.lines = Number(value, 0, LINES_MAX); }},
-    {TEXT("demo.code="),
-     [](MachineScript& script, WideView value) {
-         script.exit_code = Number(value, 0, std::numeric_limits<std::uint32_t>::max());
-     }},
-    {TEXT("demo.octets="),
-     [](MachineScript& script, WideView value) { script.filler_bytes = Number(value, 0, FILLER_BYTES_MAX); }},
-    {TEXT("demo.attend="), [](MachineScript& script, WideView value) { script.awaited = value; }},
-    {TEXT("demo.texte="),
-     [](MachineScript& script, WideView value) { script.texts.push_back(Utf8FromWide(value)); }},
-    {TEXT("demo.invalide"),
-     [](MachineScript& script, WideView value) {
-         if (!value.empty())
-             Refuse("Mot inconnu : demo.invalide", value);
-         script.writes_bad_utf8 = true;
-     }},
-}};
-
-void TakeWord(MachineScript& script, WideView word) {
-    if (!word.starts_with(DEMO_PREFIX))
-        return;
-    for (const ScriptWord& row : SCRIPT_WORDS)
-        if (word.starts_with(row.key))
-            return row.take(script, word.substr(row.key.size()));
-    Refuse("Mot inconnu : ", word);
-}
-
 }  // namespace
+
+std::uint32_t NumberWithin(WideView text, std::uint32_t lowest, std::uint32_t highest) {
+    const std::optional<std::uint64_t> number = ParseDigits(text);
+    const bool is_padded = text.size() > 1 && text.front() == TEXT('0');
+    if (!number || is_padded || *number < lowest || *number > highest)
+        throw std::runtime_error("Nombre incorrect : " + Utf8FromWide(text));
+    return static_cast<std::uint32_t>(*number);
+}
 
 EngineRequest ParseEngineArguments(const std::vector<WideText>& arguments) {
     if (arguments.empty() || arguments.front().empty() || arguments.front().starts_with(TEXT("--")))
@@ -162,14 +119,4 @@ EngineRequest ParseEngineArguments(const std::vector<WideText>& arguments) {
     if (!left.empty())
         RefuseOption(left.front());
     return request;
-}
-
-MachineScript ParseMachineScript(WideView kernel_command) {
-    MachineScript script;
-    while (!kernel_command.empty()) {
-        const std::size_t length = std::min(kernel_command.find(TEXT(' ')), kernel_command.size());
-        TakeWord(script, kernel_command.substr(0, length));
-        kernel_command.remove_prefix(std::min(length + 1, kernel_command.size()));
-    }
-    return script;
 }

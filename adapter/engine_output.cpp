@@ -1,5 +1,5 @@
-// The standard output of the stand-in engine, written unbuffered so that a log shows it at once.
-#include "demo/tessarun_output.h"
+// The standard output of an engine, written unbuffered so that a log shows it at once.
+#include "adapter/engine_output.h"
 
 #include <stdexcept>
 #include <string>

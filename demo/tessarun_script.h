@@ -1,22 +1,11 @@
-// What the stand-in engine is asked to do: the launcher's command line read back into a record, and the words
-// of the kernel command line that play the machine.
+// The words of the kernel command line that set how the stand-in engine plays its machine.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "config/vm_config.h"
-
-struct EngineRequest {
-    VmConfig config;
-    bool dry_run = false;
-};
-
-// Reads the arguments after the engine's own name: the kernel, then the options in the one order in which
-// the launcher gives them. Throws for a missing kernel, an option that is unknown, repeated, out of its place
-// or absent, a missing or empty value, and for a number that is out of bounds or not in its shortest form.
-EngineRequest ParseEngineArguments(const std::vector<WideText>& arguments);
+#include "platform/win32.h"
 
 // A short play of a machine.
 struct MachineScript {

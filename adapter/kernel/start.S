@@ -1,0 +1,39 @@
+# Where the loader enters: a stack, and on into the kernel. The header asks for a screen of 640 x 480.
+
+        .set    MAGIC, 0x1BADB002
+        .set    FLAGS, 0x7                      # modules on page boundaries, memory information, a mode
+
+        .section .multiboot, "a"
+        .align  4
+        .long   MAGIC, FLAGS, -(MAGIC + FLAGS)
+        .long   0, 0, 0, 0, 0                   # addresses: those of the ELF file hold
+        .long   0, 640, 480, 32
+
+        .section .text
+        .globl  start
+start:
+        movl    $stack_top, %esp
+        pushl   %ebx
+        pushl   %eax
+        call    kernel
+halt:
+        cli
+        hlt
+        jmp     halt
+
+        .globl  triple_fault                    # a breakpoint that nobody can take
+triple_fault:
+        lidt    no_table
+        int3
+
+        .section .rodata
+no_table:
+        .word   0
+        .long   0
+
+        .section .bss
+        .align  16
+        .skip   16384
+stack_top:
+
+        .section .note.GNU-stack, "", @progbits

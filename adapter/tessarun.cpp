@@ -1,0 +1,109 @@
+// An engine for those who have none: takes the launcher's command line and runs the kernel on a general
+// emulator.
+//
+// Exit codes: the byte that the kernel writes to port 0xF4; 0 for a sound dry run, for a machine that was
+// powered off or halted for good, and for a closed window; 1 for a check or a step that failed, 2 for a
+// command line that is not the launcher's, 3 for a reset or a triple fault, 4 for an emulator that is gone,
+// 124 when the time limit ended the machine.
+#include <algorithm>
+#include <exception>
+#include <stdexcept>
+
+#include "adapter/boot_file.h"
+#include "adapter/emulator.h"
+#include "adapter/engine_checks.h"
+#include "adapter/engine_output.h"
+#include "adapter/engine_request.h"
+#include "adapter/machine.h"
+#include "base/text_convert.h"
+
+namespace {
+
+constexpr std::uint32_t CHECK_EXIT_CODE = 1;
+constexpr std::uint32_t USAGE_EXIT_CODE = 2;
+constexpr std::uint64_t MIB = 1 << 20;
+
+// The emulator takes an empty image for a drive without a medium, and one image for one drive only.
+void CheckDisks(const VmConfig& config) {
+    for (std::size_t at = 0; at < config.ide.size(); ++at) {
+        const WideText& path = config.ide[at];
+        if (path.empty())
+            continue;
+        if (SizedFile(path).bytes == 0)
+            throw std::runtime_error(Utf8FromWide(path) + " : l'image de disque est vide.");
+        if (std::find(config.ide.begin(), config.ide.begin() + static_cast<std::ptrdiff_t>(at), path) !=
+            config.ide.begin() + static_cast<std::ptrdiff_t>(at))
+            throw std::runtime_error(Utf8FromWide(path) + " : l'image de disque est nommée deux fois.");
+    }
+}
+
+BootRequest RequestOf(const VmConfig& config) {
+    BootRequest request;
+    request.arguments = Utf8FromWide(config.command);
+    for (const ModuleEntry& module : config.modules)
+        request.modules.push_back({SizedFile(module.path).bytes, Utf8FromWide(module.command)});
+    if (config.explicit_video)
+        request.mode = DisplayMode{config.width, config.height};
+    request.memory_bytes = config.ram_mib * MIB;
+    return request;
+}
+
+BootImage ImageOf(const VmConfig& config, const BootRequest& request) {
+    const SizedFile kernel(config.kernel);
+    if (kernel.bytes > request.memory_bytes)
+        throw std::runtime_error(Utf8FromWide(config.kernel) + " : le noyau ne tient pas dans la mémoire.");
+    try {
+        return ComposeBootImage(kernel.Read(), request);
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(Utf8FromWide(config.kernel) + " : " + error.what());
+    }
+}
+
+std::string ModeText(const DisplayMode& mode) {
+    return NumberText(mode.width) + " x " + NumberText(mode.height);
+}
+
+void TellMode(const BootImage& image) {
+    if (!image.mode)
+        return;
+    PrintLine("Écran : " + ModeText(*image.mode) + " points de 32 bits." +
+              (image.mode->width == image.asked_mode->width
+                   ? ""
+                   : " Demandé : " + ModeText(*image.asked_mode) + "."));
+}
+
+std::uint32_t CheckAndRun(const EngineRequest& request) {
+    const VmConfig& config = request.config;
+    CheckFiles(config);
+    CheckDisks(config);
+    const BootRequest boot = RequestOf(config);
+    const BootImage image = ImageOf(config, boot);
+    const WideText emulator = FindEmulator();
+    PrintLine("Émulateur : " + Utf8FromWide(emulator));
+    TellMode(image);
+    if (!config.headless && !HasDisplay())
+        throw std::runtime_error("Aucun affichage pour la fenêtre de la machine : cochez « Sans fenêtres ».");
+    if (request.dry_run) {
+        PrintLine("Vérification réussie.");
+        return 0;
+    }
+    return RunMachine(emulator, config, image, boot);
+}
+
+std::uint32_t Run(const std::vector<WideText>& arguments) {
+    std::uint32_t failure_code = USAGE_EXIT_CODE;
+    try {
+        const EngineRequest request = ParseEngineArguments(arguments);
+        failure_code = CHECK_EXIT_CODE;
+        return CheckAndRun(request);
+    } catch (const std::exception& error) {
+        PrintErrorLine(std::string("Erreur : ") + error.what());
+        return failure_code;
+    }
+}
+
+}  // namespace
+
+extern "C" int wmain(int argc, WCHAR** argv) {
+    ExitProcess(Run(argc > 1 ? std::vector<WideText>(argv + 1, argv + argc) : std::vector<WideText>()));
+}

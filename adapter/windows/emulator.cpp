@@ -1,0 +1,128 @@
+// The emulator on Windows. Under Wine it may be a program of the machine below, which has names of its own
+// for files and gives no handle of its process.
+#include "adapter/emulator.h"
+
+#include <stdexcept>
+
+#include "base/path_ops.h"
+#include "base/text_convert.h"
+#include "base/windows_error.h"
+#include "launch/engine_command.h"
+
+namespace {
+
+// A text of the kind that the platform copies into a buffer, whose size it tells when it is too small.
+template <typename Query>
+WideText TextOf(const Query& query) {
+    WideText text(32768, WCHAR{});
+    const DWORD length = query(text.data(), static_cast<DWORD>(text.size()));
+    text.resize(length < text.size() ? length : 0);
+    return text;
+}
+
+WideText Setting(const WCHAR* name) {
+    return TextOf([&](WCHAR* text, DWORD size) { return GetEnvironmentVariableW(name, text, size); });
+}
+
+bool IsProgram(const WideText& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+bool IsOfMachineBelow(const WideText& program) {
+    return !program.ends_with(TEXT(".exe"));
+}
+
+// Ends the process with the last handle of the job, however its owner goes.
+HANDLE JobOf(HANDLE process) {
+    const HANDLE job = CreateJobObjectW(nullptr, nullptr);
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    AssignProcessToJobObject(job, process);
+    return job;
+}
+
+}  // namespace
+
+WideText FindEmulator() {
+    const WideText named = Setting(TEXT("TESSARUN_QEMU"));
+    if (IsProgram(named))
+        return named;
+    if (!named.empty())
+        throw std::runtime_error("Émulateur introuvable : TESSARUN_QEMU nomme " + Utf8FromWide(named));
+    for (const WCHAR* const name : {TEXT("qemu-system-i386.exe"), TEXT("qemu-system-x86_64.exe")}) {
+        const WideText found = TextOf([&](WCHAR* text, DWORD size) {
+            return SearchPathW(nullptr, name, nullptr, size, text, nullptr);
+        });
+        const WideText usual = JoinPath(JoinPath(Setting(TEXT("ProgramFiles")), TEXT("qemu")), name);
+        for (const WideText& path : {found, usual})
+            if (!path.empty() && IsProgram(path))
+                return path;
+    }
+    throw std::runtime_error("Émulateur introuvable : installez QEMU pour Windows.");
+}
+
+WideText TemporaryFolder() {
+    WideText folder = TextOf([](WCHAR* text, DWORD size) { return GetTempPathW(size, text); });
+    while (folder.ends_with(TEXT('\\')))
+        folder.pop_back();
+    return folder;
+}
+
+std::string EmulatorPath(const WideText& path) {
+    using ToUnix = char*(CDECL*)(const WCHAR*);
+    const FARPROC exported =
+        GetProcAddress(GetModuleHandleW(TEXT("kernel32.dll")), "wine_get_unix_file_name");
+    if (exported == nullptr || !IsOfMachineBelow(FindEmulator()))
+        return Utf8FromWide(path);
+    char* const native = reinterpret_cast<ToUnix>(reinterpret_cast<void*>(exported))(path.c_str());
+    if (native == nullptr)
+        throw std::runtime_error("Chemin incorrect : " + Utf8FromWide(path));
+    const std::string text = native;
+    HeapFree(GetProcessHeap(), 0, native);
+    return text;
+}
+
+bool HasDisplay() {
+    return true;
+}
+
+Emulator::Emulator(const WideText& program, const std::vector<std::string>& arguments, std::uint32_t zoom) {
+    WideText line = QuoteEngineArgument(program);
+    for (const std::string& argument : arguments)
+        line += TEXT(" ") + QuoteEngineArgument(WideFromUtf8(argument));
+    SetEnvironmentVariableW(TEXT("GDK_SCALE"), WideNumberText(zoom).c_str());
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+    startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
+    startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+    PROCESS_INFORMATION started{};
+    if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE,
+                       CREATE_NO_WINDOW | CREATE_SUSPENDED, nullptr, nullptr, &startup, &started) == FALSE)
+        throw std::runtime_error("Lancement de l'émulateur impossible : " +
+                                 Utf8FromWide(WindowsErrorText(GetLastError())));
+    if (started.hProcess == nullptr)
+        return;
+    process_ = reinterpret_cast<std::intptr_t>(started.hProcess);
+    group_ = reinterpret_cast<std::intptr_t>(JobOf(started.hProcess));
+    ResumeThread(started.hThread);
+    CloseHandle(started.hThread);
+}
+
+Emulator::~Emulator() {
+    if (process_ == 0)
+        return;
+    if (!HasEnded()) {
+        TerminateProcess(reinterpret_cast<HANDLE>(process_), 1);
+        WaitForSingleObject(reinterpret_cast<HANDLE>(process_), 5000);
+    }
+    CloseHandle(reinterpret_cast<HANDLE>(group_));
+    CloseHandle(reinterpret_cast<HANDLE>(process_));
+}
+
+bool Emulator::HasEnded() {
+    return process_ != 0 && WaitForSingleObject(reinterpret_cast<HANDLE>(process_), 0) == WAIT_OBJECT_0;
+}

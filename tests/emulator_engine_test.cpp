@@ -1,0 +1,251 @@
+// The engine on an emulator, as far as it can be told without one: the image that it boots, the emulator's
+// command line, and what the emulator's words mean.
+#include <gtest/gtest.h>
+
+#include "adapter/boot_image.h"
+#include "adapter/control.h"
+#include "adapter/emulator_arguments.h"
+#include "cases.h"
+
+namespace {
+
+constexpr std::uint64_t MEMORY = 16 << 20;
+
+std::string Words(std::initializer_list<std::uint32_t> words) {
+    std::string bytes;
+    for (const std::uint32_t word : words)
+        for (int shift = 0; shift < 32; shift += 8)
+            bytes += static_cast<char>(word >> shift);
+    return bytes;
+}
+
+std::uint32_t WordAt(std::string_view bytes, std::size_t offset) {
+    std::uint32_t word = 0;
+    for (std::size_t at = 4; at-- > 0;)
+        word = word << 8 | static_cast<unsigned char>(bytes.at(offset + at));
+    return word;
+}
+
+struct Part {
+    std::uint32_t virtual_address;
+    std::uint32_t address;
+    std::string content;
+    std::uint32_t memory_bytes;
+};
+
+std::string Elf(const std::vector<Part>& parts, std::uint32_t entry) {
+    std::string file = Words({0x464C457F, 0x00010101, 0, 0, 0x00030002, 1, entry, 52, 0, 0, 52 | 32 << 16,
+                              static_cast<std::uint32_t>(parts.size()), 0});
+    std::string contents;
+    const std::size_t behind = file.size() + parts.size() * 32;
+    for (const Part& part : parts) {
+        const auto bytes = static_cast<std::uint32_t>(part.content.size());
+        file += Words({1, static_cast<std::uint32_t>(behind + contents.size()), part.virtual_address,
+                       part.address, bytes, part.memory_bytes, 5, 4});
+        contents += part.content;
+    }
+    return file + contents;
+}
+
+std::string Header(std::uint32_t flags, std::uint32_t width, std::uint32_t height, std::uint32_t text = 0) {
+    return Words({0x1BADB002, flags, ~(0x1BADB002 + flags) + 1, 0, 0, 0, 0, 0, text, width, height, 16});
+}
+
+// A kernel of one page at 1 MiB.
+std::string SmallKernel(const std::string& content = Header(3, 0, 0)) {
+    return Elf({{0x100000, 0x100000, content, 4096}}, 0x100000);
+}
+
+// The machine's memory once a loader that knows nothing but ELF has loaded the image.
+struct Loaded {
+    std::string memory;
+    std::uint32_t entry;
+
+    explicit Loaded(const std::string& file) : memory(MEMORY, '\0'), entry(WordAt(file, 24)) {
+        for (std::uint32_t at = 0; at < (WordAt(file, 44) & 0xFFFF); ++at) {
+            const std::size_t header = 52 + at * 32;
+            EXPECT_EQ(WordAt(file, header + 8), WordAt(file, header + 12)) << "else the entry moves";
+            EXPECT_LE(WordAt(file, header + 16), WordAt(file, header + 20));
+            memory.replace(WordAt(file, header + 12), WordAt(file, header + 16),
+                           file.substr(WordAt(file, header + 4), WordAt(file, header + 16)));
+        }
+    }
+    std::uint32_t Word(std::size_t address) const {
+        return WordAt(memory, address);
+    }
+    std::string Text(std::size_t address) const {
+        return memory.c_str() + address;
+    }
+};
+
+TEST(BootImage, BringsTheKernelItsArgumentsAndItsModules) {
+    const std::string code = Header(3, 0, 0) + "code";
+    const std::string kernel =
+        Elf({{0xC0100000, 0x100000, code, 0x1000}, {0, 0x300004, "data", 0x5000}}, 0xC0100030);
+    const std::vector<std::string> contents = {std::string(4097, 'a'), "", std::string(4096, 'c')};
+    BootRequest request{" a,\"b\" é ", {{4097, "x y "}, {0, ""}, {4096, "z"}}, std::nullopt, MEMORY};
+    const BootImage image = ComposeBootImage(kernel, request);
+    std::string file = image.front;
+    for (const std::string& content : contents)
+        file += content + std::string(PaddingBehind(content.size()), '\0');
+    const Loaded machine(file);
+    const std::size_t header = file.find(Words({0x1BADB002, 3, 0xE4524FFB}));
+    EXPECT_EQ(header, file.find(Words({0x1BADB002}))) << "the loader takes the first one";
+    EXPECT_TRUE(header % 4 == 0 && header < 8192 - 12);
+
+    EXPECT_EQ(machine.memory.substr(0x100000, code.size()), code);
+    EXPECT_EQ(machine.memory.substr(0x300004, 5), std::string("data\0", 5));
+    EXPECT_EQ(machine.entry, 0x306000U) << "on the page behind the kernel with all of its memory";
+    EXPECT_EQ(machine.memory[machine.entry], '\xBD') << "the stub loads the address of its record";
+    const std::uint32_t record = machine.Word(machine.entry + 1);
+    EXPECT_TRUE(record % 4 == 0 && record > machine.entry && record < machine.entry + 4096);
+    EXPECT_EQ(machine.Word(record + 116), 0x100030U) << "the entry where the segment lies in memory";
+    EXPECT_EQ(machine.Text(machine.Word(record + 120)), request.arguments);
+    EXPECT_EQ(machine.Word(record + 132), 0U) << "no mode";
+    ASSERT_EQ(machine.Word(record + 124), contents.size());
+    for (std::size_t at = 0; at < contents.size(); ++at) {
+        const std::size_t row = machine.Word(record + 128) + 16 * at;
+        EXPECT_EQ(machine.Word(row) % 4096, 0U);
+        EXPECT_EQ(machine.memory.substr(machine.Word(row), machine.Word(row + 4) - machine.Word(row)),
+                  contents[at]);
+        EXPECT_EQ(machine.Text(machine.Word(row + 8)), request.modules[at].arguments);
+    }
+}
+
+TEST(BootImage, GivesTheScreenThatIsAskedFor) {
+    using Mode = std::optional<DisplayMode>;
+    const struct {
+        std::string header;
+        Mode imposed;
+        std::uint32_t width;  // 0: the text screen
+        std::uint32_t height;
+    } CASES[] = {
+        {Header(7, 1024, 768), {}, 1024, 768},
+        {Header(7, 1023, 767), {}, 1016, 767},
+        {Header(7, 0, 0), {}, 800, 600},
+        {Header(7, 1024, 768, 1), {}, 0, 0},
+        {Header(3, 1024, 768), {}, 0, 0},
+        {Header(7, 1024, 768), Mode({320, 200}), 320, 200},
+        {std::string(48, 'x'), Mode({5, 1}), 8, 1},
+        {std::string(48, 'x'), {}, 0, 0},
+    };
+    for (const auto& tested : CASES) {
+        const BootImage image =
+            ComposeBootImage(SmallKernel(tested.header), {"", {}, tested.imposed, MEMORY});
+        const DisplayMode mode = image.mode.value_or(DisplayMode{0, 0});
+        EXPECT_EQ(std::pair(mode.width, mode.height), std::pair(tested.width, tested.height));
+        const Loaded machine(image.front);
+        const std::uint32_t record = machine.Word(machine.entry + 1);
+        EXPECT_EQ(machine.Word(record + 132), tested.width);
+        EXPECT_EQ(machine.Word(record + 136), tested.height);
+    }
+}
+
+TEST(BootImage, RefusesWhatItCannotBoot) {
+    const std::string whole = SmallKernel();
+    std::string cut_table = whole;
+    cut_table[44] = 9;
+    const struct {
+        std::string kernel;
+        const char* message;
+    } CASES[] = {
+        {whole, ""},
+        {whole.substr(0, whole.size() - 1), "fichier ELF tronqué."},
+        {cut_table, "fichier ELF tronqué."},
+        {whole.substr(0, 40), "fichier ELF tronqué."},
+        {Elf({{0x100000, 0x100000, "abc", 2}}, 0x100000), "fichier ELF tronqué."},
+        {Elf({{0xFFFFC, 0xFFFFC, "abcd", 4}}, 0xFFFFC),
+         "le noyau demande de la mémoire en dessous de 1 Mio."},
+        {Elf({{0x100000, 0x100000, "", 0}}, 0x100000),
+         "le noyau n'a aucun segment à charger, ou plus de 128."},
+        {Elf({{0x100000, 0x100000, "a", 1}}, 0x100001),
+         "le point d'entrée du noyau n'est dans aucun segment."},
+        {Elf({{0xFFFFF000, 0xFFFFF000, "a", 0xFFFFFFFF}}, 0xFFFFF000),
+         "le noyau et ses modules ne tiennent pas dans la mémoire de la machine."},
+        {SmallKernel(Header(8, 0, 0)), "l'en-tête Multiboot exige ce que ce moteur ne connaît pas."},
+        {SmallKernel(Header(4, 8193, 1)), "le noyau demande un écran de plus de 8192 points de côté."},
+    };
+    for (const auto& tested : CASES)
+        EXPECT_EQ(MessageOf([&] { ComposeBootImage(tested.kernel, {"", {}, {}, MEMORY}); }), tested.message);
+    // The kernel's page, one of ours, and what the firmware keeps leave this much.
+    const std::uint64_t largest = MEMORY - 0x100000 - 2 * 4096 - 0x40000;
+    for (const std::uint64_t more : {0, 1}) {
+        EXPECT_EQ(MessageOf([&] {
+                      ComposeBootImage(whole, {"", {{largest + more, ""}}, {}, MEMORY});
+                  }),
+                  more == 0 ? "" : "le noyau et ses modules ne tiennent pas dans la mémoire de la machine.");
+    }
+}
+
+TEST(EmulatorControl, KnowsTheEndOfAMachine) {
+    const struct {
+        const char* reason;
+        MachineEnd end;
+        std::uint32_t exit_code;
+    } CASES[] = {
+        {"guest-shutdown", MachineEnd::PoweredOff, 0},
+        {"guest-reset", MachineEnd::Reset, 3},
+        {"host-ui", MachineEnd::WindowClosed, 0},
+        {"host-signal", MachineEnd::EmulatorGone, 4},
+    };
+    for (const auto& tested : CASES) {
+        const std::string line = R"({"timestamp": {"seconds": 1, "microseconds": 2}, "event": "SHUTDOWN", )"
+                                 R"("data": {"guest": true, "reason": ")" +
+                                 std::string(tested.reason) + "\"}}\r";
+        const std::optional<MachineEnd> end = EndOfEvent(ReadControlLine(line));
+        ASSERT_TRUE(end) << line;
+        EXPECT_EQ(*end, tested.end) << line;
+        EXPECT_EQ(ExitCodeOf(*end, 9), tested.exit_code) << line;
+    }
+    EXPECT_EQ(ExitCodeOf(MachineEnd::ExitCode, 255), 255U);
+    EXPECT_EQ(ExitCodeOf(MachineEnd::Halted, 9), 0U);
+    EXPECT_EQ(ExitCodeOf(MachineEnd::TimeLimit, 9), 124U);
+    for (const char* const line : {R"({"event": "STOP", "data": {"reason": "guest-reset"}})",
+                                   R"({"event": "SHUTDOWN"})", "", "\"", "\"\\"})
+        EXPECT_FALSE(EndOfEvent(ReadControlLine(line))) << line;
+}
+
+TEST(EmulatorControl, ReadsAnswersAndWritesCommands) {
+    const ControlLine answer = ReadControlLine(R"({"return": "a\r\n\"b\" \\", "id": 7})");
+    EXPECT_EQ(answer.at("return"), "a\r\n\"b\" \\");
+    EXPECT_TRUE(ReadControlLine(R"({"return": {}})").contains("return"));
+    EXPECT_EQ(ReadControlLine(R"({"error": {"class": "GenericError", "desc": "no: file"}})").at("desc"),
+              "no: file");
+    EXPECT_EQ(WriteControlLine({"screendump", "filename", "/a \"b\"\\é"}, "1"),
+              "{\"execute\": \"screendump\", \"id\": \"1\", \"arguments\": {\"filename\": \"/a "
+              "\\\"b\\\"\\\\é\"}}\n");
+}
+
+TEST(EmulatorControl, SeesAProcessorThatNothingCanWake) {
+    const std::string place = "\r\nEIP=00100033 ";
+    EXPECT_EQ(HaltedAt(place + "EFL=00000046 [---Z-P-] A20=1 SMM=0 HLT=1\r\nES =0010"), "00100033");
+    EXPECT_FALSE(HaltedAt(place + "EFL=00000246 [---Z-P-] A20=1 SMM=0 HLT=1\r\n"))
+        << "an interrupt will come";
+    EXPECT_FALSE(HaltedAt(place + "EFL=00000046 [---Z-P-] A20=1 SMM=0 HLT=0\r\n"));
+    EXPECT_FALSE(HaltedAt("")) << "another answer";
+}
+
+TEST(EmulatorArguments, NameEachDiskAndLeaveRoomForTheScreen) {
+    MachineRequest machine{"/tmp/image", {"", "/a, b/c.img", "", "/d"}, 64, {}, false};
+    const auto line = [&] {
+        std::string joined;
+        for (const std::string& argument : EmulatorArguments(machine, {1001, 1002, 1003}))
+            joined += argument + "|";
+        return joined;
+    };
+    const std::string first = line();
+    for (const char* const part :
+         {"|-m|64|-kernel|/tmp/image|", "|VGA,vgamem_mb=16|-display|none|",
+          "|socket,id=control,host=127.0.0.1,port=1001|-mon|chardev=control,mode=control|",
+          "|-drive|file=/a,, b/c.img,format=raw,if=ide,index=1|-drive|file=/d,format=raw,if=ide,index=3|"})
+        EXPECT_NE(first.find(part), std::string::npos) << part << "\n" << first;
+    EXPECT_EQ(first.find("index=0"), std::string::npos);
+    machine.has_window = true;
+    for (const auto& [mode, video] : {std::pair(DisplayMode{8192, 8192}, "vgamem_mb=256|-display|gtk|"),
+                                      std::pair(DisplayMode{2048, 2049}, "vgamem_mb=32|-display|gtk|")}) {
+        machine.mode = mode;
+        EXPECT_NE(line().find(video), std::string::npos) << line();
+    }
+}
+
+}  // namespace

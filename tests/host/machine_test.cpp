@@ -1,0 +1,147 @@
+// Real machines: the engine on an emulator boots a kernel of the project's own, as the launcher starts it.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "adapter/emulator.h"
+#include "base/path_ops.h"
+#include "cases.h"
+#include "launch/engine_command.h"
+#include "launch/engine_start.h"
+#include "scratch.h"
+
+namespace {
+
+struct MachineRun {
+    DWORD exit_code = 0;
+    std::string log;
+
+    bool Says(const std::string& text) const {
+        return log.find(text) != std::string::npos;
+    }
+};
+
+WideText InBuild(WideView name) {
+    WideText program(32768, WCHAR{});
+    program.resize(GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size())));
+    return JoinPath(ParentPath(program), name);
+}
+
+class Machine : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!MessageOf(FindEmulator).empty())
+            GTEST_SKIP() << "no emulator on this machine";
+        setenv("TMPDIR", NativePath(folder.path).c_str(), 1);  // for the engine
+        config.kernel = InBuild(TEXT("machine_kernel.elf"));
+        config.ram_mib = 32;
+        config.timeout_ms = 60000;
+        config.headless = true;
+    }
+
+    void TearDown() override {
+        unsetenv("TMPDIR");
+    }
+
+    MachineRun Run(WideView arguments) {
+        config.command = arguments;
+        const WideText engine = InBuild(TEXT("on_emulator\\tessarun.exe"));
+        const WideText log = folder.Of(TEXT("veldranevm.log"));
+        const OwnedHandle process =
+            StartEngine(engine, BuildEngineCommandLine(engine, config, false), folder.path, log);
+        MachineRun run;
+        EXPECT_EQ(WaitForSingleObject(process.Get(), 90000), WAIT_OBJECT_0);
+        EXPECT_TRUE(GetExitCodeProcess(process.Get(), &run.exit_code));
+        run.log = ReadBytes(log);
+        for (const WideText& name : ListFolder(folder.path))
+            EXPECT_FALSE(name.starts_with(TEXT("tessarun-"))) << "what the emulator has read goes";
+        return run;
+    }
+
+    ScratchFolder folder;
+    VmConfig config;
+};
+
+TEST_F(Machine, BootsAKernelWithItsModulesItsDiskAndItsScreen) {
+    const WideText picture = folder.Of(TEXT("écran, 1.ppm"));
+    WriteBytes(folder.Of(TEXT("un, deux.bin")), std::string(5000, '\1'));
+    WriteBytes(folder.Of(TEXT("trois.bin")), "");
+    WriteBytes(folder.Of(TEXT("disque, a.img")), "secteur" + std::string(505, '\0'));
+    config.modules = {{folder.Of(TEXT("un, deux.bin")), TEXT(" x,\"y\" é ")},
+                      {folder.Of(TEXT("trois.bin")), TEXT("")}};
+    config.ide[0] = folder.Of(TEXT("disque, a.img"));
+    config.dump = picture;
+    config.explicit_video = true;
+    config.width = 323;
+    config.height = 200;
+    const MachineRun run = Run(TEXT(" mode=\"a, b\" code=200 "));
+    EXPECT_EQ(run.exit_code, 200U);
+    for (const char* const line :
+         {"Écran : 320 x 200 points de 32 bits. Demandé : 323 x 200.\n", "\nChargeur : Multiboot\n",
+          "\nArguments : [ mode=\"a, b\" code=200 ]\nMémoire : 31 Mio\n",
+          "\nModule 0 : 5000 octets, somme 5000, arguments [ x,\"y\" é ]\nModule 1 : 0 octets, somme 0, "
+          "arguments []\n",
+          "\nDisque, secteur 0 : [secteur]\nÉcran : 320 x 200 x 32\nFin.\n",
+          "\nMachine arrêtée par le noyau, code 200.\n"})
+        EXPECT_TRUE(run.Says(line)) << line << "\n" << run.log;
+    const std::string image = ReadBytes(picture);
+    const std::string start = "P6\n320 200\n255\n";
+    ASSERT_EQ(image.substr(0, start.size()), start);
+    ASSERT_EQ(image.size(), start.size() + 320 * 200 * 3);
+    const auto pixel = [&](std::size_t x, std::size_t y) {
+        return image.substr(start.size() + (y * 320 + x) * 3, 3);
+    };
+    EXPECT_EQ(pixel(0, 0) + pixel(319, 199), "\xFF\xFF\xFF\xFF\xFF\xFF") << "the frame";
+    EXPECT_EQ(pixel(160, 100), "\x7F\x7F\x40");
+    EXPECT_EQ(pixel(318, 1), "\xFD\x01\x40") << "red grows to the right";
+}
+
+TEST_F(Machine, EndsAsItsKernelDoes) {
+    const struct {
+        WideView arguments;
+        DWORD exit_code;
+        const char* last_line;
+    } CASES[] = {
+        {TEXT("fin=extinction"), 0, "Machine éteinte par le noyau.\n"},
+        {TEXT("fin=arret"), 0, "Processeur à l'arrêt, interruptions coupées : fin de la machine.\n"},
+        {TEXT("fin=faute"), 3, "Machine réinitialisée par le noyau, ou triple faute.\n"},
+        {TEXT("code=3"), 3, "Machine arrêtée par le noyau, code 3.\n"},
+        {TEXT("fin=boucle"), 124, "Délai de 600 ms écoulé : machine arrêtée.\n"},
+    };
+    for (const auto& tested : CASES) {
+        config.timeout_ms = tested.arguments == TEXT("fin=boucle") ? 600 : 60000;
+        config.dump = folder.Of(tested.arguments);
+        const MachineRun run = Run(tested.arguments);
+        EXPECT_EQ(run.exit_code, tested.exit_code) << run.log;
+        EXPECT_TRUE(run.log.ends_with("\nFin.\n" + std::string(tested.last_line))) << run.log;
+        EXPECT_EQ(ReadBytes(config.dump).substr(0, 10), "P6\n640 480") << "as the kernel's header asks";
+    }
+}
+
+TEST_F(Machine, TakesAKernelWithoutHeaderAndSaysWhatItCannotDo) {
+    std::string kernel = ReadBytes(config.kernel);
+    kernel.replace(kernel.find("\x02\xB0\xAD\x1B"), 4, "none");
+    config.kernel = folder.Of(TEXT("sans en-tête.elf"));
+    WriteBytes(config.kernel, kernel);
+    EXPECT_EQ(Run(TEXT("code=5")).exit_code, 1U);
+    config.force_no_header = true;
+    const MachineRun run = Run(TEXT("code=5"));
+    EXPECT_EQ(run.exit_code, 5U) << run.log;
+    EXPECT_TRUE(run.Says("\nÉcran : texte\n")) << run.log;
+
+    config.dump = folder.Of(TEXT("absent\\écran.ppm"));
+    const MachineRun without_folder = Run(TEXT(""));
+    EXPECT_EQ(without_folder.exit_code, 1U);
+    EXPECT_TRUE(without_folder.Says("\nErreur : Image de l'écran impossible : ")) << without_folder.log;
+
+    const WideText disk = folder.Of(TEXT("disque"));
+    config.ide[1] = config.ide[3] = disk;
+    for (const std::size_t bytes : {512, 0}) {
+        WriteBytes(disk, std::string(bytes, 'x'));
+        const MachineRun refused = Run(TEXT(""));
+        EXPECT_EQ(refused.exit_code, 1U);
+        EXPECT_TRUE(refused.Says(bytes == 0 ? "est vide.\n" : "est nommée deux fois.\n")) << refused.log;
+    }
+}
+
+}  // namespace
