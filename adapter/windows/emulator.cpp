@@ -29,6 +29,14 @@ bool IsProgram(const WideText& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
+// Gives the name by which the machine below Wine knows a file; null on Windows itself.
+using NativeName = char*(CDECL*)(const WCHAR*);
+NativeName FindNativeName() {
+    const FARPROC exported =
+        GetProcAddress(GetModuleHandleW(TEXT("kernel32.dll")), "wine_get_unix_file_name");
+    return reinterpret_cast<NativeName>(reinterpret_cast<void*>(exported));
+}
+
 bool IsOfMachineBelow(const WideText& program) {
     return !program.ends_with(TEXT(".exe"));
 }
@@ -60,6 +68,9 @@ WideText FindEmulator() {
             if (!path.empty() && IsProgram(path))
                 return path;
     }
+    const WideText below = TEXT("Z:\\usr\\bin\\qemu-system-i386");
+    if (FindNativeName() != nullptr && IsProgram(below))
+        return below;
     throw std::runtime_error("Émulateur introuvable : installez QEMU pour Windows.");
 }
 
@@ -71,12 +82,10 @@ WideText TemporaryFolder() {
 }
 
 std::string EmulatorPath(const WideText& path) {
-    using ToUnix = char*(CDECL*)(const WCHAR*);
-    const FARPROC exported =
-        GetProcAddress(GetModuleHandleW(TEXT("kernel32.dll")), "wine_get_unix_file_name");
-    if (exported == nullptr || !IsOfMachineBelow(FindEmulator()))
+    const NativeName native_name = FindNativeName();
+    if (native_name == nullptr || !IsOfMachineBelow(FindEmulator()))
         return Utf8FromWide(path);
-    char* const native = reinterpret_cast<ToUnix>(reinterpret_cast<void*>(exported))(path.c_str());
+    char* const native = native_name(path.c_str());
     if (native == nullptr)
         throw std::runtime_error("Chemin incorrect : " + Utf8FromWide(path));
     const std::string text = native;
