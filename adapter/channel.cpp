@@ -51,7 +51,8 @@ bool Channel::HasEnded() const {
 
 void Channel::Send(std::string_view bytes) {
     while (state_ == State::Connected && !bytes.empty()) {
-        const auto sent = send(Native(socket_), bytes.data(), static_cast<int>(bytes.size()), SEND_FLAGS);
+        const auto sent =
+            send(Native(socket_), bytes.data(), static_cast<ByteCount>(bytes.size()), SEND_FLAGS);
         if (sent <= 0)
             state_ = State::Ended;
         else
@@ -74,7 +75,7 @@ void Channel::Serve() {
         return;
     }
     std::array<char, PIECE_BYTES> piece{};
-    const auto came = recv(Native(socket_), piece.data(), static_cast<int>(piece.size()), 0);
+    const auto came = recv(Native(socket_), piece.data(), static_cast<ByteCount>(piece.size()), 0);
     if (came <= 0)
         state_ = State::Ended;
     else

@@ -169,7 +169,7 @@ TEST(BootImage, RefusesWhatItCannotBoot) {
         EXPECT_EQ(MessageOf([&] { ComposeBootImage(tested.kernel, {"", {}, {}, MEMORY}); }), tested.message);
     // The kernel's page, one of ours, and what the firmware keeps leave this much.
     const std::uint64_t largest = MEMORY - 0x100000 - 2 * 4096 - 0x40000;
-    for (const std::uint64_t more : {0, 1}) {
+    for (const std::uint64_t more : {0U, 1U}) {
         EXPECT_EQ(MessageOf([&] {
                       ComposeBootImage(whole, {"", {{largest + more, ""}}, {}, MEMORY});
                   }),

@@ -7,7 +7,10 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cstddef>
+
 using NativeSocket = int;
+using ByteCount = std::size_t;
 inline constexpr NativeSocket NO_SOCKET = -1;
 inline constexpr int SEND_FLAGS = MSG_NOSIGNAL;
 

@@ -5,6 +5,7 @@
 #include <ws2tcpip.h>
 
 using NativeSocket = SOCKET;
+using ByteCount = int;
 inline constexpr NativeSocket NO_SOCKET = INVALID_SOCKET;
 inline constexpr int SEND_FLAGS = 0;
 

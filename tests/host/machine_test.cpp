@@ -136,7 +136,7 @@ TEST_F(Machine, TakesAKernelWithoutHeaderAndSaysWhatItCannotDo) {
 
     const WideText disk = folder.Of(TEXT("disque"));
     config.ide[1] = config.ide[3] = disk;
-    for (const std::size_t bytes : {512, 0}) {
+    for (const std::size_t bytes : {512U, 0U}) {
         WriteBytes(disk, std::string(bytes, 'x'));
         const MachineRun refused = Run(TEXT(""));
         EXPECT_EQ(refused.exit_code, 1U);
