@@ -5,6 +5,7 @@
 #include "form/form_exchange.h"
 #include "form/form_ids.h"
 #include "form/module_list.h"
+#include "launch/engine_run.h"
 #include "launch/log_window.h"
 #include "launcher_run.h"
 #include "shell/config_commands.h"
@@ -57,6 +58,34 @@ TEST(Commands, LeaveModulesAloneThatAreNotThereAndWhatTheProgramWritesItself) {
             EXPECT_EQ(MessageOf([&] { ReadForm(launcher); }), "Le fichier d'un module est vide.");
             LoadConfiguration(launcher, TEXT("sub\\..\\.\\b.config"));
             EXPECT_EQ(launcher.config_path, run.folder.Of(TEXT("b.config")));
+        });
+    });
+}
+
+TEST(Commands, LookForEachFileOfALaunchAndForgetTheFolderOfAFileThatIsReset) {
+    LauncherRun run;
+    MakeFolder(run.folder.Of(TEXT("sub")));
+    run.WriteConfig(TEXT("sub\\b.config"), "");
+    run.Run([&] {
+        user::Do([&] {
+            Launcher& launcher = run.launcher;
+            const WideText kernel = run.folder.Of(TEXT("noyau.elf"));
+            const auto expect_missing = [&](const WideText& path) {
+                FillForm(launcher);
+                EXPECT_EQ(MessageOf([&] { LaunchEngine(launcher, true); }),
+                          "Fichier introuvable : " + Narrow(path));
+            };
+            launcher.config.modules = {{kernel, TEXT("")}, {run.folder.Of(TEXT("absent")), TEXT("")}};
+            launcher.config.kernel = kernel;
+            expect_missing(launcher.config.modules[1].path);
+            launcher.config.ide[3] = run.folder.path;
+            expect_missing(run.folder.path);
+            launcher.config.kernel = run.folder.Of(TEXT("sub"));
+            expect_missing(launcher.config.kernel);
+            LoadConfiguration(launcher, run.folder.Of(TEXT("sub\\b.config")));
+            EXPECT_EQ(launcher.run_directory, run.folder.Of(TEXT("sub")));
+            ResetConfiguration(launcher);
+            EXPECT_EQ(launcher.run_directory, run.folder.path);
         });
     });
 }
