@@ -117,7 +117,9 @@ std::optional<MachineEnd> EndOfEvent(const ControlLine& line) {
         return std::nullopt;
     if (reason->second == "guest-reset")
         return MachineEnd::Reset;
-    if (reason->second == "host-ui")
+    // Nobody but the user has said so before the end is known: a window's menu and its frame say it in this
+    // way.
+    if (reason->second == "host-ui" || reason->second == "host-qmp-quit")
         return MachineEnd::WindowClosed;
     return reason->second == "guest-shutdown" ? MachineEnd::PoweredOff : MachineEnd::EmulatorGone;
 }

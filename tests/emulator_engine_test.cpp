@@ -186,6 +186,7 @@ TEST(EmulatorControl, KnowsTheEndOfAMachine) {
         {"guest-shutdown", MachineEnd::PoweredOff, 0},
         {"guest-reset", MachineEnd::Reset, 3},
         {"host-ui", MachineEnd::WindowClosed, 0},
+        {"host-qmp-quit", MachineEnd::WindowClosed, 0},
         {"host-signal", MachineEnd::EmulatorGone, 4},
     };
     for (const auto& tested : CASES) {
