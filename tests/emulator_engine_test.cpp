@@ -183,10 +183,8 @@ TEST(EmulatorControl, KnowsTheEndOfAMachine) {
         MachineEnd end;
         std::uint32_t exit_code;
     } CASES[] = {
-        {"guest-shutdown", MachineEnd::PoweredOff, 0},
-        {"guest-reset", MachineEnd::Reset, 3},
-        {"host-ui", MachineEnd::WindowClosed, 0},
-        {"host-qmp-quit", MachineEnd::WindowClosed, 0},
+        {"guest-shutdown", MachineEnd::PoweredOff, 0}, {"guest-reset", MachineEnd::Reset, 3},
+        {"host-ui", MachineEnd::WindowClosed, 0},      {"host-qmp-quit", MachineEnd::WindowClosed, 0},
         {"host-signal", MachineEnd::EmulatorGone, 4},
     };
     for (const auto& tested : CASES) {
