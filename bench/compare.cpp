@@ -29,6 +29,7 @@
 #include "config/config_file.h"
 #include "config/config_text.h"
 #include "launch/engine_command.h"
+#include "spread.h"
 
 namespace {
 
@@ -55,11 +56,6 @@ std::size_t TimesPerTurn(const Work& work) {
     while (Seconds(work, times) < SECONDS_PER_TURN)
         times *= 2;
     return times;
-}
-
-double At(std::vector<double> values, double part) {
-    std::sort(values.begin(), values.end());
-    return values[static_cast<std::size_t>(part * static_cast<double>(values.size() - 1))];
 }
 
 struct Result {

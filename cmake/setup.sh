@@ -111,13 +111,14 @@ start_display() {
 start_wine() {
     export LC_ALL=C.UTF-8
     trap stop_windows EXIT
+    wine_prefix=$PWD/build/wine
     alive "preparing Wine" build/wine.log timeout -k 5 180 cmake/wine-run cmd /c exit || return 1
-    WINEPREFIX=$PWD/build/wine wineserver -k || true
-    WINEPREFIX=$PWD/build/wine wineserver -p
+    WINEPREFIX=$wine_prefix wineserver -k || true
+    WINEPREFIX=$wine_prefix wineserver -p
 }
 
 stop_windows() {
-    WINEPREFIX=$PWD/build/wine wineserver -k 2>/dev/null || true
+    [ -z "${wine_prefix-}" ] || WINEPREFIX=$wine_prefix wineserver -k 2>/dev/null || true
     [ -z "${display_pid-}" ] || kill "$display_pid" 2>/dev/null || true
 }
 

@@ -6,6 +6,8 @@
 namespace {
 
 constexpr WCHAR BACKSLASH = 0x5C;
+constexpr WideView HERE = TEXT(".");
+constexpr WideView UP = TEXT("..");
 
 bool IsSeparator(WCHAR character) {
     return character == TEXT('\\') || character == TEXT('/');
@@ -108,11 +110,11 @@ WideText NormalPath(WideView path) {
         while (at < path.size() && !IsSeparator(path[at]))
             text[used++] = path[at++];
         const WideView element = WideView(text).substr(start, used - start);
-        const bool goes_up = element == TEXT("..");
+        const bool goes_up = element == UP;
         if (goes_up && names > 0) {
             used = LastNameStart(WideView(text).substr(0, start), root_end);
             --names;
-        } else if (element == TEXT(".") || (goes_up && has_root_directory)) {
+        } else if (element == HERE || (goes_up && has_root_directory)) {
             used = start;
         } else {
             names += goes_up ? 0 : 1;
@@ -124,7 +126,7 @@ WideText NormalPath(WideView path) {
     }
     const bool ends_in_dots = names == 0 && used > root_end && text[used - 1] == BACKSLASH;
     text.resize(ends_in_dots ? used - 1 : used);
-    return text.empty() ? WideText(TEXT(".")) : text;
+    return text.empty() ? WideText(HERE) : text;
 }
 
 void AnchorPath(WideView base, WideText& field) {

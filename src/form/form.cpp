@@ -26,12 +26,13 @@ LRESULT CallOwnProcedure(HWND control, UINT message, WPARAM wparam, LPARAM lpara
 // A group box and the tab control lie over the controls that they frame, as their siblings. Their own surface
 // leaves these out: they would vanish for a moment each time that the frame is painted before them.
 void LeaveSiblingsOut(HWND frame, HDC surface) {
-    for (HWND sibling = GetWindow(GetParent(frame), GW_CHILD); sibling != nullptr;
-         sibling = GetWindow(sibling, GW_HWNDNEXT)) {
-        if (sibling == frame || IsWindowVisible(sibling) == FALSE)
+    const auto* const launcher =
+        reinterpret_cast<const Launcher*>(GetWindowLongPtrW(GetParent(frame), GWLP_USERDATA));
+    for (const LayoutItem& sibling : launcher->layout_items) {
+        if (sibling.window == frame || IsWindowVisible(sibling.window) == FALSE)
             continue;
         RECT place{};
-        GetWindowRect(sibling, &place);
+        GetWindowRect(sibling.window, &place);
         MapWindowPoints(nullptr, frame, reinterpret_cast<POINT*>(&place), 2);
         ExcludeClipRect(surface, place.left, place.top, place.right, place.bottom);
     }

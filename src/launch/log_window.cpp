@@ -86,6 +86,11 @@ bool ReadLogTail(const WideText& path, std::string& tail) {
     return true;
 }
 
+// As bytes in one go: the operator of wide texts takes one character after the other.
+bool IsSame(const WideText& left, const WideText& right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end());
+}
+
 void ShowTail(HWND control, LogView& view, const WideText& path) {
     if (!ReadLogTail(path, view.fresh))
         return;
@@ -100,7 +105,7 @@ void ShowTail(HWND control, LogView& view, const WideText& path) {
     // The control's text is fetched only where it can still be the same.
     if (static_cast<std::size_t>(GetWindowTextLengthW(control)) == view.text.size()) {
         ReadControlText(control, view.shown);
-        if (view.shown == view.text)
+        if (IsSame(view.shown, view.text))
             return;
     }
     SetWindowTextW(control, view.text.c_str());
