@@ -87,8 +87,19 @@ void ReadSegment(std::string_view file, std::uint64_t header, std::uint32_t elf_
     // An entry among the virtual addresses of a segment means the physical one.
     if (is_executable && elf_entry >= virtual_address && elf_entry - virtual_address < file_bytes)
         kernel.entry = elf_entry - virtual_address + segment.address;
-    kernel.end = std::max(kernel.end, std::uint64_t{segment.address} + segment.memory_bytes);
     kernel.segments.push_back(segment);
+}
+
+// By their addresses. Where segments overlap, the order of loading counts, and the emulator has one of its
+// own.
+void OrderSegments(Kernel& kernel) {
+    std::sort(kernel.segments.begin(), kernel.segments.end(),
+              [](const Segment& left, const Segment& right) { return left.address < right.address; });
+    for (const Segment& segment : kernel.segments) {
+        if (segment.address < kernel.end)
+            throw std::runtime_error("des segments du noyau se chevauchent.");
+        kernel.end = std::uint64_t{segment.address} + segment.memory_bytes;
+    }
 }
 
 Kernel ReadKernel(std::string_view file) {
@@ -105,6 +116,7 @@ Kernel ReadKernel(std::string_view file) {
             return kernel.entry >= segment.address && kernel.entry - segment.address < segment.memory_bytes;
         }))
         throw std::runtime_error("le point d'entrée du noyau n'est dans aucun segment.");
+    OrderSegments(kernel);
     return kernel;
 }
 

@@ -160,6 +160,8 @@ TEST(BootImage, RefusesWhatItCannotBoot) {
          "le noyau n'a aucun segment à charger, ou plus de 128."},
         {Elf({{0x100000, 0x100000, "a", 1}}, 0x100001),
          "le point d'entrée du noyau n'est dans aucun segment."},
+        {Elf({{0x100004, 0x100004, "", 4}, {0x100000, 0x100000, "a", 5}}, 0x100000),
+         "des segments du noyau se chevauchent."},
         {Elf({{0xFFFFF000, 0xFFFFF000, "a", 0xFFFFFFFF}}, 0xFFFFF000),
          "le noyau et ses modules ne tiennent pas dans la mémoire de la machine."},
         {SmallKernel(Header(8, 0, 0)), "l'en-tête Multiboot exige ce que ce moteur ne connaît pas."},
