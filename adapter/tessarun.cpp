@@ -5,7 +5,6 @@
 // powered off or halted for good, and for a closed window; 1 for a check or a step that failed, 2 for a
 // command line that is not the launcher's, 3 for a reset or a triple fault, 4 for an emulator that is gone,
 // 124 when the time limit ended the machine.
-#include <algorithm>
 #include <exception>
 #include <stdexcept>
 
@@ -23,17 +22,23 @@ constexpr std::uint32_t CHECK_EXIT_CODE = 1;
 constexpr std::uint32_t USAGE_EXIT_CODE = 2;
 constexpr std::uint64_t MIB = 1 << 20;
 
-// The emulator takes an empty image for a drive without a medium, and one image for one drive only.
+// The emulator takes an empty image for a drive without a medium; it writes to an image, and takes it for one
+// drive only. Held all at once, one that is named twice shows however it is spelt.
 void CheckDisks(const VmConfig& config) {
-    for (std::size_t at = 0; at < config.ide.size(); ++at) {
-        const WideText& path = config.ide[at];
+    std::vector<OwnedHandle> held;
+    for (const WideText& path : config.ide) {
         if (path.empty())
             continue;
         if (SizedFile(path).bytes == 0)
             throw std::runtime_error(Utf8FromWide(path) + " : l'image de disque est vide.");
-        if (std::find(config.ide.begin(), config.ide.begin() + static_cast<std::ptrdiff_t>(at), path) !=
-            config.ide.begin() + static_cast<std::ptrdiff_t>(at))
-            throw std::runtime_error(Utf8FromWide(path) + " : l'image de disque est nommée deux fois.");
+        held.emplace_back(CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!held.back())
+            throw std::runtime_error(
+                Utf8FromWide(path) +
+                (GetLastError() == ERROR_SHARING_VIOLATION
+                     ? " : l'image de disque est nommée deux fois, ou un autre programme l'utilise."
+                     : " : l'image de disque est protégée en écriture."));
     }
 }
 

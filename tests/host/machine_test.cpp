@@ -1,7 +1,10 @@
 // Real machines: the engine on an emulator boots a kernel of the project's own, as the launcher starts it.
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <cstdlib>
+#include <filesystem>
 
 #include "adapter/emulator.h"
 #include "base/path_ops.h"
@@ -135,12 +138,21 @@ TEST_F(Machine, TakesAKernelWithoutHeaderAndSaysWhatItCannotDo) {
     EXPECT_TRUE(without_folder.Says("\nErreur : Image de l'écran impossible : ")) << without_folder.log;
 
     const WideText disk = folder.Of(TEXT("disque"));
-    config.ide[1] = config.ide[3] = disk;
-    for (const std::size_t bytes : {512U, 0U}) {
-        WriteBytes(disk, std::string(bytes, 'x'));
+    config.ide[1] = disk;
+    config.ide[3] = folder.Of(TEXT(".\\disque"));
+    const struct {
+        std::size_t bytes;
+        mode_t mode;
+        const char* message;
+    } CASES[] = {
+        {512, 0666, "est nommée deux fois, ou "}, {512, 0444, "en écriture.\n"}, {0, 0666, "vide.\n"}};
+    for (const auto& tested : CASES) {
+        std::filesystem::remove(NativePath(disk));
+        WriteBytes(disk, std::string(tested.bytes, 'x'));
+        chmod(NativePath(disk).c_str(), tested.mode);
         const MachineRun refused = Run(TEXT(""));
         EXPECT_EQ(refused.exit_code, 1U);
-        EXPECT_TRUE(refused.Says(bytes == 0 ? "est vide.\n" : "est nommée deux fois.\n")) << refused.log;
+        EXPECT_TRUE(refused.Says(tested.message)) << refused.log;
     }
 }
 
