@@ -2,6 +2,7 @@
 #include "adapter/control.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "base/text_convert.h"
 
@@ -83,7 +84,7 @@ std::string EndText(MachineEnd end, unsigned char written, std::uint32_t limit_m
         case MachineEnd::EmulatorGone:
             break;
     }
-    return "L'émulateur s'est arrêté de lui-même.";
+    return "L'émulateur s'est arrêté de lui-même, ou ne répond pas.";
 }
 
 ControlLine ReadControlLine(std::string_view line) {
@@ -115,7 +116,7 @@ std::optional<MachineEnd> EndOfEvent(const ControlLine& line) {
     const auto reason = line.find("reason");
     if (event == line.end() || event->second != "SHUTDOWN" || reason == line.end())
         return std::nullopt;
-    if (reason->second == "guest-reset")
+    if (reason->second == "guest-reset" || reason->second == "host-qmp-system-reset")
         return MachineEnd::Reset;
     // Nobody but the user has said so before the end is known: a window's menu and its frame say it in this
     // way.
@@ -127,7 +128,7 @@ std::optional<MachineEnd> EndOfEvent(const ControlLine& line) {
 std::optional<std::string> HaltedAt(std::string_view registers) {
     const std::string flags(FieldBehind(registers, "EFL="));
     if (FieldBehind(registers, "HLT=") != "1" || flags.empty() ||
-        (std::stoul(flags, nullptr, 16) & INTERRUPT_FLAG) != 0)
+        (std::strtoul(flags.c_str(), nullptr, 16) & INTERRUPT_FLAG) != 0)
         return std::nullopt;
     return std::string(FieldBehind(registers, "EIP="));
 }

@@ -45,30 +45,35 @@ public:
                     return HasWritten() ? MachineEnd::ExitCode : *end;
                 }
                 const auto answer = line->find("return");
-                const auto at = answer == line->end() ? std::nullopt : HaltedAt(answer->second);
+                if (answer == line->end())
+                    continue;
+                const std::optional<std::string> at = HaltedAt(answer->second);
                 // Twice at the same place: the listing is not taken in one moment.
                 if (at && *at == halted_at)
                     return MachineEnd::Halted;
                 halted_at = at.value_or("");
+                next_look_ms = GetTickCount64() + LOOK_MS;
             }
             if (control_.HasEnded())
                 return MachineEnd::EmulatorGone;
             const std::uint64_t now_ms = GetTickCount64();
             if (limit_ms != 0 && now_ms - start_ms_ >= limit_ms)
                 return MachineEnd::TimeLimit;
-            if (now_ms >= next_look_ms)
+            if (now_ms >= next_look_ms) {
                 control_.Send(WriteControlLine(LOOK_AT_REGISTERS, ""));
-            next_look_ms = now_ms >= next_look_ms ? now_ms + LOOK_MS : next_look_ms;
+                next_look_ms = UINT64_MAX;  // until the answer: to one that hangs, sending would stop too
+            }
         }
     }
 
     // Writes the picture of a machine that stands still from here on. Throws with the emulator's reason.
     void WritePicture(const std::string& path) {
-        Ask({"stop", "", ""});
-        const std::optional<ControlLine> answer = Ask({"screendump", "filename", path});
+        std::optional<ControlLine> answer = Ask({"stop", "", ""});
+        if (answer)
+            answer = Ask({"screendump", "filename", path});
         if (!answer || answer->contains("error"))
             throw std::runtime_error("Image de l'écran impossible : " +
-                                     (answer ? answer->at("desc") : std::string("pas de réponse.")));
+                                     (answer ? (*answer)["desc"] : std::string("pas de réponse.")));
     }
 
     // Has the emulator end, and takes what it still says.

@@ -185,9 +185,9 @@ TEST(EmulatorControl, KnowsTheEndOfAMachine) {
         MachineEnd end;
         std::uint32_t exit_code;
     } CASES[] = {
-        {"guest-shutdown", MachineEnd::PoweredOff, 0}, {"guest-reset", MachineEnd::Reset, 3},
-        {"host-ui", MachineEnd::WindowClosed, 0},      {"host-qmp-quit", MachineEnd::WindowClosed, 0},
-        {"host-signal", MachineEnd::EmulatorGone, 4},
+        {"guest-shutdown", MachineEnd::PoweredOff, 0},   {"guest-reset", MachineEnd::Reset, 3},
+        {"host-ui", MachineEnd::WindowClosed, 0},        {"host-qmp-quit", MachineEnd::WindowClosed, 0},
+        {"host-qmp-system-reset", MachineEnd::Reset, 3}, {"host-signal", MachineEnd::EmulatorGone, 4},
     };
     for (const auto& tested : CASES) {
         const std::string line = R"({"timestamp": {"seconds": 1, "microseconds": 2}, "event": "SHUTDOWN", )"

@@ -7,6 +7,8 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <iostream>
 #include <stdexcept>
 #include <string_view>
 
@@ -26,7 +28,9 @@ WideText WindowsPath(const std::string& native) {
 }
 
 bool IsProgram(const std::string& path) {
-    return access(path.c_str(), X_OK) == 0;
+    std::error_code unknown;
+    return path.starts_with('/') && std::filesystem::is_regular_file(path, unknown) &&
+           access(path.c_str(), X_OK) == 0;
 }
 
 }  // namespace
@@ -42,7 +46,7 @@ WideText FindEmulator() {
         const std::string folder(left.substr(0, left.find(':')));
         left.remove_prefix(std::min(folder.size() + 1, left.size()));
         for (const char* const name : {"/qemu-system-i386", "/qemu-system-x86_64"})
-            if (folder.starts_with('/') && IsProgram(folder + name))
+            if (IsProgram(folder + name))
                 return WindowsPath(folder + name);
     }
     throw std::runtime_error("Émulateur introuvable : installez le paquet qemu-system-x86.");
@@ -80,6 +84,7 @@ Emulator::Emulator(const WideText& program, const std::vector<std::string>& argu
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         if (getppid() == parent)  // still there, or nobody would send that signal any more
             execv(path.c_str(), pointers.data());
+        std::cerr << "Ce n'est pas un programme : " << path << std::endl;
         _exit(127);
     }
     process_ = child;
