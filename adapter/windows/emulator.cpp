@@ -41,13 +41,21 @@ bool IsOfMachineBelow(const WideText& program) {
     return !program.ends_with(TEXT(".exe"));
 }
 
+[[noreturn]] void ThrowLaunchError(DWORD code) {
+    throw std::runtime_error("Lancement de l'émulateur impossible : " + Utf8FromWide(WindowsErrorText(code)));
+}
+
 // Ends the process with the last handle of the job, however its owner goes.
 HANDLE JobOf(HANDLE process) {
     const HANDLE job = CreateJobObjectW(nullptr, nullptr);
     JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
     limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
-    SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits);
-    AssignProcessToJobObject(job, process);
+    if (SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits) == FALSE ||
+        AssignProcessToJobObject(job, process) == FALSE) {
+        const DWORD code = GetLastError();
+        TerminateProcess(process, 1);
+        ThrowLaunchError(code);
+    }
     return job;
 }
 
@@ -59,9 +67,10 @@ WideText FindEmulator() {
         return named;
     if (!named.empty())
         throw std::runtime_error("Émulateur introuvable : TESSARUN_QEMU nomme " + Utf8FromWide(named));
+    const WideText folders = Setting(TEXT("PATH"));  // not the folder of the files that are run
     for (const WCHAR* const name : {TEXT("qemu-system-i386.exe"), TEXT("qemu-system-x86_64.exe")}) {
         const WideText found = TextOf([&](WCHAR* text, DWORD size) {
-            return SearchPathW(nullptr, name, nullptr, size, text, nullptr);
+            return SearchPathW(folders.c_str(), name, nullptr, size, text, nullptr);
         });
         const WideText usual = JoinPath(JoinPath(Setting(TEXT("ProgramFiles")), TEXT("qemu")), name);
         for (const WideText& path : {found, usual})
@@ -111,8 +120,7 @@ Emulator::Emulator(const WideText& program, const std::vector<std::string>& argu
     PROCESS_INFORMATION started{};
     if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE,
                        CREATE_NO_WINDOW | CREATE_SUSPENDED, nullptr, nullptr, &startup, &started) == FALSE)
-        throw std::runtime_error("Lancement de l'émulateur impossible : " +
-                                 Utf8FromWide(WindowsErrorText(GetLastError())));
+        ThrowLaunchError(GetLastError());
     if (started.hProcess == nullptr)
         return;
     process_ = reinterpret_cast<std::intptr_t>(started.hProcess);
