@@ -32,6 +32,7 @@ constexpr std::size_t HEADERS_MAX = 128;  // with our own they stay in front of 
 
 constexpr std::uint32_t MULTIBOOT_ALIGNED_MODULES_AND_MEMORY = 3;
 constexpr std::uint32_t MULTIBOOT_MODE = 4;
+constexpr std::uint32_t MULTIBOOT_ADDRESSES = 0x10000;
 constexpr std::uint32_t MULTIBOOT_UNKNOWN = 0xFFF8;  // features that a loader must know or refuse
 
 struct Segment {
@@ -81,8 +82,6 @@ void ReadSegment(std::string_view file, std::uint64_t header, std::uint32_t elf_
         return;
     if (std::uint64_t{offset} + file_bytes > file.size() || file_bytes > segment.memory_bytes)
         throw std::runtime_error("fichier ELF tronqué.");
-    if (segment.address < LOWEST_ADDRESS)
-        throw std::runtime_error("le noyau demande de la mémoire en dessous de 1 Mio.");
     segment.content = file.substr(offset, file_bytes);
     // An entry among the virtual addresses of a segment means the physical one.
     if (is_executable && elf_entry >= virtual_address && elf_entry - virtual_address < file_bytes)
@@ -90,11 +89,30 @@ void ReadSegment(std::string_view file, std::uint64_t header, std::uint32_t elf_
     kernel.segments.push_back(segment);
 }
 
+// One segment by the addresses in a Multiboot header, which hold instead of the ELF file's where they are
+// there.
+void ReadSegmentOfHeader(std::string_view file, std::size_t header, Kernel& kernel) {
+    const std::uint32_t start = Number(file, header + 16);
+    const std::uint32_t behind_header = Number(file, header + 12) - start;
+    const std::uint32_t end = Number(file, header + 20);
+    const std::uint32_t memory_end = Number(file, header + 24);
+    const std::uint64_t offset = std::uint64_t{header} - behind_header;
+    const std::uint64_t bytes = end == 0 ? file.size() - offset : std::uint64_t{end} - start;
+    if (behind_header > header || bytes > file.size() - offset)
+        throw std::runtime_error("les adresses de l'en-tête Multiboot sont incohérentes.");
+    const auto file_bytes = static_cast<std::uint32_t>(bytes);
+    const std::uint32_t memory_bytes = memory_end > start ? memory_end - start : 0;
+    kernel.entry = Number(file, header + 28);
+    kernel.segments = {{start, file.substr(offset, file_bytes), std::max(file_bytes, memory_bytes)}};
+}
+
 // By their addresses. Where segments overlap, the order of loading counts, and the emulator has one of its
 // own.
 void OrderSegments(Kernel& kernel) {
     std::sort(kernel.segments.begin(), kernel.segments.end(),
               [](const Segment& left, const Segment& right) { return left.address < right.address; });
+    if (kernel.segments.front().address < LOWEST_ADDRESS)
+        throw std::runtime_error("le noyau demande de la mémoire en dessous de 1 Mio.");
     for (const Segment& segment : kernel.segments) {
         if (segment.address < kernel.end)
             throw std::runtime_error("des segments du noyau se chevauchent.");
@@ -110,6 +128,9 @@ Kernel ReadKernel(std::string_view file) {
     kernel.entry = Number(file, 24);
     for (std::uint32_t at = 0; at < count; ++at)
         ReadSegment(file, table + std::uint64_t{at} * stride, Number(file, 24), kernel);
+    const std::optional<std::size_t> header = FindMultibootHeader(file);
+    if (header && (Number(file, *header + 4) & MULTIBOOT_ADDRESSES) != 0)
+        ReadSegmentOfHeader(file, *header, kernel);
     if (kernel.segments.empty() || kernel.segments.size() > HEADERS_MAX)
         throw std::runtime_error("le noyau n'a aucun segment à charger, ou plus de 128.");
     if (std::none_of(kernel.segments.begin(), kernel.segments.end(), [&](const Segment& segment) {

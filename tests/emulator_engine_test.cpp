@@ -112,6 +112,22 @@ TEST(BootImage, BringsTheKernelItsArgumentsAndItsModules) {
     }
 }
 
+std::string HeaderWithAddresses(std::uint32_t header, std::uint32_t end) {
+    const std::uint32_t flags = 0x10003;
+    return Words({0x1BADB002, flags, ~(0x1BADB002 + flags) + 1, header, 0x100000, end, 0x102001, 0x100024});
+}
+
+TEST(BootImage, PlacesAKernelByTheAddressesInItsHeader) {
+    for (const std::uint32_t end : {0U, 0x100028U}) {
+        const std::string content = "text" + HeaderWithAddresses(0x100004, end) + "code";
+        const std::string kernel = Elf({{0xC0100000, 0xC0100000, content, 0x1000}}, 0xC0100000);
+        const Loaded machine(ComposeBootImage(kernel, {"", {}, {}, MEMORY}).front);
+        EXPECT_EQ(machine.memory.substr(0x100000, content.size()), content);
+        EXPECT_EQ(machine.entry, 0x103000U);
+        EXPECT_EQ(machine.Word(machine.Word(machine.entry + 1) + 116), 0x100024U);
+    }
+}
+
 TEST(BootImage, GivesTheScreenThatIsAskedFor) {
     using Mode = std::optional<DisplayMode>;
     const struct {
@@ -165,6 +181,10 @@ TEST(BootImage, RefusesWhatItCannotBoot) {
         {Elf({{0xFFFFF000, 0xFFFFF000, "a", 0xFFFFFFFF}}, 0xFFFFF000),
          "le noyau et ses modules ne tiennent pas dans la mémoire de la machine."},
         {SmallKernel(Header(8, 0, 0)), "l'en-tête Multiboot exige ce que ce moteur ne connaît pas."},
+        {SmallKernel(HeaderWithAddresses(0x200000, 0)),
+         "les adresses de l'en-tête Multiboot sont incohérentes."},
+        {SmallKernel(HeaderWithAddresses(0x100000, 0x100021)),
+         "les adresses de l'en-tête Multiboot sont incohérentes."},
         {SmallKernel(Header(4, 8193, 1)), "le noyau demande un écran de plus de 8192 points de côté."},
     };
     for (const auto& tested : CASES)
