@@ -7,6 +7,7 @@
 // 124 when the time limit ended the machine.
 #include <exception>
 #include <stdexcept>
+#include <utility>
 
 #include "adapter/boot_file.h"
 #include "adapter/emulator.h"
@@ -31,14 +32,16 @@ void CheckDisks(const VmConfig& config) {
             continue;
         if (SizedFile(path).bytes == 0)
             throw std::runtime_error(Utf8FromWide(path) + " : l'image de disque est vide.");
-        held.emplace_back(CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-        if (!held.back())
+        OwnedHandle file(CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+        const DWORD failure = GetLastError();
+        if (!file)
             throw std::runtime_error(
                 Utf8FromWide(path) +
-                (GetLastError() == ERROR_SHARING_VIOLATION
+                (failure == ERROR_SHARING_VIOLATION
                      ? " : l'image de disque est nommée deux fois, ou un autre programme l'utilise."
                      : " : l'image de disque est protégée en écriture."));
+        held.push_back(std::move(file));
     }
 }
 
