@@ -1,5 +1,5 @@
 // The emulator on Windows. Under Wine it may be a program of the machine below, which has names of its own
-// for files and gives no handle of its process.
+// for files and gives no handle of its process: that one outlives an owner that is killed.
 #include "adapter/emulator.h"
 
 #include <stdexcept>
