@@ -21,7 +21,8 @@ std::string EmulatorPath(const WideText& path);
 // False where no window can be shown.
 bool HasDisplay();
 
-// A process that never outlives its owner, be it that he is killed. It writes where its owner writes.
+// A process that never outlives its owner, be it that he is killed. It runs in the folder for temporary files
+// and writes where its owner writes.
 class Emulator {
 public:
     // Starts it; `zoom` is the scale of its windows. Throws when that fails.

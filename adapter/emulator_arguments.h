@@ -11,7 +11,7 @@
 
 // The paths as the emulator takes them.
 struct MachineRequest {
-    std::string image;                 // of ComposeBootImage
+    std::string image;                 // the file with the boot image
     std::array<std::string, 4> disks;  // raw images; empty: no disk
     std::uint32_t ram_mib = 0;
     std::optional<DisplayMode> mode;

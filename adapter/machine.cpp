@@ -4,12 +4,12 @@
 #include <optional>
 #include <stdexcept>
 
-#include "adapter/boot_file.h"
 #include "adapter/channel.h"
 #include "adapter/control.h"
 #include "adapter/emulator.h"
 #include "adapter/emulator_arguments.h"
 #include "adapter/engine_output.h"
+#include "adapter/files.h"
 #include "base/text_convert.h"
 
 namespace {
@@ -22,9 +22,9 @@ constexpr ControlCommand LOOK_AT_REGISTERS{"human-monitor-command", "command-lin
 class Machine {
 public:
     Machine(const WideText& program, const VmConfig& config, const BootImage& image,
-            const std::string& image_path)
+            const std::string& image_name)
         : start_ms_(GetTickCount64()),
-          emulator_(program, Arguments(config, image, image_path), config.zoom) {}
+          emulator_(program, Arguments(config, image, image_name), config.zoom) {}
 
     // Waits until the machine exists: only the emulator's first answer proves that.
     bool Begin() {
@@ -66,14 +66,15 @@ public:
         }
     }
 
-    // Writes the picture of a machine that stands still from here on. Throws with the emulator's reason.
-    void WritePicture(const std::string& path) {
+    // Writes the picture of a machine that stands still from here on. Throws with the reason why not.
+    void WritePicture(const WideText& path) {
+        const TemporaryFile picture(".ppm");
         std::optional<ControlLine> answer = Ask({"stop", "", ""});
         if (answer)
-            answer = Ask({"screendump", "filename", path});
+            answer = Ask({"screendump", "filename", picture.Name()});
         if (!answer || answer->contains("error"))
-            throw std::runtime_error("Image de l'écran impossible : " +
-                                     (answer ? (*answer)["desc"] : std::string("pas de réponse.")));
+            throw std::runtime_error(answer ? (*answer)["desc"] : std::string("pas de réponse."));
+        CopyOver(picture.Path(), path);
     }
 
     // Has the emulator end, and takes what it still says.
@@ -93,9 +94,9 @@ public:
 
 private:
     std::vector<std::string> Arguments(const VmConfig& config, const BootImage& image,
-                                       const std::string& image_path) const {
+                                       const std::string& image_name) const {
         MachineRequest machine;
-        machine.image = image_path;
+        machine.image = image_name;
         for (std::size_t at = 0; at < config.ide.size(); ++at)
             machine.disks[at] = config.ide[at].empty() ? std::string() : EmulatorPath(config.ide[at]);
         machine.ram_mib = config.ram_mib;
@@ -163,8 +164,9 @@ private:
 
 std::uint32_t RunMachine(const WideText& emulator, const VmConfig& config, const BootImage& image,
                          const BootRequest& request) {
-    BootFile file(image, request, config.modules);
-    Machine machine(emulator, config, image, EmulatorPath(file.Path()));
+    TemporaryFile file(".elf");
+    WriteBootFile(file.Path(), image, request, config.modules);
+    Machine machine(emulator, config, image, file.Name());
     MachineEnd end = MachineEnd::EmulatorGone;
     if (machine.Begin()) {
         file.Delete();  // it has been read
@@ -173,9 +175,9 @@ std::uint32_t RunMachine(const WideText& emulator, const VmConfig& config, const
     std::string failure;
     if (!config.dump.empty() && end != MachineEnd::WindowClosed && end != MachineEnd::EmulatorGone) {
         try {
-            machine.WritePicture(EmulatorPath(config.dump));
+            machine.WritePicture(config.dump);
         } catch (const std::runtime_error& error) {
-            failure = error.what();
+            failure = std::string("Image de l'écran impossible : ") + error.what();
         }
     }
     machine.Quit();

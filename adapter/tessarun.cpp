@@ -9,11 +9,11 @@
 #include <stdexcept>
 #include <utility>
 
-#include "adapter/boot_file.h"
 #include "adapter/emulator.h"
 #include "adapter/engine_checks.h"
 #include "adapter/engine_output.h"
 #include "adapter/engine_request.h"
+#include "adapter/files.h"
 #include "adapter/machine.h"
 #include "base/text_convert.h"
 

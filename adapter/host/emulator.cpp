@@ -75,6 +75,7 @@ Emulator::Emulator(const WideText& program, const std::vector<std::string>& argu
     for (std::string& text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);
+    const std::string folder = EmulatorPath(TemporaryFolder());
     setenv("GDK_SCALE", NumberText(zoom).c_str(), 1);
     const pid_t parent = getpid();
     const pid_t child = fork();
@@ -82,7 +83,8 @@ Emulator::Emulator(const WideText& program, const std::vector<std::string>& argu
         throw std::runtime_error("Lancement de l'émulateur impossible.");
     if (child == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if (getppid() == parent)  // still there, or nobody would send that signal any more
+        // Still there, or nobody would send that signal any more?
+        if (getppid() == parent && chdir(folder.c_str()) == 0)
             execv(path.c_str(), pointers.data());
         std::cerr << "Ce n'est pas un programme : " << path << std::endl;
         _exit(127);

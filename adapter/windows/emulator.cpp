@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 
+#include "base/owned_handle.h"
 #include "base/path_ops.h"
 #include "base/text_convert.h"
 #include "base/windows_error.h"
@@ -46,12 +47,13 @@ bool IsOfMachineBelow(const WideText& program) {
 }
 
 // Ends the process with the last handle of the job, however its owner goes.
-HANDLE JobOf(HANDLE process) {
-    const HANDLE job = CreateJobObjectW(nullptr, nullptr);
+OwnedHandle JobOf(HANDLE process) {
+    OwnedHandle job(CreateJobObjectW(nullptr, nullptr));
     JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
     limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
-    if (SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits) == FALSE ||
-        AssignProcessToJobObject(job, process) == FALSE) {
+    if (SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &limits, sizeof limits) ==
+            FALSE ||
+        AssignProcessToJobObject(job.Get(), process) == FALSE) {
         const DWORD code = GetLastError();
         TerminateProcess(process, 1);
         ThrowLaunchError(code);
@@ -119,14 +121,16 @@ Emulator::Emulator(const WideText& program, const std::vector<std::string>& argu
     startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
     PROCESS_INFORMATION started{};
     if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE,
-                       CREATE_NO_WINDOW | CREATE_SUSPENDED, nullptr, nullptr, &startup, &started) == FALSE)
+                       CREATE_NO_WINDOW | CREATE_SUSPENDED, nullptr, TemporaryFolder().c_str(), &startup,
+                       &started) == FALSE)
         ThrowLaunchError(GetLastError());
-    if (started.hProcess == nullptr)
+    OwnedHandle process(started.hProcess);
+    const OwnedHandle thread(started.hThread);
+    if (!process)
         return;
-    process_ = reinterpret_cast<std::intptr_t>(started.hProcess);
-    group_ = reinterpret_cast<std::intptr_t>(JobOf(started.hProcess));
-    ResumeThread(started.hThread);
-    CloseHandle(started.hThread);
+    group_ = reinterpret_cast<std::intptr_t>(JobOf(process.Get()).Release());
+    process_ = reinterpret_cast<std::intptr_t>(process.Release());
+    ResumeThread(thread.Get());
 }
 
 Emulator::~Emulator() {
