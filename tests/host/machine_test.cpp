@@ -46,12 +46,12 @@ protected:
         unsetenv("TMPDIR");
     }
 
-    MachineRun Run(WideView arguments) {
+    MachineRun Run(WideView arguments, bool dry_run = false) {
         config.command = arguments;
         const WideText engine = InBuild(TEXT("on_emulator\\tessarun.exe"));
         const WideText log = folder.Of(TEXT("veldranevm.log"));
         const OwnedHandle process =
-            StartEngine(engine, BuildEngineCommandLine(engine, config, false), folder.path, log);
+            StartEngine(engine, BuildEngineCommandLine(engine, config, dry_run), folder.path, log);
         MachineRun run;
         EXPECT_EQ(WaitForSingleObject(process.Get(), 90000), WAIT_OBJECT_0);
         EXPECT_TRUE(GetExitCodeProcess(process.Get(), &run.exit_code));
@@ -74,6 +74,7 @@ TEST_F(Machine, BootsAKernelWithItsModulesItsDiskAndItsScreen) {
                       {folder.Of(TEXT("trois.bin")), TEXT("")}};
     config.ide[0] = folder.Of(TEXT("disque, a.img"));
     config.dump = picture;
+    WriteBytes(picture, "an older one");
     config.explicit_video = true;
     config.width = 323;
     config.height = 200;
@@ -109,10 +110,10 @@ TEST_F(Machine, EndsAsItsKernelDoes) {
         {TEXT("fin=arret"), 0, "Processeur à l'arrêt, interruptions coupées : fin de la machine.\n"},
         {TEXT("fin=faute"), 3, "Machine réinitialisée par le noyau, ou triple faute.\n"},
         {TEXT("code=3"), 3, "Machine arrêtée par le noyau, code 3.\n"},
-        {TEXT("fin=boucle"), 124, "Délai de 600 ms écoulé : machine arrêtée.\n"},
+        {TEXT("fin=boucle"), 124, "Délai de 2500 ms écoulé : machine arrêtée.\n"},
     };
     for (const auto& tested : CASES) {
-        config.timeout_ms = tested.arguments == TEXT("fin=boucle") ? 600 : 60000;
+        config.timeout_ms = tested.arguments == TEXT("fin=boucle") ? 2500 : 60000;
         config.dump = folder.Of(tested.arguments);
         const MachineRun run = Run(tested.arguments);
         EXPECT_EQ(run.exit_code, tested.exit_code) << run.log;
@@ -136,6 +137,20 @@ TEST_F(Machine, TakesAKernelWithoutHeaderAndSaysWhatItCannotDo) {
     const MachineRun without_folder = Run(TEXT(""));
     EXPECT_EQ(without_folder.exit_code, 1U);
     EXPECT_TRUE(without_folder.Says("\nErreur : Image de l'écran impossible : ")) << without_folder.log;
+
+    const MachineRun dry = Run(TEXT("code=5"), true);
+    EXPECT_EQ(dry.exit_code, 0U);
+    EXPECT_TRUE(dry.log.ends_with("\nVérification réussie.\n")) << dry.log;
+    unsetenv("DISPLAY");
+    unsetenv("WAYLAND_DISPLAY");
+    config.headless = false;
+    EXPECT_TRUE(Run(TEXT(""), true).Says("\nErreur : Aucun affichage pour la fenêtre de la machine : "));
+    config.headless = true;
+    setenv("TESSARUN_QEMU", "/tmp", 1);
+    const MachineRun without_emulator = Run(TEXT(""), true);
+    unsetenv("TESSARUN_QEMU");
+    EXPECT_EQ(without_emulator.exit_code, 1U);
+    EXPECT_TRUE(without_emulator.Says("\nErreur : Émulateur introuvable : TESSARUN_QEMU nomme /tmp\n"));
 
     const WideText disk = folder.Of(TEXT("disque"));
     config.ide[1] = disk;
