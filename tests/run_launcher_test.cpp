@@ -44,6 +44,22 @@ TEST(RunLauncher, ShortensALongTextInTheBoxAndNotInTheStatusLine) {
     }
 }
 
+TEST(RunLauncher, CutsNoCharacterInTwoWhenItShortens) {
+    for (std::string key : {"", "k"}) {  // each end of the gap falls into a pair once
+        LauncherRun run;
+        for (int pair = 0; pair < 1000; ++pair)
+            key += "😀";
+        run.WriteConfig(TEXT("veldranevm.config"), key + "=1\n");
+        run.Run([&] {
+            const std::string text = TakeErrorBox();
+            EXPECT_EQ(Wide(text).size(), 12U + 999U);
+            EXPECT_NE(text.find("😀 […] 😀"), std::string::npos) << text;
+        });
+        UnregisterClassW(TEXT("VeldraneVmLauncher"), nullptr);
+        UnregisterClassW(TEXT("VeldraneVmLog"), nullptr);
+    }
+}
+
 TEST(RunLauncher, TakesAFolderOfTheDefaultNameForAFileThatCannotBeLoaded) {
     LauncherRun run;
     MakeFolder(run.folder.Of(TEXT("veldranevm.config")));

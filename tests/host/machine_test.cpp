@@ -73,6 +73,7 @@ TEST_F(Machine, BootsAKernelWithItsModulesItsDiskAndItsScreen) {
     config.modules = {{folder.Of(TEXT("un, deux.bin")), TEXT(" x,\"y\" é ")},
                       {folder.Of(TEXT("trois.bin")), TEXT("")}};
     config.ide[0] = folder.Of(TEXT("disque, a.img"));
+    config.timeout_ms = 0;  // none
     config.dump = picture;
     WriteBytes(picture, "an older one");
     config.explicit_video = true;
