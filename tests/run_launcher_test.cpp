@@ -47,14 +47,15 @@ TEST(RunLauncher, ShortensALongTextInTheBoxAndNotInTheStatusLine) {
 TEST(RunLauncher, CutsNoCharacterInTwoWhenItShortens) {
     const std::pair<std::string, std::size_t> CASES[] = {{"", 999},
                                                          {"k", 998}};  // one or both ends in a pair
-    for (auto [key, characters] : CASES) {
+    for (const auto& tested : CASES) {
+        std::string key = tested.first;
         LauncherRun run;
         for (int pair = 0; pair < 1000; ++pair)
             key += "😀";
         run.WriteConfig(TEXT("veldranevm.config"), key + "=1\n");
         run.Run([&] {
             const std::string text = TakeErrorBox();
-            EXPECT_EQ(Wide(text).size(), 12U + characters);
+            EXPECT_EQ(Wide(text).size(), 12U + tested.second);
             EXPECT_NE(text.find("😀 […] 😀"), std::string::npos) << text;
         });
         UnregisterClassW(TEXT("VeldraneVmLauncher"), nullptr);
