@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "adapter/engine_checks.h"
+#include "config/vm_config.h"
 
 namespace {
 
@@ -21,7 +22,6 @@ constexpr std::uint32_t FIRMWARE_BYTES = 0x40000;   // the firmware keeps the en
 constexpr std::size_t RECORD_BYTES = 116;
 constexpr std::size_t FIELD_BYTES = 24;  // what the stub reads behind the record
 constexpr std::size_t MODULE_ROW_BYTES = 16;
-constexpr std::uint32_t SIZE_MAX_PIXELS = 8192;
 constexpr DisplayMode DEFAULT_MODE{800, 600};
 
 constexpr std::size_t ELF_HEADER_BYTES = 52;
@@ -120,7 +120,7 @@ void OrderSegments(Kernel& kernel) {
     }
 }
 
-Kernel ReadKernel(std::string_view file) {
+Kernel ReadKernel(std::string_view file, const std::optional<std::size_t>& header) {
     const std::uint32_t table = Number(file, 28);
     const std::uint32_t stride = HalfNumber(file, 42);
     const std::uint32_t count = HalfNumber(file, 44);
@@ -128,7 +128,6 @@ Kernel ReadKernel(std::string_view file) {
     kernel.entry = Number(file, 24);
     for (std::uint32_t at = 0; at < count; ++at)
         ReadSegment(file, table + std::uint64_t{at} * stride, Number(file, 24), kernel);
-    const std::optional<std::size_t> header = FindMultibootHeader(file);
     if (header && (Number(file, *header + 4) & MULTIBOOT_ADDRESSES) != 0)
         ReadSegmentOfHeader(file, *header, kernel);
     if (kernel.segments.empty() || kernel.segments.size() > HEADERS_MAX)
@@ -142,8 +141,7 @@ Kernel ReadKernel(std::string_view file) {
 }
 
 // The mode that the kernel's header asks for, if it asks for graphics.
-std::optional<DisplayMode> ModeOfHeader(std::string_view file) {
-    const std::optional<std::size_t> header = FindMultibootHeader(file);
+std::optional<DisplayMode> ModeOfHeader(std::string_view file, const std::optional<std::size_t>& header) {
     if (!header)
         return std::nullopt;
     const std::uint32_t flags = Number(file, *header + 4);
@@ -152,7 +150,7 @@ std::optional<DisplayMode> ModeOfHeader(std::string_view file) {
     if ((flags & MULTIBOOT_MODE) == 0 || Number(file, *header + 32) != 0)
         return std::nullopt;
     const DisplayMode asked{Number(file, *header + 36), Number(file, *header + 40)};
-    if (asked.width > SIZE_MAX_PIXELS || asked.height > SIZE_MAX_PIXELS)
+    if (asked.width > SIZE_PIXELS_MAX || asked.height > SIZE_PIXELS_MAX)
         throw std::runtime_error("le noyau demande un écran de plus de 8192 points de côté.");
     return asked.width == 0 || asked.height == 0 ? DEFAULT_MODE : asked;
 }
@@ -247,9 +245,10 @@ std::uint32_t PaddingBehind(std::uint64_t bytes) {
 }
 
 BootImage ComposeBootImage(std::string_view kernel_file, const BootRequest& request) {
-    const Kernel kernel = ReadKernel(kernel_file);
+    const std::optional<std::size_t> header = FindMultibootHeader(kernel_file);
+    const Kernel kernel = ReadKernel(kernel_file, header);
     BootImage image;
-    const std::optional<DisplayMode> of_header = ModeOfHeader(kernel_file);
+    const std::optional<DisplayMode> of_header = ModeOfHeader(kernel_file, header);
     image.asked_mode = request.mode ? request.mode : of_header;
     image.mode = image.asked_mode;
     if (image.mode)

@@ -4,13 +4,13 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "adapter/engine_main.h"
 #include "base/text_convert.h"
 
 namespace {
 
 constexpr std::uint32_t RESET_CODE = 3;
 constexpr std::uint32_t EMULATOR_GONE_CODE = 4;
-constexpr std::uint32_t TIME_LIMIT_CODE = 124;
 constexpr unsigned long INTERRUPT_FLAG = 0x200;
 
 // The text that starts at the line's first sign, a quotation mark, and goes from the line. The escaped forms
@@ -61,7 +61,7 @@ std::uint32_t ExitCodeOf(MachineEnd end, unsigned char written) {
         case MachineEnd::EmulatorGone:
             return EMULATOR_GONE_CODE;
         case MachineEnd::TimeLimit:
-            return TIME_LIMIT_CODE;
+            return TIME_LIMIT_EXIT_CODE;
         default:
             return 0;
     }

@@ -15,8 +15,8 @@ WideText FindEmulator();
 // The folder for temporary files, without a separator at its end.
 WideText TemporaryFolder();
 
-// A full path as the emulator takes it.
-std::string EmulatorPath(const WideText& path);
+// A full path as the emulator with this program takes it.
+std::string EmulatorPath(const WideText& program, const WideText& path);
 
 // False where no window can be shown.
 bool HasDisplay();

@@ -3,13 +3,12 @@
 #include "adapter/engine_checks.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
 
 #include "adapter/engine_output.h"
-#include "base/file_system.h"
+#include "adapter/sized_file.h"
 #include "base/text_convert.h"
 
 namespace {
@@ -21,43 +20,34 @@ constexpr std::string_view ELF_MACHINE_I386{"\x03\x00", 2};
 constexpr std::size_t MULTIBOOT_HEADER_BYTES = 12;
 constexpr std::uint64_t SECTOR_BYTES = 512;
 
-struct OpenedFile {
-    OwnedHandle handle;
-    std::uint64_t size = 0;
-    std::string start;  // its first bytes, as many as a header can need
-};
-
 [[noreturn]] void Fail(const WideText& path, const char* message) {
     throw std::runtime_error(Utf8FromWide(path) + " : " + message);
 }
 
-bool ReadStart(OpenedFile& file) {
-    std::size_t came = 0;
-    file.start.resize(static_cast<std::size_t>(std::min<std::uint64_t>(file.size, MULTIBOOT_AREA_BYTES)));
-    return ReadAt(file.handle.Get(), 0, file.start.data(), file.start.size(), came) &&
-           came == file.start.size();
-}
-
-OpenedFile OpenToCheck(const WideText& path) {
-    OpenedFile file;
-    file.handle = OpenForReading(path);
-    if (!file.handle || !FileSize(file.handle.Get(), file.size) || !ReadStart(file))
-        Fail(path, "lecture impossible.");
-    return file;
+// The start of a file, as far as a header can reach; also where only its size counts, so that it can be read.
+std::string ReadStart(const SizedFile& file) {
+    return file.Read(0, std::min<std::uint64_t>(file.Bytes(), MULTIBOOT_AREA_BYTES));
 }
 
 void CheckKernel(const VmConfig& config) {
-    const OpenedFile file = OpenToCheck(config.kernel);
+    const SizedFile file(config.kernel);
+    const std::string start = ReadStart(file);
     try {
-        CheckKernelImage(file.start, config.force_no_header ? HeaderNeed::Optional : HeaderNeed::Required);
+        CheckKernelImage(start, config.force_no_header ? HeaderNeed::Optional : HeaderNeed::Required);
     } catch (const std::runtime_error& error) {
         Fail(config.kernel, error.what());
     }
-    PrintLine("Noyau vérifié : " + NumberText(file.size) + " octets.");
+    PrintLine("Noyau vérifié : " + NumberText(file.Bytes()) + " octets.");
+}
+
+std::uint64_t CheckReadable(const WideText& path) {
+    const SizedFile file(path);
+    ReadStart(file);
+    return file.Bytes();
 }
 
 void CheckDisk(const WideText& path) {
-    const std::uint64_t size = OpenToCheck(path).size;
+    const std::uint64_t size = CheckReadable(path);
     if (size % SECTOR_BYTES != 0)
         Fail(path, "l'image de disque n'est pas faite de secteurs entiers de 512 octets.");
     PrintLine("Disque vérifié : " + NumberText(size / SECTOR_BYTES) + " secteurs.");
@@ -97,5 +87,5 @@ void CheckFiles(const VmConfig& config) {
         if (!path.empty())
             CheckDisk(path);
     for (const ModuleEntry& module : config.modules)
-        PrintLine("Module vérifié : " + NumberText(OpenToCheck(module.path).size) + " octets.");
+        PrintLine("Module vérifié : " + NumberText(CheckReadable(module.path)) + " octets.");
 }

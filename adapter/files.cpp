@@ -5,7 +5,9 @@
 #include <stdexcept>
 
 #include "adapter/emulator.h"
+#include "adapter/sized_file.h"
 #include "base/file_system.h"
+#include "base/owned_handle.h"
 #include "base/path_ops.h"
 #include "base/text_convert.h"
 
@@ -23,19 +25,9 @@ void Write(HANDLE file, std::string_view bytes) {
     }
 }
 
-void Read(const SizedFile& file, std::uint64_t offset, std::string& piece) {
-    std::size_t came = 0;
-    if (!ReadAt(file.handle.Get(), offset, piece.data(), piece.size(), came) || came != piece.size())
-        throw std::runtime_error("Un fichier a changé pendant la lecture.");
-}
-
 void Copy(const SizedFile& source, HANDLE target) {
-    std::string piece;
-    for (std::uint64_t offset = 0; offset < source.bytes; offset += piece.size()) {
-        piece.resize(static_cast<std::size_t>(std::min<std::uint64_t>(PIECE_BYTES, source.bytes - offset)));
-        Read(source, offset, piece);
-        Write(target, piece);
-    }
+    for (std::uint64_t offset = 0; offset < source.Bytes(); offset += PIECE_BYTES)
+        Write(target, source.Read(offset, std::min<std::uint64_t>(PIECE_BYTES, source.Bytes() - offset)));
 }
 
 OwnedHandle OpenForWriting(const WideText& path, DWORD disposition) {
@@ -48,17 +40,6 @@ OwnedHandle OpenForWriting(const WideText& path, DWORD disposition) {
 }
 
 }  // namespace
-
-SizedFile::SizedFile(const WideText& path) : handle(OpenForReading(path)) {
-    if (!handle || !FileSize(handle.Get(), bytes))
-        throw std::runtime_error(Utf8FromWide(path) + " : lecture impossible.");
-}
-
-std::string SizedFile::Read() const {
-    std::string content(static_cast<std::size_t>(bytes), '\0');
-    ::Read(*this, 0, content);
-    return content;
-}
 
 TemporaryFile::TemporaryFile(const char* extension)
     : name_("tessarun-" + NumberText(GetCurrentProcessId()) + "-" + NumberText(GetTickCount64()) + extension),
@@ -81,10 +62,10 @@ void WriteBootFile(const WideText& path, const BootImage& image, const BootReque
     Write(file.Get(), image.front);
     for (std::size_t at = 0; at < modules.size(); ++at) {
         const SizedFile module(modules[at].path);
-        if (module.bytes != request.modules[at].bytes)
+        if (module.Bytes() != request.modules[at].bytes)
             throw std::runtime_error("Un fichier a changé pendant la lecture.");
         Copy(module, file.Get());
-        Write(file.Get(), std::string(PaddingBehind(module.bytes), '\0'));
+        Write(file.Get(), std::string(PaddingBehind(module.Bytes()), '\0'));
     }
 }
 

@@ -1,24 +1,11 @@
-// The files between the launcher's configuration and the emulator: those that are read whole, and those that
-// lie for a while where the emulator runs.
+// The files that lie for a while where the emulator runs, and what is copied into them and out of them.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "adapter/boot_image.h"
-#include "base/owned_handle.h"
 #include "config/vm_config.h"
-
-// A file opened for reading, and its size. Throws where that fails.
-struct SizedFile {
-    explicit SizedFile(const WideText& path);
-    // All of it.
-    std::string Read() const;
-
-    OwnedHandle handle;
-    std::uint64_t bytes = 0;
-};
 
 // A file of its own in the folder for temporary files. It goes with its owner.
 class TemporaryFile {

@@ -24,7 +24,7 @@ public:
     Machine(const WideText& program, const VmConfig& config, const BootImage& image,
             const std::string& image_name)
         : start_ms_(GetTickCount64()),
-          emulator_(program, Arguments(config, image, image_name), config.zoom) {}
+          emulator_(program, Arguments(program, config, image, image_name), config.zoom) {}
 
     // Waits until the machine exists: only the emulator's first answer proves that.
     bool Begin() {
@@ -93,12 +93,13 @@ public:
     }
 
 private:
-    std::vector<std::string> Arguments(const VmConfig& config, const BootImage& image,
-                                       const std::string& image_name) const {
+    std::vector<std::string> Arguments(const WideText& program, const VmConfig& config,
+                                       const BootImage& image, const std::string& image_name) const {
         MachineRequest machine;
         machine.image = image_name;
         for (std::size_t at = 0; at < config.ide.size(); ++at)
-            machine.disks[at] = config.ide[at].empty() ? std::string() : EmulatorPath(config.ide[at]);
+            machine.disks[at] =
+                config.ide[at].empty() ? std::string() : EmulatorPath(program, config.ide[at]);
         machine.ram_mib = config.ram_mib;
         machine.mode = image.mode;
         machine.has_window = !config.headless;

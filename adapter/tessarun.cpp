@@ -5,22 +5,21 @@
 // powered off or halted for good, and for a closed window; 1 for a check or a step that failed, 2 for a
 // command line that is not the launcher's, 3 for a reset or a triple fault, 4 for an emulator that is gone,
 // 124 when the time limit ended the machine.
-#include <exception>
 #include <stdexcept>
 #include <utility>
 
 #include "adapter/emulator.h"
 #include "adapter/engine_checks.h"
+#include "adapter/engine_main.h"
 #include "adapter/engine_output.h"
 #include "adapter/engine_request.h"
-#include "adapter/files.h"
 #include "adapter/machine.h"
+#include "adapter/sized_file.h"
+#include "base/file_system.h"
 #include "base/text_convert.h"
 
 namespace {
 
-constexpr std::uint32_t CHECK_EXIT_CODE = 1;
-constexpr std::uint32_t USAGE_EXIT_CODE = 2;
 constexpr std::uint64_t MIB = 1 << 20;
 
 // The emulator takes an empty image for a drive without a medium; it writes to an image, and takes it for one
@@ -30,8 +29,6 @@ void CheckDisks(const VmConfig& config) {
     for (const WideText& path : config.ide) {
         if (path.empty())
             continue;
-        if (SizedFile(path).bytes == 0)
-            throw std::runtime_error(Utf8FromWide(path) + " : l'image de disque est vide.");
         OwnedHandle file(CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
         const DWORD failure = GetLastError();
@@ -41,6 +38,9 @@ void CheckDisks(const VmConfig& config) {
                 (failure == ERROR_SHARING_VIOLATION
                      ? " : l'image de disque est nommée deux fois, ou un autre programme l'utilise."
                      : " : l'image de disque est protégée en écriture."));
+        std::uint64_t bytes = 0;
+        if (FileSize(file.Get(), bytes) && bytes == 0)
+            throw std::runtime_error(Utf8FromWide(path) + " : l'image de disque est vide.");
         held.push_back(std::move(file));
     }
 }
@@ -49,7 +49,7 @@ BootRequest RequestOf(const VmConfig& config) {
     BootRequest request;
     request.arguments = Utf8FromWide(config.command);
     for (const ModuleEntry& module : config.modules)
-        request.modules.push_back({SizedFile(module.path).bytes, Utf8FromWide(module.command)});
+        request.modules.push_back({SizedFile(module.path).Bytes(), Utf8FromWide(module.command)});
     if (config.explicit_video)
         request.mode = DisplayMode{config.width, config.height};
     request.memory_bytes = config.ram_mib * MIB;
@@ -58,10 +58,10 @@ BootRequest RequestOf(const VmConfig& config) {
 
 BootImage ImageOf(const VmConfig& config, const BootRequest& request) {
     const SizedFile kernel(config.kernel);
-    if (kernel.bytes > request.memory_bytes)
+    if (kernel.Bytes() > request.memory_bytes)
         throw std::runtime_error(Utf8FromWide(config.kernel) + " : le noyau ne tient pas dans la mémoire.");
     try {
-        return ComposeBootImage(kernel.Read(), request);
+        return ComposeBootImage(kernel.Read(0, kernel.Bytes()), request);
     } catch (const std::runtime_error& error) {
         throw std::runtime_error(Utf8FromWide(config.kernel) + " : " + error.what());
     }
@@ -98,20 +98,15 @@ std::uint32_t CheckAndRun(const EngineRequest& request) {
     return RunMachine(emulator, config, image, boot);
 }
 
-std::uint32_t Run(const std::vector<WideText>& arguments) {
-    std::uint32_t failure_code = USAGE_EXIT_CODE;
-    try {
-        const EngineRequest request = ParseEngineArguments(arguments);
-        failure_code = CHECK_EXIT_CODE;
-        return CheckAndRun(request);
-    } catch (const std::exception& error) {
-        PrintErrorLine(std::string("Erreur : ") + error.what());
-        return failure_code;
-    }
+std::uint32_t Run(const std::vector<WideText>& arguments, std::uint32_t& failure_code) {
+    failure_code = USAGE_EXIT_CODE;
+    const EngineRequest request = ParseEngineArguments(arguments);
+    failure_code = CHECK_EXIT_CODE;
+    return CheckAndRun(request);
 }
 
 }  // namespace
 
 extern "C" int wmain(int argc, WCHAR** argv) {
-    ExitProcess(Run(argc > 1 ? std::vector<WideText>(argv + 1, argv + argc) : std::vector<WideText>()));
+    RunEngineProcess(argc, argv, Run);
 }

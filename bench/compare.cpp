@@ -29,6 +29,7 @@
 #include "config/config_file.h"
 #include "config/config_text.h"
 #include "launch/engine_command.h"
+#include "samples.h"
 #include "spread.h"
 
 namespace {
@@ -109,26 +110,11 @@ void Require(bool holds, const char* what) {
 
 // --- the texts ---
 
-// As many modules as a record may have, together about `size` bytes long.
-VmConfig WithModules(std::size_t size) {
-    VmConfig config;
-    config.modules.assign(MAX_MODULES, {});
-    const std::size_t text_length = size / MAX_MODULES / 2 - 24;
-    for (ModuleEntry& module : config.modules)
-        module = {WideText(text_length, WCHAR{'p'}), WideText(text_length, WCHAR{'c'})};
-    return config;
-}
-
 std::string ManyKeys(std::size_t size) {
     std::string text = "version=1\n";
     for (unsigned number = 0; text.size() + 9 <= size; ++number)
         text += "k" + std::to_string(number) + "=\n";
     return text;
-}
-
-std::string HugeValue(std::size_t size) {
-    const std::string start = "version=1\nkernel=";
-    return start + std::string(size - start.size(), 'k');
 }
 
 // Each line of a configuration as TOML, whose strings stand in quotes.

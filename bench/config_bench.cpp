@@ -7,18 +7,13 @@
 #include "base/text_convert.h"
 #include "config/config_file.h"
 #include "config/config_text.h"
+#include "samples.h"
 
 namespace {
 
 constexpr std::int64_t SMALL = 16384;
 constexpr std::int64_t MIDDLE = 131072;
 constexpr std::int64_t LARGE = MAX_CONFIG_BYTES;
-
-// One value fills the whole text.
-std::string HugeValue(std::size_t size) {
-    const std::string start = "version=1\nkernel=C:\\";
-    return start + std::string(size - start.size(), 'k');
-}
 
 // As many different keys as fit, all of them unknown: the most entries that a text can make.
 std::string ManyKeys(std::size_t size) {
@@ -31,15 +26,6 @@ std::string ManyKeys(std::size_t size) {
             return text;
         text += key + "=\n";
     }
-}
-
-VmConfig WithModules(std::size_t size) {
-    VmConfig config;
-    config.modules.assign(MAX_MODULES, {});
-    const std::size_t text_length = size / MAX_MODULES / 2 - 32;
-    for (ModuleEntry& module : config.modules)
-        module = {WideText(text_length, WCHAR{'p'}), WideText(text_length, WCHAR{'c'})};
-    return config;
 }
 
 WideText BenchFile() {

@@ -5,10 +5,10 @@
 // command line that is not the launcher's, 124 for a machine that its time limit stopped, otherwise the code
 // that demo.code= on the kernel command line names. With code above 255 a host process can only end by a
 // signal: the code must then be an exception's.
-#include <exception>
 #include <vector>
 
 #include "adapter/engine_checks.h"
+#include "adapter/engine_main.h"
 #include "adapter/engine_output.h"
 #include "adapter/engine_request.h"
 #include "base/file_system.h"
@@ -19,9 +19,6 @@
 #include "platform/win32.h"
 
 namespace {
-
-constexpr std::uint32_t CHECK_EXIT_CODE = 1;
-constexpr std::uint32_t USAGE_EXIT_CODE = 2;
 
 void TellStart(const std::vector<WideText>& arguments) {
     PrintLine("Moteur de démonstration : remplace tessarun, n'exécute aucun noyau.");
@@ -46,24 +43,17 @@ std::uint32_t CheckAndPlay(const EngineRequest& request, const MachineScript& sc
     return PlayMachine(script, request.config.timeout_ms);
 }
 
-std::uint32_t Run(const std::vector<WideText>& arguments) {
-    std::uint32_t failure_code = CHECK_EXIT_CODE;
-    try {
-        TellStart(arguments);
-        failure_code = USAGE_EXIT_CODE;
-        const EngineRequest request = ParseEngineArguments(arguments);
-        const MachineScript script = ParseMachineScript(request.config.command);
-        failure_code = CHECK_EXIT_CODE;
-        return CheckAndPlay(request, script);
-    } catch (const std::exception& error) {
-        PrintErrorLine(std::string("Erreur : ") + error.what());
-        return failure_code;
-    }
+std::uint32_t Run(const std::vector<WideText>& arguments, std::uint32_t& failure_code) {
+    TellStart(arguments);
+    failure_code = USAGE_EXIT_CODE;
+    const EngineRequest request = ParseEngineArguments(arguments);
+    const MachineScript script = ParseMachineScript(request.config.command);
+    failure_code = CHECK_EXIT_CODE;
+    return CheckAndPlay(request, script);
 }
 
 }  // namespace
 
 extern "C" int wmain(int argc, WCHAR** argv) {
-    // Not returned: that would cut the code off on Linux.
-    ExitProcess(Run(argc > 1 ? std::vector<WideText>(argv + 1, argv + argc) : std::vector<WideText>()));
+    RunEngineProcess(argc, argv, Run);
 }

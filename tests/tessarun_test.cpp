@@ -7,13 +7,12 @@
 
 #include "adapter/engine_checks.h"
 #include "adapter/engine_request.h"
-#include "base/path_ops.h"
+#include "base/owned_handle.h"
 #include "cases.h"
 #include "demo/tessarun_machine.h"
 #include "demo/tessarun_script.h"
+#include "engine_end.h"
 #include "launch/engine_command.h"
-#include "launch/engine_start.h"
-#include "scratch.h"
 
 namespace {
 
@@ -28,30 +27,11 @@ std::vector<WideText> Split(std::string_view text) {
     return parts;
 }
 
-struct EngineEnd {
-    DWORD exit_code = 0;
-    std::string log;
-};
-
-// Runs the engine on the build's kernel as the launcher does.
-EngineEnd RunEngine(const ScratchFolder& folder, VmConfig config, bool dry_run) {
-    WideText module(32768, WCHAR{});
-    module.resize(GetModuleFileNameW(nullptr, module.data(), static_cast<DWORD>(module.size())));
-    const WideText engine = JoinPath(ParentPath(module), TEXT("tessarun.exe"));
+// The stand-in on the build's kernel, unless the record names another.
+EngineEnd RunStandIn(const ScratchFolder& folder, VmConfig config, EngineRun run) {
     if (config.kernel.empty())
-        config.kernel = JoinPath(ParentPath(module), TEXT("demo_kernel.elf"));
-    const WideText log = folder.Of(TEXT("veldranevm.log"));
-    const OwnedHandle process =
-        StartEngine(engine, BuildEngineCommandLine(engine, config, dry_run), folder.path, log);
-    EngineEnd end;
-    EXPECT_EQ(WaitForSingleObject(process.Get(), 30000), WAIT_OBJECT_0);
-    EXPECT_TRUE(GetExitCodeProcess(process.Get(), &end.exit_code));
-    end.log = ReadBytes(log);
-    return end;
-}
-
-bool Has(const EngineEnd& end, const std::string& part) {
-    return end.log.find(part) != std::string::npos;
+        config.kernel = InBuild(TEXT("demo_kernel.elf"));
+    return RunEngine(TEXT("tessarun.exe"), folder, config, run);
 }
 
 TEST(Tessarun, ReadsEachValueOfTheCommandLineIntoItsPlace) {
@@ -107,13 +87,13 @@ TEST(Tessarun, TellsWhatItWasGivenAndInheritedAndPlaysItsMachine) {
                                         FILE_ATTRIBUTE_NORMAL, nullptr));
     VmConfig config;
     config.command = TEXT("\"é\" demo.lignes=2 demo.octets=100 demo.invalide demo.texte=bonjour demo.code=7");
-    const EngineEnd end = RunEngine(folder, config, false);
+    const EngineEnd end = RunStandIn(folder, config, EngineRun::Real);
     EXPECT_EQ(end.exit_code, 7U);
     EXPECT_EQ(end.log.find("Moteur de démonstration"), 0U) << end.log;
-    EXPECT_TRUE(Has(end, "\n--cmdline\n" + Narrow(config.command) + "\n"));
-    EXPECT_TRUE(Has(end, "\nRépertoire de travail : " + Narrow(folder.path) + "\n")) << end.log;
-    EXPECT_TRUE(Has(end, "Machine démarrée.\nbonjour\n" + std::string(63, '.') + "\n" + std::string(36, '.') +
-                             "\xFF\nLigne 1 sur 2.\nLigne 2 sur 2.\nMachine arrêtée, code 7.\n"))
+    EXPECT_TRUE(end.Says("\n--cmdline\n" + Narrow(config.command) + "\n"));
+    EXPECT_TRUE(end.Says("\nRépertoire de travail : " + Narrow(folder.path) + "\n")) << end.log;
+    EXPECT_TRUE(end.Says("Machine démarrée.\nbonjour\n" + std::string(63, '.') + "\n" + std::string(36, '.') +
+                         "\xFF\nLigne 1 sur 2.\nLigne 2 sur 2.\nMachine arrêtée, code 7.\n"))
         << end.log;
     std::set<std::string> inherited;
     const std::string mark = "Handle hérité : ";
@@ -154,11 +134,11 @@ TEST(Tessarun, EndsWithTheCodeOfItsOutcome) {
         config.ide[3] = *tested.disk == '\0' ? WideText() : folder.Of(Wide(tested.disk));
         if (*tested.module != '\0')
             config.modules = {{folder.Of(Wide(tested.module)), TEXT("")}};
-        const EngineEnd dry = RunEngine(folder, config, true);
+        const EngineEnd dry = RunStandIn(folder, config, EngineRun::Dry);
         EXPECT_EQ(dry.exit_code, tested.dry_code) << dry.log;
         EXPECT_EQ(dry.log.ends_with("\nVérification réussie.\n"), tested.dry_code == 0) << dry.log;
-        EXPECT_FALSE(Has(dry, "Machine")) << dry.log;
-        const EngineEnd run = RunEngine(folder, config, false);
+        EXPECT_FALSE(dry.Says("Machine")) << dry.log;
+        const EngineEnd run = RunStandIn(folder, config, EngineRun::Real);
         EXPECT_EQ(run.exit_code, tested.run_code) << run.log;
         EXPECT_TRUE(run.log.ends_with(tested.last_line)) << run.log;
     }

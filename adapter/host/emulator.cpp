@@ -57,7 +57,7 @@ WideText TemporaryFolder() {
     return WindowsPath(folder.starts_with('/') ? folder : "/tmp");
 }
 
-std::string EmulatorPath(const WideText& path) {
+std::string EmulatorPath(const WideText&, const WideText& path) {
     std::string native;
     if (!host::FindNative(path.c_str(), native))
         throw std::runtime_error("Chemin incorrect : " + Utf8FromWide(path));
@@ -69,13 +69,13 @@ bool HasDisplay() {
 }
 
 Emulator::Emulator(const WideText& program, const std::vector<std::string>& arguments, std::uint32_t zoom) {
-    std::string path = EmulatorPath(program);
+    std::string path = EmulatorPath(program, program);
     std::vector<std::string> texts = arguments;
     std::vector<char*> pointers{path.data()};
     for (std::string& text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);
-    const std::string folder = EmulatorPath(TemporaryFolder());
+    const std::string folder = EmulatorPath(program, TemporaryFolder());
     setenv("GDK_SCALE", NumberText(zoom).c_str(), 1);
     const pid_t parent = getpid();
     const pid_t child = fork();

@@ -92,9 +92,9 @@ WideText TemporaryFolder() {
     return folder;
 }
 
-std::string EmulatorPath(const WideText& path) {
+std::string EmulatorPath(const WideText& program, const WideText& path) {
     const NativeName native_name = FindNativeName();
-    if (native_name == nullptr || !IsOfMachineBelow(FindEmulator()))
+    if (native_name == nullptr || !IsOfMachineBelow(program))
         return Utf8FromWide(path);
     char* const native = native_name(path.c_str());
     if (native == nullptr)

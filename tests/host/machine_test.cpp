@@ -7,28 +7,10 @@
 #include <filesystem>
 
 #include "adapter/emulator.h"
-#include "base/path_ops.h"
 #include "cases.h"
-#include "launch/engine_command.h"
-#include "launch/engine_start.h"
-#include "scratch.h"
+#include "engine_end.h"
 
 namespace {
-
-struct MachineRun {
-    DWORD exit_code = 0;
-    std::string log;
-
-    bool Says(const std::string& text) const {
-        return log.find(text) != std::string::npos;
-    }
-};
-
-WideText InBuild(WideView name) {
-    WideText program(32768, WCHAR{});
-    program.resize(GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size())));
-    return JoinPath(ParentPath(program), name);
-}
 
 class Machine : public testing::Test {
 protected:
@@ -46,16 +28,9 @@ protected:
         unsetenv("TMPDIR");
     }
 
-    MachineRun Run(WideView arguments, bool dry_run = false) {
+    EngineEnd Run(WideView arguments, EngineRun kind = EngineRun::Real) {
         config.command = arguments;
-        const WideText engine = InBuild(TEXT("on_emulator\\tessarun.exe"));
-        const WideText log = folder.Of(TEXT("veldranevm.log"));
-        const OwnedHandle process =
-            StartEngine(engine, BuildEngineCommandLine(engine, config, dry_run), folder.path, log);
-        MachineRun run;
-        EXPECT_EQ(WaitForSingleObject(process.Get(), 90000), WAIT_OBJECT_0);
-        EXPECT_TRUE(GetExitCodeProcess(process.Get(), &run.exit_code));
-        run.log = ReadBytes(log);
+        const EngineEnd run = RunEngine(TEXT("on_emulator\\tessarun.exe"), folder, config, kind);
         for (const WideText& name : ListFolder(folder.path))
             EXPECT_FALSE(name.starts_with(TEXT("tessarun-"))) << "what the emulator has read goes";
         return run;
@@ -79,7 +54,7 @@ TEST_F(Machine, BootsAKernelWithItsModulesItsDiskAndItsScreen) {
     config.explicit_video = true;
     config.width = 323;
     config.height = 200;
-    const MachineRun run = Run(TEXT(" mode=\"a, b\" code=200 "));
+    const EngineEnd run = Run(TEXT(" mode=\"a, b\" code=200 "));
     EXPECT_EQ(run.exit_code, 200U);
     for (const char* const line :
          {"Écran : 320 x 200 points de 32 bits. Demandé : 323 x 200.\n", "\nChargeur : Multiboot\n",
@@ -116,7 +91,7 @@ TEST_F(Machine, EndsAsItsKernelDoes) {
     for (const auto& tested : CASES) {
         config.timeout_ms = tested.arguments == TEXT("fin=boucle") ? 2500 : 60000;
         config.dump = folder.Of(tested.arguments);
-        const MachineRun run = Run(tested.arguments);
+        const EngineEnd run = Run(tested.arguments);
         EXPECT_EQ(run.exit_code, tested.exit_code) << run.log;
         EXPECT_TRUE(run.log.ends_with("\nFin.\n" + std::string(tested.last_line))) << run.log;
         EXPECT_EQ(ReadBytes(config.dump).substr(0, 10), "P6\n640 480") << "as the kernel's header asks";
@@ -130,25 +105,26 @@ TEST_F(Machine, TakesAKernelWithoutHeaderAndSaysWhatItCannotDo) {
     WriteBytes(config.kernel, kernel);
     EXPECT_EQ(Run(TEXT("code=5")).exit_code, 1U);
     config.force_no_header = true;
-    const MachineRun run = Run(TEXT("code=5"));
+    const EngineEnd run = Run(TEXT("code=5"));
     EXPECT_EQ(run.exit_code, 5U) << run.log;
     EXPECT_TRUE(run.Says("\nÉcran : texte\n")) << run.log;
 
     config.dump = folder.Of(TEXT("absent\\écran.ppm"));
-    const MachineRun without_folder = Run(TEXT(""));
+    const EngineEnd without_folder = Run(TEXT(""));
     EXPECT_EQ(without_folder.exit_code, 1U);
     EXPECT_TRUE(without_folder.Says("\nErreur : Image de l'écran impossible : ")) << without_folder.log;
 
-    const MachineRun dry = Run(TEXT("code=5"), true);
+    const EngineEnd dry = Run(TEXT("code=5"), EngineRun::Dry);
     EXPECT_EQ(dry.exit_code, 0U);
     EXPECT_TRUE(dry.log.ends_with("\nVérification réussie.\n")) << dry.log;
     unsetenv("DISPLAY");
     unsetenv("WAYLAND_DISPLAY");
     config.headless = false;
-    EXPECT_TRUE(Run(TEXT(""), true).Says("\nErreur : Aucun affichage pour la fenêtre de la machine : "));
+    EXPECT_TRUE(
+        Run(TEXT(""), EngineRun::Dry).Says("\nErreur : Aucun affichage pour la fenêtre de la machine : "));
     config.headless = true;
     setenv("TESSARUN_QEMU", "/tmp", 1);
-    const MachineRun without_emulator = Run(TEXT(""), true);
+    const EngineEnd without_emulator = Run(TEXT(""), EngineRun::Dry);
     unsetenv("TESSARUN_QEMU");
     EXPECT_EQ(without_emulator.exit_code, 1U);
     EXPECT_TRUE(without_emulator.Says("\nErreur : Émulateur introuvable : TESSARUN_QEMU nomme /tmp\n"));
@@ -166,7 +142,7 @@ TEST_F(Machine, TakesAKernelWithoutHeaderAndSaysWhatItCannotDo) {
         std::filesystem::remove(NativePath(disk));
         WriteBytes(disk, std::string(tested.bytes, 'x'));
         chmod(NativePath(disk).c_str(), tested.mode);
-        const MachineRun refused = Run(TEXT(""));
+        const EngineEnd refused = Run(TEXT(""));
         EXPECT_EQ(refused.exit_code, 1U);
         EXPECT_TRUE(refused.Says(tested.message)) << refused.log;
     }
