@@ -1,29 +1,29 @@
 // The standard output of an engine, written unbuffered so that a log shows it at once.
 #include "adapter/engine_output.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 
-#include "platform/win32.h"
-
 namespace {
 
-bool WriteAll(DWORD stream, std::string_view bytes) {
+constexpr std::size_t PIECE_BYTES = 1 << 20;
+
+}  // namespace
+
+bool WriteAll(HANDLE file, std::string_view bytes) {
     while (!bytes.empty()) {
         DWORD written = 0;
-        if (WriteFile(GetStdHandle(stream), bytes.data(), static_cast<DWORD>(bytes.size()), &written,
-                      nullptr) == FALSE ||
-            written == 0)
+        const auto count = static_cast<DWORD>(std::min(bytes.size(), PIECE_BYTES));
+        if (WriteFile(file, bytes.data(), count, &written, nullptr) == FALSE || written == 0)
             return false;
         bytes.remove_prefix(written);
     }
     return true;
 }
 
-}  // namespace
-
 void Print(std::string_view bytes) {
-    if (!WriteAll(STD_OUTPUT_HANDLE, bytes))
+    if (!WriteAll(GetStdHandle(STD_OUTPUT_HANDLE), bytes))
         throw std::runtime_error("Écriture sur la sortie standard impossible.");
 }
 
@@ -32,5 +32,5 @@ void PrintLine(std::string_view text) {
 }
 
 void PrintErrorLine(std::string_view text) {
-    WriteAll(STD_ERROR_HANDLE, std::string(text) + "\n");
+    WriteAll(GetStdHandle(STD_ERROR_HANDLE), std::string(text) + "\n");
 }

@@ -3,6 +3,11 @@
 
 #include <string_view>
 
+#include "platform/win32.h"
+
+// Writes the bytes to a file; false when the platform does not take them all.
+bool WriteAll(HANDLE file, std::string_view bytes);
+
 // Writes the bytes to standard output as they are. Throws when the platform does not take them all.
 void Print(std::string_view bytes);
 

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "adapter/emulator.h"
+#include "adapter/engine_output.h"
 #include "adapter/sized_file.h"
 #include "base/file_system.h"
 #include "base/owned_handle.h"
@@ -16,13 +17,8 @@ namespace {
 constexpr std::size_t PIECE_BYTES = 1 << 20;
 
 void Write(HANDLE file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        DWORD written = 0;
-        const auto count = static_cast<DWORD>(std::min(bytes.size(), PIECE_BYTES));
-        if (WriteFile(file, bytes.data(), count, &written, nullptr) == FALSE || written == 0)
-            throw std::runtime_error("Écriture d'un fichier impossible.");
-        bytes.remove_prefix(written);
-    }
+    if (!WriteAll(file, bytes))
+        throw std::runtime_error("Écriture d'un fichier impossible.");
 }
 
 void Copy(const SizedFile& source, HANDLE target) {
