@@ -5,5 +5,5 @@
 
 void LimitDllSearch() {
     SetDllDirectoryW(TEXT(""));
-    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
+    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32 | LOAD_LIBRARY_SEARCH_USER_DIRS);
 }

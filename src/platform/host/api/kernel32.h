@@ -75,6 +75,7 @@ HMODULE WINAPI GetModuleHandleW(LPCWSTR name);
 
 // --- where DLLs are looked for; of no effect here, where there are none ---
 
+constexpr DWORD LOAD_LIBRARY_SEARCH_USER_DIRS = 0x400;
 constexpr DWORD LOAD_LIBRARY_SEARCH_SYSTEM32 = 0x800;
 
 // Only the empty folder, and only the system's.

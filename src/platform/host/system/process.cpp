@@ -412,8 +412,8 @@ BOOL WINAPI SetDllDirectoryW(LPCWSTR folder) {
 }
 
 BOOL WINAPI SetDefaultDllDirectories(DWORD folders) {
-    if (folders != LOAD_LIBRARY_SEARCH_SYSTEM32)
-        host::NotImplemented("SetDefaultDllDirectories", "other folders than the system's");
+    if (folders != (LOAD_LIBRARY_SEARCH_SYSTEM32 | LOAD_LIBRARY_SEARCH_USER_DIRS))
+        host::NotImplemented("SetDefaultDllDirectories", "other folders than the system's and added ones");
     return !host::CallFails("SetDefaultDllDirectories");
 }
 
