@@ -107,6 +107,36 @@ TEST(Keyboard, ComesBackToItsFieldFromBoxesAndFromAMinimisedWindow) {
     });
 }
 
+TEST(Keyboard, ReadsTheLogWithoutTheMouse) {
+    LauncherRun run;
+    run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=0 demo.lignes=60 demo.code=7\n");
+    run.Run([&] {
+        user::Click(IDC_KERNEL_COMMAND);
+        user::Press(VK_RETURN);
+        EXPECT_TRUE(user::WaitForStatus(TEXT("Échec (code 7). Consultez le journal.")));
+        HWND text = nullptr;
+        user::Do([&] { text = GetDlgItem(run.launcher.log_window, 1); });
+        const WideText log = user::TextOf(text);
+        const auto caret = [&] {
+            LRESULT place = 0;
+            user::Do([&] { place = HIWORD(SendMessageW(text, EM_GETSEL, 0, 0)); });
+            return static_cast<std::size_t>(place);
+        };
+        user::Press(VK_NEXT);
+        EXPECT_TRUE(user::WaitUntil([&] { return caret() > 0 && caret() < log.size(); }));
+        user::PressWith(VK_CONTROL, VK_END);
+        EXPECT_TRUE(user::WaitUntil([&] { return caret() == log.size(); }));
+        user::PressWith(VK_CONTROL, 'A');
+        user::PressWith(VK_CONTROL, 'C');
+        EXPECT_TRUE(user::WaitUntil([&] { return ClipboardText() == log; })) << Narrow(ClipboardText());
+        user::Do([&] { PostMessageW(run.launcher.log_window, WM_CLOSE, 0, 0); });
+        user::Type(TEXT("x"));
+        EXPECT_TRUE(user::WaitUntil([] {
+            return Narrow(user::ControlText(IDC_KERNEL_COMMAND)).ends_with("7x");
+        })) << "the field has the keys again";
+    });
+}
+
 TEST(Keyboard, GoesOnFromAButtonThatItsOwnPressDisables) {
     LauncherRun run;
     run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu\n");

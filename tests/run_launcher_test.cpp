@@ -63,6 +63,28 @@ TEST(RunLauncher, CutsNoCharacterInTwoWhenItShortens) {
     }
 }
 
+TEST(RunLauncher, ShowsABlankForEachControlCharacterInTheBoxAlone) {
+    LauncherRun run;
+    const std::string key =
+        "a\rb\tc\x01"
+        "d\x7F"
+        "e\u0085f";
+    run.WriteConfig(TEXT("veldranevm.config"),
+                    key + std::string(700, '\r') + std::string(900, '\t') + "x=1\n");
+    run.Run([&] {
+        ASSERT_TRUE(user::WaitForBox());
+        const std::string text = user::BoxText();
+        EXPECT_NE(text.find("inconnue : a b c d e f   "), std::string::npos) << text;
+        EXPECT_EQ(text.find_first_of("\r\t"), std::string::npos);
+        RECT box{};
+        user::Do([&] { GetWindowRect(user::Box(), &box); });
+        EXPECT_LT(box.bottom - box.top, 500);
+        user::AnswerBox(IDOK);
+        user::WaitUntil([] { return user::IsVisible(IDC_LAUNCH); });
+        EXPECT_NE(Narrow(user::Status()).find(" : " + key + "\r\r"), std::string::npos);
+    });
+}
+
 TEST(RunLauncher, TakesAFolderOfTheDefaultNameForAFileThatCannotBeLoaded) {
     LauncherRun run;
     MakeFolder(run.folder.Of(TEXT("veldranevm.config")));

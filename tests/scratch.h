@@ -35,6 +35,9 @@ struct Held {
 };
 Held WhatIsHeld();
 
+// The text on the clipboard.
+WideText ClipboardText();
+
 void WriteBytes(WideView path, std::string_view bytes);
 std::string ReadBytes(WideView path);
 // True for files, folders and links, even a link that leads nowhere.

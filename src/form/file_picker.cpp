@@ -60,10 +60,9 @@ void BrowseForField(Launcher& launcher, UINT button_id) {
                                      [&](const Browse& row) { return row.button_id == button_id; });
     if (browse == BROWSES.end())
         return;
-    const int field_id = static_cast<int>(browse->field_id);
-    const WideText first_file = GetControlText(GetDlgItem(launcher.main_window, field_id));
+    const HWND field = GetDlgItem(launcher.main_window, static_cast<int>(browse->field_id));
     const WideText chosen =
-        PickFile(launcher, browse->save, browse->filter, browse->default_extension, first_file);
+        PickFile(launcher, browse->save, browse->filter, browse->default_extension, GetControlText(field));
     if (!chosen.empty())
-        SetDlgItemTextW(launcher.main_window, field_id, chosen.c_str());
+        SetControlText(field, chosen);
 }

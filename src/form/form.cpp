@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "form/control_table.h"
+#include "form/form_exchange.h"
 #include "form/form_layout.h"
 #include "form/writable_text.h"
 
@@ -67,7 +68,7 @@ LRESULT CALLBACK PathLabelProc(HWND window, UINT message, WPARAM wparam, LPARAM 
 
 void FillZoomList(HWND combo_box) {
     for (const WCHAR* text : {TEXT("100 %"), TEXT("200 %"), TEXT("300 %"), TEXT("400 %")})
-        SendMessageW(combo_box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
+        RequireTaken(SendMessageW(combo_box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text)) >= 0);
 }
 
 void InsertTabs(HWND tab_control) {
@@ -76,7 +77,8 @@ void InsertTabs(HWND tab_control) {
         TCITEMW item{};
         item.mask = TCIF_TEXT;
         item.pszText = WritableText(name);
-        SendMessageW(tab_control, TCM_INSERTITEMW, index++, reinterpret_cast<LPARAM>(&item));
+        RequireTaken(SendMessageW(tab_control, TCM_INSERTITEMW, index++, reinterpret_cast<LPARAM>(&item)) >=
+                     0);
     }
 }
 
@@ -85,7 +87,7 @@ void InsertColumn(HWND list, WPARAM index, const WCHAR* title, int width) {
     column.mask = LVCF_WIDTH | LVCF_TEXT;
     column.cx = width;
     column.pszText = WritableText(title);
-    SendMessageW(list, LVM_INSERTCOLUMNW, index, reinterpret_cast<LPARAM>(&column));
+    RequireTaken(SendMessageW(list, LVM_INSERTCOLUMNW, index, reinterpret_cast<LPARAM>(&column)) >= 0);
 }
 
 void PrepareModuleList(HWND list) {

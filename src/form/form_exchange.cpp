@@ -2,9 +2,11 @@
 #include "form/form_exchange.h"
 
 #include <array>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "base/file_system.h"
 #include "base/path_ops.h"
@@ -15,6 +17,18 @@
 
 namespace {
 
+constexpr std::array TEXT_FIELDS{IDC_KERNEL_PATH,
+                                 IDC_KERNEL_COMMAND,
+                                 IDC_DUMP_PATH,
+                                 IDC_RAM_MIB,
+                                 IDC_TIMEOUT_MS,
+                                 IDC_WIDTH,
+                                 IDC_HEIGHT,
+                                 IDC_IDE_PRIMARY_MASTER,
+                                 IDC_IDE_PRIMARY_SLAVE,
+                                 IDC_IDE_SECONDARY_MASTER,
+                                 IDC_IDE_SECONDARY_SLAVE};
+constexpr std::array CHECK_BOXES{IDC_EXPLICIT_VIDEO, IDC_HEADLESS, IDC_FORCE_NO_HEADER};
 constexpr std::array IDE_FIELDS{IDC_IDE_PRIMARY_MASTER, IDC_IDE_PRIMARY_SLAVE, IDC_IDE_SECONDARY_MASTER,
                                 IDC_IDE_SECONDARY_SLAVE};
 
@@ -23,7 +37,7 @@ HWND Field(const Launcher& launcher, UINT id) {
 }
 
 void SetField(const Launcher& launcher, UINT id, const WideText& text) {
-    SetDlgItemTextW(launcher.main_window, static_cast<int>(id), text.c_str());
+    SetControlText(Field(launcher, id), text);
 }
 
 void SetCheck(const Launcher& launcher, UINT id, bool checked) {
@@ -62,7 +76,7 @@ void FillFields(const Launcher& launcher, const VmConfig& config) {
     SetField(launcher, IDC_TIMEOUT_MS, WideNumberText(config.timeout_ms));
     SetField(launcher, IDC_WIDTH, WideNumberText(config.width));
     SetField(launcher, IDC_HEIGHT, WideNumberText(config.height));
-    SendMessageW(Field(launcher, IDC_ZOOM), CB_SETCURSEL, config.zoom - 1, 0);
+    RequireTaken(SendMessageW(Field(launcher, IDC_ZOOM), CB_SETCURSEL, config.zoom - 1, 0) != CB_ERR);
     SetCheck(launcher, IDC_EXPLICIT_VIDEO, config.explicit_video);
     SetCheck(launcher, IDC_HEADLESS, config.headless);
     SetCheck(launcher, IDC_FORCE_NO_HEADER, config.force_no_header);
@@ -75,8 +89,34 @@ void InsertModuleRow(HWND list, std::size_t index, const ModuleEntry& module) {
     item.mask = LVIF_TEXT;
     item.iItem = static_cast<int>(index);
     item.pszText = WritableText(module.path.c_str());
-    SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    RequireTaken(SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)) == item.iItem);
     SetModuleRowArguments(list, index, module.command);
+}
+
+void Swap(Launcher& launcher, CurrentConfig& other) noexcept {
+    std::swap(launcher.config, other.config);
+    launcher.config_path.swap(other.config_path);
+    launcher.run_directory.swap(other.run_directory);
+    std::swap(launcher.dirty, other.dirty);
+}
+
+bool TryToFillForm(Launcher& launcher) {
+    try {
+        FillForm(launcher);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
+// A field that refuses its text once more keeps what it has.
+void PutBack(Launcher& launcher, const FormContent& shown) {
+    const FillingScope filling(launcher);
+    for (std::size_t field = 0; field < TEXT_FIELDS.size(); ++field)
+        SetWindowTextW(Field(launcher, TEXT_FIELDS[field]), shown.texts[field].c_str());
+    SendMessageW(Field(launcher, IDC_ZOOM), CB_SETCURSEL, static_cast<WPARAM>(shown.zoom), 0);
+    for (std::size_t box = 0; box < CHECK_BOXES.size(); ++box)
+        SetCheck(launcher, CHECK_BOXES[box], shown.checks[box]);
 }
 
 }  // namespace
@@ -91,8 +131,19 @@ void ReadControlText(HWND control, WideText& text) {
     text.resize(static_cast<std::size_t>(GetWindowTextLengthW(control)));
     if (text.empty())
         return;
-    const int copied = GetWindowTextW(control, text.data(), static_cast<int>(text.size()) + 1);
-    text.resize(static_cast<std::size_t>(copied));
+    const int length = static_cast<int>(text.size());
+    RequireTaken(GetWindowTextW(control, text.data(), length + 1) == length);
+}
+
+void SetControlText(HWND control, const WideText& text) {
+    // Some platforms report success and keep less than the text.
+    RequireTaken(SetWindowTextW(control, text.c_str()) != FALSE &&
+                 GetWindowTextLengthW(control) == static_cast<int>(text.size()));
+}
+
+void RequireTaken(bool taken) {
+    if (!taken)
+        throw std::bad_alloc();
 }
 
 std::uint32_t ReadNumberField(HWND control, std::uint32_t lowest, std::uint32_t highest, const char* label) {
@@ -142,9 +193,32 @@ void FillForm(Launcher& launcher) {
     RefreshTitle(launcher);
 }
 
+FormContent ReadContent(const Launcher& launcher) {
+    FormContent content;
+    for (const UINT id : TEXT_FIELDS)
+        content.texts.push_back(GetControlText(Field(launcher, id)));
+    content.zoom = SendMessageW(Field(launcher, IDC_ZOOM), CB_GETCURSEL, 0, 0);
+    for (const UINT id : CHECK_BOXES)
+        content.checks.push_back(IsChecked(launcher, id));
+    return content;
+}
+
+void AdoptConfig(Launcher& launcher, CurrentConfig next, const FormContent& shown) {
+    const std::int32_t selected_row = launcher.selected_module;
+    Swap(launcher, next);
+    if (TryToFillForm(launcher))
+        return;
+    Swap(launcher, next);
+    launcher.selected_module = selected_row;
+    TryToFillForm(launcher);  // for the module list
+    PutBack(launcher, shown);
+    RefreshEnabling(launcher);
+    throw std::bad_alloc();
+}
+
 void RebuildModuleList(Launcher& launcher) {
     launcher.selected_module = -1;
-    SendMessageW(launcher.module_list, LVM_DELETEALLITEMS, 0, 0);
+    RequireTaken(SendMessageW(launcher.module_list, LVM_DELETEALLITEMS, 0, 0) != FALSE);
     for (std::size_t index = 0; index < launcher.config.modules.size(); ++index)
         InsertModuleRow(launcher.module_list, index, launcher.config.modules[index]);
     SetField(launcher, IDC_MODULE_ARGS, {});
@@ -162,5 +236,5 @@ void SetModuleRowArguments(HWND list, std::size_t index, const WideText& argumen
     LVITEMW item{};
     item.iSubItem = 1;
     item.pszText = WritableText(arguments.c_str());
-    SendMessageW(list, LVM_SETITEMTEXTW, index, reinterpret_cast<LPARAM>(&item));
+    RequireTaken(SendMessageW(list, LVM_SETITEMTEXTW, index, reinterpret_cast<LPARAM>(&item)) != FALSE);
 }

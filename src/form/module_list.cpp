@@ -1,6 +1,7 @@
 // The commands of the module page: a new record first, then the record in its place, then the list.
 #include "form/module_list.h"
 
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <utility>
@@ -14,9 +15,8 @@
 namespace {
 
 void AdoptEditedList(Launcher& launcher, VmConfig config) {
-    launcher.config = std::move(config);
-    launcher.dirty = true;
-    FillForm(launcher);
+    AdoptConfig(launcher, {std::move(config), launcher.config_path, launcher.run_directory, true},
+                ReadContent(launcher));
 }
 
 // The entry of the selected row; null for none. The list can be longer than the record's for a moment: after
@@ -26,6 +26,23 @@ ModuleEntry* SelectedModule(Launcher& launcher) {
     if (launcher.selected_module < 0 || index >= launcher.config.modules.size())
         return nullptr;
     return &launcher.config.modules[index];
+}
+
+HWND ArgumentsField(const Launcher& launcher) {
+    return GetDlgItem(launcher.main_window, IDC_MODULE_ARGS);
+}
+
+// For a field that refuses the arguments of the selected row: it would show, and an edit would write, those
+// of another one.
+void SelectNothing(Launcher& launcher) {
+    const FillingScope filling(launcher);
+    LVITEMW item{};
+    item.stateMask = LVIS_SELECTED;
+    if (launcher.selected_module >= 0)  // all rows have the index -1
+        SendMessageW(launcher.module_list, LVM_SETITEMSTATE, static_cast<WPARAM>(launcher.selected_module),
+                     reinterpret_cast<LPARAM>(&item));
+    launcher.selected_module = -1;
+    SetWindowTextW(ArgumentsField(launcher), TEXT(""));
 }
 
 }  // namespace
@@ -64,9 +81,10 @@ void OnModuleArgsChanged(Launcher& launcher) {
     ModuleEntry* module = SelectedModule(launcher);
     if (launcher.filling || module == nullptr)
         return;
-    module->command = GetControlText(GetDlgItem(launcher.main_window, IDC_MODULE_ARGS));
+    WideText arguments = GetControlText(ArgumentsField(launcher));
     SetModuleRowArguments(launcher.module_list, static_cast<std::size_t>(launcher.selected_module),
-                          module->command);
+                          arguments);
+    module->command = std::move(arguments);
     launcher.dirty = true;
     RefreshTitle(launcher);
 }
@@ -75,10 +93,14 @@ void OnModuleSelectionChanged(Launcher& launcher) {
     launcher.selected_module = static_cast<std::int32_t>(SendMessageW(
         launcher.module_list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), MAKELPARAM(LVNI_SELECTED, 0)));
     const ModuleEntry* module = SelectedModule(launcher);
-    {
+    const WideText none;
+    try {
         const FillingScope filling(launcher);
-        SetDlgItemTextW(launcher.main_window, IDC_MODULE_ARGS,
-                        module == nullptr ? TEXT("") : module->command.c_str());
+        SetControlText(ArgumentsField(launcher), module == nullptr ? none : module->command);
+    } catch (const std::bad_alloc&) {
+        SelectNothing(launcher);
+        RefreshEnabling(launcher);
+        throw;
     }
     RefreshEnabling(launcher);
 }

@@ -72,7 +72,8 @@ bool MakeTextControl(HWND window) {
     return true;
 }
 
-// The last bytes of the file, at most LOG_TAIL_LIMIT of them; false if it cannot be opened.
+// The last bytes of the file, at most LOG_TAIL_LIMIT of them, and fewer where reading fails; false if the
+// file cannot be opened.
 bool ReadLogTail(const WideText& path, std::string& tail) {
     const OwnedHandle file = OpenForReading(path);
     std::uint64_t size = 0;
@@ -82,7 +83,7 @@ bool ReadLogTail(const WideText& path, std::string& tail) {
     std::size_t read = 0;
     if (!tail.empty())
         ReadAt(file.Get(), size - tail.size(), tail.data(), tail.size(), read);
-    std::fill(tail.begin() + static_cast<std::ptrdiff_t>(read), tail.end(), '\0');
+    tail.resize(read);
     return true;
 }
 
@@ -137,6 +138,23 @@ void RefreshLogWindow(Launcher& launcher) {
     } catch (const std::bad_alloc&) {
         // The next tick tries again; a box at each tick would be the worse news.
     }
+}
+
+bool HandleLogKeys(const Launcher& launcher, MSG& message) {
+    constexpr WPARAM CONTROL_A = 1;
+    if (!LogWindowExists(launcher))
+        return false;
+    const HWND control = GetDlgItem(launcher.log_window, TEXT_CONTROL_ID);
+    if (GetFocus() == launcher.log_window) {
+        SetFocus(control);
+        if (message.hwnd == launcher.log_window &&
+            (message.message == WM_KEYDOWN || message.message == WM_CHAR))
+            message.hwnd = control;
+    }
+    if (message.hwnd != control || message.message != WM_CHAR || message.wParam != CONTROL_A)
+        return false;
+    SendMessageW(control, EM_SETSEL, 0, -1);
+    return true;
 }
 
 LRESULT CALLBACK LogWindowProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {

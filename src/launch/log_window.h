@@ -20,5 +20,10 @@ void ShowLogWindow(Launcher& launcher);
 // scroll position and selection alone. Nothing is thrown.
 void RefreshLogWindow(Launcher& launcher);
 
+// For every message that the message loop has taken out, before it is dispatched: where the log window itself
+// has the keyboard, its text gets it, with the key that was on its way; Ctrl+A selects the whole text. True
+// when nothing more is to be done with the message.
+bool HandleLogKeys(const Launcher& launcher, MSG& message);
+
 // The window procedure of the log window's class.
 LRESULT CALLBACK LogWindowProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam);

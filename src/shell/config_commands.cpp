@@ -38,11 +38,9 @@ bool ConfirmDiscard(Launcher& launcher) {
     const int answer =
         MessageBoxW(launcher.main_window, TEXT("Enregistrer les modifications de la configuration ?"),
                     TEXT("Configuration modifiée"), MB_YESNOCANCEL | MB_ICONQUESTION);
-    if (answer == IDCANCEL)
-        return false;
     if (answer == IDYES)
         return SaveConfiguration(launcher, false);
-    return true;
+    return answer == IDNO;  // a box that could not be shown answers 0
 }
 
 void OnLoadCommand(Launcher& launcher) {
@@ -54,28 +52,26 @@ void OnLoadCommand(Launcher& launcher) {
 }
 
 void LoadConfiguration(Launcher& launcher, const WideText& path) {
-    launcher.config = ReadConfigFile(path);
-    WideText full_path = NormalPath(AbsolutePath(path));
-    WideText folder = ParentPath(full_path);
-    launcher.config_path = std::move(full_path);
-    launcher.run_directory = std::move(folder);
-    launcher.dirty = false;
-    FillForm(launcher);
+    CurrentConfig next{ReadConfigFile(path), {}, {}, false};
+    const FormContent shown = ReadContent(launcher);
+    std::swap(launcher.config,
+              next.config);  // the record is the new one also where its path cannot be made full
+    next.config_path = NormalPath(AbsolutePath(path));
+    next.run_directory = ParentPath(next.config_path);
+    std::swap(launcher.config, next.config);
+    AdoptConfig(launcher, std::move(next), shown);
     SetStatus(launcher, TEXT("Configuration chargée."));
 }
 
 bool SaveConfiguration(Launcher& launcher, bool save_as) {
-    VmConfig config = ReadForm(launcher);
-    WideText target = ChooseTarget(launcher, save_as);
-    if (target.empty())
+    CurrentConfig next{ReadForm(launcher), {}, {}, false};
+    next.config_path = ChooseTarget(launcher, save_as);
+    if (next.config_path.empty())
         return false;
-    WideText folder = ParentPath(target);
-    WriteConfigFile(target, config);
-    launcher.config = std::move(config);
-    launcher.config_path = std::move(target);
-    launcher.run_directory = std::move(folder);
-    launcher.dirty = false;
-    FillForm(launcher);
+    next.run_directory = ParentPath(next.config_path);
+    const FormContent shown = ReadContent(launcher);
+    WriteConfigFile(next.config_path, next.config);
+    AdoptConfig(launcher, std::move(next), shown);
     SetStatus(launcher, TEXT("Configuration enregistrée."));
     return true;
 }
@@ -83,11 +79,6 @@ bool SaveConfiguration(Launcher& launcher, bool save_as) {
 void ResetConfiguration(Launcher& launcher) {
     if (!ConfirmDiscard(launcher))
         return;
-    WideText folder = launcher.start_directory;
-    launcher.config = VmConfig{};
-    launcher.config_path.clear();
-    launcher.run_directory = std::move(folder);
-    launcher.dirty = false;
-    FillForm(launcher);
+    AdoptConfig(launcher, {VmConfig{}, {}, launcher.start_directory, false}, ReadContent(launcher));
     SetStatus(launcher, TEXT("Réglages par défaut. Choisissez un noyau ELF."));
 }

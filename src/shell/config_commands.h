@@ -9,7 +9,7 @@
 inline constexpr WideView DEFAULT_CONFIG_NAME = TEXT("veldranevm.config");
 
 // Whether the form's content may be dropped; with unsaved changes the user decides, and the answer Yes saves
-// first. Throws what that save throws.
+// first. False also where the question cannot be shown. Throws what that save throws.
 bool ConfirmDiscard(Launcher& launcher);
 
 // The command of the button: asks for a file and loads it.

@@ -80,7 +80,7 @@ int PumpMessages(const Launcher& launcher) {
     BOOL result = FALSE;
     while ((result = GetMessageW(&message, nullptr, 0, 0)) > 0) {
         KeepFocus(launcher.main_window, last_control, message);
-        if (IsDialogMessageW(launcher.main_window, &message) != FALSE)
+        if (HandleLogKeys(launcher, message) || IsDialogMessageW(launcher.main_window, &message) != FALSE)
             continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);

@@ -30,6 +30,10 @@ const WCHAR* TextToShow(const std::optional<WideText>& own_text) {
     return own_text ? own_text->c_str() : OUT_OF_MEMORY.data();
 }
 
+bool IsControlCharacter(WCHAR character) {
+    return character < 0x20 || (character >= 0x7F && character < 0xA0);
+}
+
 bool IsHighSurrogate(WCHAR character) {
     return (character & 0xFC00) == 0xD800;
 }
@@ -56,8 +60,22 @@ FixedText<BOX_LIMIT_CHARACTERS> Shortened(WideView text) {
     return shortened += end;
 }
 
+// With a blank for each control character, which could make the box larger than the screen. The line ends of
+// the platform's own texts stay: no name or value holds a carriage return with a line feed behind it.
+FixedText<BOX_LIMIT_CHARACTERS> WithoutControls(WideView text) {
+    constexpr WideView LINE_END = TEXT("\r\n");
+    FixedText<BOX_LIMIT_CHARACTERS> plain;
+    while (!text.empty()) {
+        const std::size_t count = text.starts_with(LINE_END) ? LINE_END.size() : 1;
+        const bool is_blanked = count == 1 && IsControlCharacter(text.front());
+        plain += is_blanked ? WideView(TEXT(" ")) : text.substr(0, count);
+        text.remove_prefix(count);
+    }
+    return plain;
+}
+
 void ShowBox(HWND owner, const WCHAR* text) {
-    const FixedText<BOX_LIMIT_CHARACTERS> box_text = Shortened(text);
+    const FixedText<BOX_LIMIT_CHARACTERS> box_text = WithoutControls(Shortened(text));
     const HWND focus = GetFocus();
     MessageBoxW(owner, box_text.c_str(), TEXT("Veldrane VM"), MB_ICONERROR);
     // The field that the message speaks of may have got the focus in this very command, unseen by the message

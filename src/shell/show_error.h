@@ -6,8 +6,9 @@
 #include "state/launcher.h"
 
 // Writes the exception's text into the status line and shows it in a box, which the user has closed when it
-// returns. Of a text of more than 1,000 characters the box shows the start and the end. Never fails: where
-// the text cannot be made, because memory is short, a fixed sentence says so.
+// returns. The box shows a blank for a control character and, of a text of more than 1,000 characters, the
+// start and the end. Never fails: where the text cannot be made, because memory is short, a fixed sentence
+// says so.
 void ShowError(Launcher& launcher, const std::exception& error) noexcept;
 
 // Shows the box alone, owned by the main window where there is one. A control that had the focus has it again

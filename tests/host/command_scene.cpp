@@ -139,19 +139,19 @@ const std::vector<SceneCommand>& SceneCommands() {
          Pressed(IDC_LOAD),
          {"kernel", "command", "ram_mib", "headless", "ide_primary_master", "ide_primary_slave",
           "ide_secondary_slave", "modules"}},
-        {"Save", Nothing, Pressed(IDC_SAVE), {}},
+        {"Save", Nothing, Pressed(IDC_SAVE), {"file a.config"}},
         {"SaveNew",
          [](Scene& scene) {
              scene.run.launcher.config_path.clear();
              RefreshTitle(scene.run.launcher);
          },
          Pressed(IDC_SAVE),
-         {}},
+         {"file veldranevm.config"}},
         {"SaveRefused",
          [](Scene& scene) { SetDlgItemTextW(scene.run.launcher.main_window, IDC_RAM_MIB, TEXT("9")); },
          Pressed(IDC_SAVE),
          {}},
-        {"SaveAs", Chosen(TEXT("c.config")), Pressed(IDC_SAVE_AS), {}},
+        {"SaveAs", Chosen(TEXT("c.config")), Pressed(IDC_SAVE_AS), {"file c.config"}},
         {"Reset", Nothing, Pressed(IDC_RESET), {}},
         {"Launch", Nothing, Pressed(IDC_LAUNCH), {"log_path", "file veldranevm.log"}},
         {"Verify", Nothing, Pressed(IDC_VERIFY), {"log_path", "file veldranevm.log"}},
@@ -164,6 +164,11 @@ const std::vector<SceneCommand>& SceneCommands() {
         {"RefreshLog", OpenLog, Tick, {"log", "log text"}, true},
         {"ShowLog", TakeLog, Pressed(IDC_SHOW_LOG), {"log", "log text"}, true},
         {"ShowLogAgain", OpenLog, Pressed(IDC_SHOW_LOG), {"log", "log text"}, true},
+        {"Browse", Chosen(TEXT("d.img")), Pressed(IDC_KERNEL_BROWSE), {}},
+        {"EditArguments",
+         Nothing,
+         [](Scene& scene) { SetDlgItemTextW(scene.run.launcher.main_window, IDC_MODULE_ARGS, TEXT("neuf")); },
+         {"field 307"}},
         {"AddModule", Chosen(TEXT("d.img")), Pressed(IDC_MODULE_ADD), {}},
         {"RemoveModule", Nothing, Pressed(IDC_MODULE_REMOVE), {}},
         {"MoveModuleUp", Nothing, Pressed(IDC_MODULE_UP), {}},
@@ -262,7 +267,14 @@ void SweepCommand(Scene& scene, const SceneCommand& command, const std::function
         std::vector<std::string> loose;
         if (verdict.is_excused)
             loose = command.loose;
-        if (!scene.boxes.empty()) {
+        if (verdict.may_lose_selection) {
+            loose = {"status"};
+            if (left.at("selected_module") == "-1") {
+                EXPECT_EQ(left.at("field 307"), "");
+                loose.insert(loose.end(), {"selected_module", "selected row", "field 307", "enabled 304",
+                                           "enabled 305", "enabled 306", "enabled 307"});
+            }
+        } else if (!scene.boxes.empty()) {
             EXPECT_EQ(scene.boxes, std::vector{"Veldrane VM\n" + left.at("status")});
             loose.emplace_back("status");
         }

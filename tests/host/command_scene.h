@@ -51,6 +51,7 @@ struct Scene {
 struct Verdict {
     bool is_done = false;     // all as after the command, otherwise all as before
     bool is_excused = false;  // but for what the command has as loose
+    bool may_lose_selection = false;
 };
 
 // Does the command again and again, each time with another of its steps failing: `strike` makes the nth fail,

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "platform/host/controls/inspect.h"
 #include "platform/host/system/inspect.h"
 #include "scratch.h"
 
@@ -16,6 +17,10 @@ std::filesystem::path NativePath(WideView path) {
 
 WideText WindowsPath(const std::filesystem::path& native) {
     return host::WidePath(std::filesystem::absolute(native).native());
+}
+
+WideText ClipboardText() {
+    return host::ClipboardText();
 }
 
 Held WhatIsHeld() {

@@ -6,6 +6,7 @@
 #include "cases.h"
 #include "form/file_picker.h"
 #include "form/form_ids.h"
+#include "launch/log_window.h"
 #include "launcher_run.h"
 #include "platform/host/boxes/inspect.h"
 #include "platform/host/controls/inspect.h"
@@ -116,6 +117,24 @@ TEST(ProgramHooks, ACommandThatThrowsAnswersZero) {
             EXPECT_EQ(SendMessageW(run.launcher.main_window, WM_COMMAND, IDC_LAUNCH, 0), 0);
             EXPECT_EQ(host::ClearFaults(), 1U);
             EXPECT_EQ(Narrow(user::Status()), "Choisissez un noyau ELF.");
+        });
+    });
+}
+
+TEST(ProgramHooks, WhatCannotBeReadOfALogIsLeftOut) {
+    LauncherRun run;
+    run.Run([&] {
+        user::Do([&] {
+            Launcher& launcher = run.launcher;
+            launcher.log_path = run.folder.Of(TEXT("veldranevm.log"));
+            WriteBytes(launcher.log_path, "première moitié");
+            ShowLogWindow(launcher);
+            WriteBytes(launcher.log_path, "12345678");
+            host::MakeShort("ReadFile");
+            host::FailCall("ReadFile", 2, ERROR_IO_DEVICE);
+            RefreshLogWindow(launcher);
+            EXPECT_EQ(host::ClearFaults(), 1U);
+            EXPECT_EQ(Narrow(user::TextOf(GetDlgItem(launcher.log_window, 1))), "1234");
         });
     });
 }

@@ -9,6 +9,18 @@ WideText WindowsPath(const std::filesystem::path& native) {
     return std::filesystem::absolute(native).make_preferred().native();
 }
 
+WideText ClipboardText() {
+    WideText text;
+    if (OpenClipboard(nullptr) == FALSE)
+        return text;
+    if (const HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
+        text = static_cast<const WCHAR*>(GlobalLock(data));
+        GlobalUnlock(data);
+    }
+    CloseClipboard();
+    return text;
+}
+
 Held WhatIsHeld() {
     const HANDLE process = GetCurrentProcess();
     DWORD handles = 0;

@@ -304,6 +304,7 @@ constexpr DWORD CBS_DROPDOWNLIST = 0x0003;
 constexpr DWORD CBS_SORT = 0x0100;
 constexpr int CBN_SELCHANGE = 1;
 constexpr int CB_ERR = -1;
+constexpr int CB_ERRSPACE = -2;
 constexpr UINT CB_ADDSTRING = 0x0143;
 constexpr UINT CB_GETCURSEL = 0x0147;
 constexpr UINT CB_GETLBTEXT = 0x0148;

@@ -148,6 +148,7 @@ bool MayTake(const Showing& showing, const Text& path) {
 }
 
 Text TypedName(const Showing& showing) {
+    const OwnCalls own;
     Text name(static_cast<std::size_t>(GetWindowTextLengthW(showing.name_field)) + 1, u'\0');
     GetWindowTextW(showing.name_field, name.data(), static_cast<int>(name.size()));
     name.pop_back();
@@ -203,6 +204,7 @@ void FillBox(Showing& showing, const Text& name) {
     AddToBox(box, {u"Button", confirm, IDOK, WS_TABSTOP | BS_DEFPUSHBUTTON, {300, 48, 94, 26}});
     AddToBox(box, {u"Button", u"Annuler", IDCANCEL, WS_TABSTOP, {402, 48, 94, 26}});
     box.focus = showing.name_field;
+    const OwnCalls own;
     SetWindowTextW(showing.name_field, name.c_str());
     SendMessageW(showing.name_field, EM_SETSEL, 0, -1);
 }

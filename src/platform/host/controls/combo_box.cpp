@@ -121,6 +121,8 @@ LRESULT TypeCharacter(HWND window, Combo& combo, WCHAR character) {
 LRESULT ChooseByCode(HWND window, Combo& combo, WPARAM index) {
     if (!IsItem(combo, index))
         NotImplemented("CB_SETCURSEL", "no entry, or one that is not there");
+    if (CallFails("CB_SETCURSEL"))
+        return CB_ERR;
     combo.chosen = static_cast<int>(index);
     InvalidateRect(window, nullptr, TRUE);
     return combo.chosen;
@@ -183,6 +185,8 @@ LRESULT GiveItem(const Combo& combo, WPARAM index, LPARAM buffer) {
 LRESULT HandleListMessage(HWND window, Combo& combo, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case CB_ADDSTRING:
+            if (CallFails("CB_ADDSTRING"))
+                return CB_ERRSPACE;
             combo.items.emplace_back(TextAt(lparam));
             return Last(combo);
         case CB_GETCURSEL:

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "platform/host/controls/control.h"
+#include "platform/host/controls/inspect.h"
 #include "platform/host/controls/procedures.h"
 #include "platform/host/hooks.h"
 
@@ -38,6 +39,8 @@ bool HasStyle(HWND window, DWORD style) {
 // --- the text as a whole ---
 
 LRESULT SetText(HWND window, Edit& edit, const WCHAR* text) {
+    if (CallFails("WM_SETTEXT"))
+        return FALSE;
     edit.text = text;
     edit.anchor = 0;
     edit.caret = 0;
@@ -110,13 +113,25 @@ void EraseNeighbour(HWND window, Edit& edit, bool backwards) {
 
 // --- keys ---
 
+struct Clipboard {
+    std::u16string text;
+};
+
+void Copy(const Edit& edit) {
+    const Span selection = Selection(edit);
+    if (selection.start != selection.end)
+        Lasting<Clipboard>().text = edit.text.substr(selection.start, selection.end - selection.start);
+}
+
 LRESULT TypeCharacter(HWND window, Edit& edit, WCHAR character) {
     constexpr WCHAR CONTROL_C = 3;
     constexpr WCHAR CONTROL_V = 22;
     constexpr WCHAR CONTROL_X = 24;
     constexpr WCHAR CONTROL_Z = 26;
-    if (character == CONTROL_C || character == CONTROL_V || character == CONTROL_X || character == CONTROL_Z)
-        NotImplemented("EDIT", "the clipboard and undoing");
+    if (character == CONTROL_V || character == CONTROL_X || character == CONTROL_Z)
+        NotImplemented("EDIT", "pasting, cutting and undoing");
+    if (character == CONTROL_C)
+        Copy(edit);
     if (character == VK_BACK) {
         EraseNeighbour(window, edit, true);
         return 0;
@@ -311,6 +326,10 @@ LRESULT DialogCode(HWND window) {
 
 }  // namespace
 
+std::u16string ClipboardText() {
+    return Lasting<Clipboard>().text;
+}
+
 LRESULT CALLBACK EditProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     auto* const edit = StateAt<Edit>(window, message);
     if (edit == nullptr)
@@ -321,7 +340,7 @@ LRESULT CALLBACK EditProcedure(HWND window, UINT message, WPARAM wparam, LPARAM 
         case WM_SETTEXT:
             return SetText(window, *edit, TextAt(lparam));
         case WM_GETTEXT:
-            return GiveText(edit->text, wparam, lparam);
+            return CallFails("WM_GETTEXT") ? 0 : GiveText(edit->text, wparam, lparam);
         case WM_GETTEXTLENGTH:
             return static_cast<LRESULT>(edit->text.size());
         case WM_GETDLGCODE:

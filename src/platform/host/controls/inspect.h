@@ -11,4 +11,7 @@ namespace host {
 // not seen itself, unless the style says otherwise.
 std::u16string DrawnText(HWND label);
 
+// What has last been copied.
+std::u16string ClipboardText();
+
 }  // namespace host

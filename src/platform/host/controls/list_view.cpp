@@ -104,6 +104,8 @@ void SelectByHand(HWND window, List& list, int index) {
 LRESULT InsertRow(HWND window, List& list, const LVITEMW& item) {
     if (item.mask != LVIF_TEXT || item.iSubItem != 0 || item.iItem != Count(list))
         NotImplemented("LVM_INSERTITEMW", "more than the text of the first column, or before another row");
+    if (CallFails("LVM_INSERTITEMW"))
+        return -1;
     list.rows.push_back({{item.pszText}, 0});
     InvalidateRect(window, nullptr, TRUE);
     return item.iItem;
@@ -111,13 +113,16 @@ LRESULT InsertRow(HWND window, List& list, const LVITEMW& item) {
 
 // The rows go without a word on their states.
 LRESULT DeleteAllRows(List& list) {
+    if (CallFails("LVM_DELETEALLITEMS"))
+        return FALSE;
     list.rows.clear();
     list.top = 0;
     return TRUE;
 }
 
 LRESULT SetRowText(HWND window, List& list, int index, const LVITEMW& item) {
-    if (!IsRow(list, index) || item.iSubItem >= static_cast<int>(list.columns.size()))
+    if (!IsRow(list, index) || item.iSubItem >= static_cast<int>(list.columns.size()) ||
+        CallFails("LVM_SETITEMTEXTW"))
         return FALSE;
     if (item.iSubItem <= 0)
         NotImplemented("LVM_SETITEMTEXTW", "the first column");
@@ -141,6 +146,8 @@ LRESULT GiveRowText(List& list, int index, const LVITEMW& item) {
 LRESULT InsertColumn(List& list, WPARAM index, const LVCOLUMNW& column) {
     if (column.mask != (LVCF_WIDTH | LVCF_TEXT) || index != list.columns.size())
         NotImplemented("LVM_INSERTCOLUMNW", "anything but width and title, or before another column");
+    if (CallFails("LVM_INSERTCOLUMNW"))
+        return -1;
     list.columns.push_back({column.pszText, column.cx});
     return static_cast<LRESULT>(index);
 }

@@ -48,6 +48,8 @@ void Choose(HWND window, Tabs& tabs, int index) {
 LRESULT Insert(Tabs& tabs, WPARAM index, const TCITEMW& item) {
     if (item.mask != TCIF_TEXT || index != tabs.texts.size())
         NotImplemented("TCM_INSERTITEMW", "more than a text, or before another tab");
+    if (CallFails("TCM_INSERTITEMW"))
+        return -1;
     tabs.texts.emplace_back(item.pszText);
     if (tabs.chosen == NONE)
         tabs.chosen = 0;
