@@ -4,7 +4,7 @@
 packages_host="cmake ninja-build g++ binutils googletest"
 packages_sanitize="cmake ninja-build g++ clang libclang-rt-14-dev binutils googletest"
 packages_windows="cmake ninja-build g++-mingw-w64-x86-64-posix binutils googletest wine wine64 fonts-wine xvfb util-linux"
-packages_release="cmake ninja-build g++-mingw-w64-x86-64-posix binutils googletest git perl zip cmark-gfm"
+packages_release="cmake ninja-build g++-mingw-w64-x86-64-posix gcc binutils googletest git perl zip cmark-gfm"
 packages_pictures="imagemagick locales"
 packages_machine="qemu-system-x86 gcc imagemagick"
 packages_display="x11-utils locales"
