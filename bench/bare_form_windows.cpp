@@ -8,7 +8,7 @@ namespace {
 void MakeControls(HWND window) {
     const auto font = reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT));
     for (const ControlRow& row : CONTROL_TABLE) {
-        const DWORD shown = row.place == Place::ModulePage ? 0 : WS_VISIBLE;
+        const DWORD shown = row.page == Page::Modules ? 0 : WS_VISIBLE;
         const DWORD edge = WideView(row.class_name) == TEXT("EDIT") ? WS_EX_CLIENTEDGE : 0;
         const HWND control = CreateWindowExW(
             edge, row.class_name, row.text, row.style | WS_CHILD | shown, row.x, row.y, row.width, row.height,

@@ -6,6 +6,7 @@
 #include "form/form_exchange.h"
 #include "form/form_ids.h"
 #include "form/title.h"
+#include "launch/log_window.h"
 #include "launcher_run.h"
 
 namespace {
@@ -129,6 +130,13 @@ TEST(Keyboard, ReadsTheLogWithoutTheMouse) {
         user::PressWith(VK_CONTROL, 'A');
         user::PressWith(VK_CONTROL, 'C');
         EXPECT_TRUE(user::WaitUntil([&] { return ClipboardText() == log; })) << Narrow(ClipboardText());
+        user::Do([&] {
+            EXPECT_EQ(GetFocus(), text);
+            SendMessageW(run.launcher.log_window, WM_CLOSE, 0, 0);
+            ShowLogWindow(run.launcher);
+            user::PressWith(VK_CONTROL, VK_HOME);
+        });
+        EXPECT_TRUE(user::WaitUntil([&] { return caret() == 0; })) << "also the first key";
         user::Do([&] { PostMessageW(run.launcher.log_window, WM_CLOSE, 0, 0); });
         user::Type(TEXT("x"));
         EXPECT_TRUE(user::WaitUntil([] {

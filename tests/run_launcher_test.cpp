@@ -66,7 +66,7 @@ TEST(RunLauncher, CutsNoCharacterInTwoWhenItShortens) {
 TEST(RunLauncher, ShowsABlankForEachControlCharacterInTheBoxAlone) {
     LauncherRun run;
     const std::string key =
-        "a\rb\tc\x01"
+        "a\rb\tc\x1F"
         "d\x7F"
         "e\u0085f";
     run.WriteConfig(TEXT("veldranevm.config"),

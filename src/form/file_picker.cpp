@@ -1,4 +1,4 @@
-// The call of the system's boxes, and which button browses for which field.
+// Calls the system's file boxes; the table says which button belongs to which field.
 #include "form/file_picker.h"
 
 #include <algorithm>

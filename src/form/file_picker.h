@@ -1,10 +1,10 @@
-// The file boxes: the one way in which the user chooses a file.
+// The boxes in which the user chooses a file.
 #pragma once
 
 #include "platform/win32.h"
 #include "state/launcher.h"
 
-// Pairs of a description and its patterns, each ended by a zero, all closed by an empty text.
+// Pairs of a description and its patterns; each text ends with a zero, and one more zero ends the list.
 inline constexpr WCHAR FILTER_CONFIG[] =
     TEXT("Configurations Veldrane VM (*.config)\0*.config\0Tous les fichiers\0*.*\0");
 inline constexpr WCHAR FILTER_KERNEL[] = TEXT("Noyaux ELF (*.elf)\0*.elf\0Tous les fichiers\0*.*\0");
@@ -13,13 +13,13 @@ inline constexpr WCHAR FILTER_DISK[] =
 inline constexpr WCHAR FILTER_PPM[] = TEXT("Image PPM (*.ppm)\0*.ppm\0Tous les fichiers\0*.*\0");
 inline constexpr WCHAR FILTER_ANY[] = TEXT("Tous les fichiers\0*.*\0");
 
-// Runs the system's box for opening or, with `save`, for saving, modal to the main window and starting in
-// `run_directory`. `default_extension` has no dot and may be null; `first_file` is the name that the box
-// shows first. Gives the chosen path, or an empty text when the user cancelled. Throws when the box cannot
-// run.
+// Shows the system's box for opening or, with `save`, for saving a file. The box is modal to the main window
+// and starts in `run_directory`. `default_extension` has no dot and may be null; `first_file` is the name
+// that the box proposes. Returns the chosen path, or an empty text when the user cancels. Throws
+// std::runtime_error when the box cannot be shown.
 WideText PickFile(Launcher& launcher, bool save, const WCHAR* filter, const WCHAR* default_extension,
                   WideView first_file);
 
-// The command of a browse button: the chosen file goes into the button's field, which counts as an edit by
-// the user.
+// The command of a browse button: writes the chosen path into the button's field, which counts as an edit by
+// the user. Throws as PickFile does, and std::bad_alloc when the field refuses the path.
 void BrowseForField(Launcher& launcher, UINT button_id);

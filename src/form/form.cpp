@@ -1,4 +1,4 @@
-// The controls as the table lists them, and what some of them need as soon as they stand.
+// Makes the controls of the table, and subclasses and fills those that need it.
 #include "form/form.h"
 
 #include <stdexcept>
@@ -13,20 +13,21 @@ namespace {
 constexpr WideView EDIT_CLASS = TEXT("EDIT");
 constexpr WPARAM EDIT_LIMIT_CHARACTERS = 32760;
 
-// Puts a procedure in front of a control's own one, which is kept in the control's user data.
+// Replaces a control's window procedure and stores the previous one in the control's user data.
 void Subclass(HWND control, WNDPROC procedure) {
     SetWindowLongPtrW(control, GWLP_USERDATA, GetWindowLongPtrW(control, GWLP_WNDPROC));
     SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure));
 }
 
-LRESULT CallOwnProcedure(HWND control, UINT message, WPARAM wparam, LPARAM lparam) {
-    const auto own = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(control, GWLP_USERDATA));
-    return CallWindowProcW(own, control, message, wparam, lparam);
+LRESULT CallPreviousProcedure(HWND control, UINT message, WPARAM wparam, LPARAM lparam) {
+    const auto previous = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(control, GWLP_USERDATA));
+    return CallWindowProcW(previous, control, message, wparam, lparam);
 }
 
-// A group box and the tab control lie over the controls that they frame, as their siblings. Their own surface
-// leaves these out: they would vanish for a moment each time that the frame is painted before them.
-void LeaveSiblingsOut(HWND frame, HDC surface) {
+// Group boxes and the tab control overlap the controls that they frame, which are their siblings. Without
+// this, the siblings would disappear for a moment whenever the frame erases its background before they are
+// painted.
+void ExcludeSiblings(HWND frame, HDC surface) {
     const auto* const launcher =
         reinterpret_cast<const Launcher*>(GetWindowLongPtrW(GetParent(frame), GWLP_USERDATA));
     for (const LayoutItem& sibling : launcher->layout_items) {
@@ -41,34 +42,46 @@ void LeaveSiblingsOut(HWND frame, HDC surface) {
 
 LRESULT CALLBACK TabControlProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_ERASEBKGND)
-        LeaveSiblingsOut(window, reinterpret_cast<HDC>(wparam));
-    return CallOwnProcedure(window, message, wparam, lparam);
+        ExcludeSiblings(window, reinterpret_cast<HDC>(wparam));
+    return CallPreviousProcedure(window, message, wparam, lparam);
 }
 
-// A group box in a parent that clips its children never gets its background erased: it would show whatever
-// was there before. It is given the parent's background instead.
+// The platform never erases the background of a group box whose parent clips its children, so the box would
+// keep showing whatever was there before. Here the parent erases it.
 LRESULT CALLBACK GroupBoxProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message != WM_ERASEBKGND)
-        return CallOwnProcedure(window, message, wparam, lparam);
-    LeaveSiblingsOut(window, reinterpret_cast<HDC>(wparam));
+        return CallPreviousProcedure(window, message, wparam, lparam);
+    ExcludeSiblings(window, reinterpret_cast<HDC>(wparam));
     return SendMessageW(GetParent(window), WM_ERASEBKGND, wparam, lparam);
 }
 
-// The labels of the table take an ampersand for the mark of an accelerator and swallow it, and these two show
-// paths. While one paints or takes its text, it is told not to.
+// The configuration line and the status line show paths, in which an ampersand is a character like any other.
+// The control table gives both labels styles that make an ampersand the mark of an accelerator key, and do
+// not paint it.
 LRESULT CALLBACK PathLabelProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message != WM_PAINT && message != WM_SETTEXT)
-        return CallOwnProcedure(window, message, wparam, lparam);
-    const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
-    SetWindowLongPtrW(window, GWL_STYLE, style | SS_NOPREFIX);
-    const LRESULT result = CallOwnProcedure(window, message, wparam, lparam);
-    SetWindowLongPtrW(window, GWL_STYLE, style);
-    return result;
+    switch (message) {
+        case WM_GETDLGCODE:
+            // The search for accelerator keys skips controls that want characters.
+            return DLGC_WANTCHARS;
+        case WM_STYLECHANGING:
+        case WM_STYLECHANGED:
+            return 0;  // sent by the two changes below
+        case WM_PAINT:
+        case WM_SETTEXT: {
+            const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
+            SetWindowLongPtrW(window, GWL_STYLE, style | SS_NOPREFIX);
+            const LRESULT result = CallPreviousProcedure(window, message, wparam, lparam);
+            SetWindowLongPtrW(window, GWL_STYLE, style);
+            return result;
+        }
+        default:
+            return CallPreviousProcedure(window, message, wparam, lparam);
+    }
 }
 
 void FillZoomList(HWND combo_box) {
     for (const WCHAR* text : {TEXT("100 %"), TEXT("200 %"), TEXT("300 %"), TEXT("400 %")})
-        RequireTaken(SendMessageW(combo_box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text)) >= 0);
+        RequireAccepted(SendMessageW(combo_box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text)) >= 0);
 }
 
 void InsertTabs(HWND tab_control) {
@@ -77,8 +90,8 @@ void InsertTabs(HWND tab_control) {
         TCITEMW item{};
         item.mask = TCIF_TEXT;
         item.pszText = WritableText(name);
-        RequireTaken(SendMessageW(tab_control, TCM_INSERTITEMW, index++, reinterpret_cast<LPARAM>(&item)) >=
-                     0);
+        RequireAccepted(
+            SendMessageW(tab_control, TCM_INSERTITEMW, index++, reinterpret_cast<LPARAM>(&item)) >= 0);
     }
 }
 
@@ -87,7 +100,7 @@ void InsertColumn(HWND list, WPARAM index, const WCHAR* title, int width) {
     column.mask = LVCF_WIDTH | LVCF_TEXT;
     column.cx = width;
     column.pszText = WritableText(title);
-    RequireTaken(SendMessageW(list, LVM_INSERTCOLUMNW, index, reinterpret_cast<LPARAM>(&column)) >= 0);
+    RequireAccepted(SendMessageW(list, LVM_INSERTCOLUMNW, index, reinterpret_cast<LPARAM>(&column)) >= 0);
 }
 
 void PrepareModuleList(HWND list) {
@@ -96,8 +109,8 @@ void PrepareModuleList(HWND list) {
     InsertColumn(list, 1, TEXT("Arguments"), 285);
 }
 
-// What a control needs as soon as it stands.
-void Prepare(Launcher& launcher, const ControlRow& row, HWND control) {
+// The further steps for one control, right after its creation.
+void FinishControl(Launcher& launcher, const ControlRow& row, HWND control) {
     switch (row.id) {
         case IDC_CONFIG_LINE:
             launcher.path_label = control;
@@ -124,9 +137,9 @@ void Prepare(Launcher& launcher, const ControlRow& row, HWND control) {
     }
     if (row.style == BS_GROUPBOX && row.class_name == WideView(TEXT("BUTTON")))
         Subclass(control, GroupBoxProc);
-    if (row.place == Place::DiskPage)
+    if (row.page == Page::Disks)
         launcher.disk_page_controls.push_back(control);
-    if (row.place == Place::ModulePage)
+    if (row.page == Page::Modules)
         launcher.module_page_controls.push_back(control);
 }
 
@@ -154,7 +167,7 @@ void BuildForm(Launcher& launcher) {
     for (const ControlRow& row : CONTROL_TABLE) {
         const HWND control = CreateControl(launcher, row.class_name, row.text, row.id, row.x, row.y,
                                            row.width, row.height, row.style, row.stretch);
-        Prepare(launcher, row, control);
+        FinishControl(launcher, row, control);
     }
     ShowTabPage(launcher);
 }

@@ -1,4 +1,4 @@
-// Control by control between the window and the record.
+// Copies values between the controls and the record, control by control.
 #include "form/form_exchange.h"
 
 #include <array>
@@ -76,7 +76,7 @@ void FillFields(const Launcher& launcher, const VmConfig& config) {
     SetField(launcher, IDC_TIMEOUT_MS, WideNumberText(config.timeout_ms));
     SetField(launcher, IDC_WIDTH, WideNumberText(config.width));
     SetField(launcher, IDC_HEIGHT, WideNumberText(config.height));
-    RequireTaken(SendMessageW(Field(launcher, IDC_ZOOM), CB_SETCURSEL, config.zoom - 1, 0) != CB_ERR);
+    RequireAccepted(SendMessageW(Field(launcher, IDC_ZOOM), CB_SETCURSEL, config.zoom - 1, 0) != CB_ERR);
     SetCheck(launcher, IDC_EXPLICIT_VIDEO, config.explicit_video);
     SetCheck(launcher, IDC_HEADLESS, config.headless);
     SetCheck(launcher, IDC_FORCE_NO_HEADER, config.force_no_header);
@@ -89,7 +89,7 @@ void InsertModuleRow(HWND list, std::size_t index, const ModuleEntry& module) {
     item.mask = LVIF_TEXT;
     item.iItem = static_cast<int>(index);
     item.pszText = WritableText(module.path.c_str());
-    RequireTaken(SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)) == item.iItem);
+    RequireAccepted(SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)) == item.iItem);
     SetModuleRowArguments(list, index, module.command);
 }
 
@@ -109,7 +109,7 @@ bool TryToFillForm(Launcher& launcher) {
     }
 }
 
-// A field that refuses its text once more keeps what it has.
+// Best effort: a field that refuses its text again keeps the one that it shows.
 void PutBack(Launcher& launcher, const FormContent& shown) {
     const FillingScope filling(launcher);
     for (std::size_t field = 0; field < TEXT_FIELDS.size(); ++field)
@@ -132,17 +132,17 @@ void ReadControlText(HWND control, WideText& text) {
     if (text.empty())
         return;
     const int length = static_cast<int>(text.size());
-    RequireTaken(GetWindowTextW(control, text.data(), length + 1) == length);
+    RequireAccepted(GetWindowTextW(control, text.data(), length + 1) == length);
 }
 
 void SetControlText(HWND control, const WideText& text) {
-    // Some platforms report success and keep less than the text.
-    RequireTaken(SetWindowTextW(control, text.c_str()) != FALSE &&
-                 GetWindowTextLengthW(control) == static_cast<int>(text.size()));
+    // Not every platform reports that it kept only a part of the text.
+    RequireAccepted(SetWindowTextW(control, text.c_str()) != FALSE &&
+                    GetWindowTextLengthW(control) == static_cast<int>(text.size()));
 }
 
-void RequireTaken(bool taken) {
-    if (!taken)
+void RequireAccepted(bool accepted) {
+    if (!accepted)
         throw std::bad_alloc();
 }
 
@@ -210,7 +210,7 @@ void AdoptConfig(Launcher& launcher, CurrentConfig next, const FormContent& show
         return;
     Swap(launcher, next);
     launcher.selected_module = selected_row;
-    TryToFillForm(launcher);  // for the module list
+    TryToFillForm(launcher);  // restores the module list
     PutBack(launcher, shown);
     RefreshEnabling(launcher);
     throw std::bad_alloc();
@@ -218,7 +218,7 @@ void AdoptConfig(Launcher& launcher, CurrentConfig next, const FormContent& show
 
 void RebuildModuleList(Launcher& launcher) {
     launcher.selected_module = -1;
-    RequireTaken(SendMessageW(launcher.module_list, LVM_DELETEALLITEMS, 0, 0) != FALSE);
+    RequireAccepted(SendMessageW(launcher.module_list, LVM_DELETEALLITEMS, 0, 0) != FALSE);
     for (std::size_t index = 0; index < launcher.config.modules.size(); ++index)
         InsertModuleRow(launcher.module_list, index, launcher.config.modules[index]);
     SetField(launcher, IDC_MODULE_ARGS, {});
@@ -236,5 +236,5 @@ void SetModuleRowArguments(HWND list, std::size_t index, const WideText& argumen
     LVITEMW item{};
     item.iSubItem = 1;
     item.pszText = WritableText(arguments.c_str());
-    RequireTaken(SendMessageW(list, LVM_SETITEMTEXTW, index, reinterpret_cast<LPARAM>(&item)) != FALSE);
+    RequireAccepted(SendMessageW(list, LVM_SETITEMTEXTW, index, reinterpret_cast<LPARAM>(&item)) != FALSE);
 }

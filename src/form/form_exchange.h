@@ -1,4 +1,4 @@
-// The exchange between the form and the record: the controls filled from `config`, a new record read from
+// The exchange between the form and the record: fills the controls from `config`, and reads a new record from
 // them.
 #pragma once
 
@@ -10,36 +10,37 @@
 #include "platform/win32.h"
 #include "state/launcher.h"
 
-// The whole text of a control, nothing trimmed. Throws std::bad_alloc when the control does not give it.
+// The whole text of a control, not trimmed. Throws std::bad_alloc when the control does not return all of it.
 WideText GetControlText(HWND control);
-// The same into a text that is there already, whose memory is used again.
+// The same into `text`, whose memory is used again.
 void ReadControlText(HWND control, WideText& text);
 
-// Replaces the text of a control. Throws std::bad_alloc when the control does not take it.
+// Replaces the text of a control. Throws std::bad_alloc when the control refuses it.
 void SetControlText(HWND control, const WideText& text);
 
-// For what a control answers to a message: memory is what it lacks when it refuses. Throws std::bad_alloc
-// unless `taken`.
-void RequireTaken(bool taken);
+// For the answer of a control to a message, which it refuses only when memory is short. Throws std::bad_alloc
+// unless `accepted`.
+void RequireAccepted(bool accepted);
 
-// The number in an edit field, from `lowest` to `highest`. Anything but ASCII digits throws with `label`; a
-// number out of bounds throws too, and the field then has the focus with its text selected.
+// The number in an edit field. Throws with `label` when the text is empty or is not made of ASCII digits, and
+// when the number is below `lowest` or above `highest`; in the latter case the field gets the focus and its
+// text is selected.
 std::uint32_t ReadNumberField(HWND control, std::uint32_t lowest, std::uint32_t highest, const char* label);
 
-// Makes `path`, as typed, full and normal, seen from `run_directory`; an empty path stays empty. Throws the
-// file-system error of the platform.
+// Replaces `path`, as typed, by its full path in normal form. A relative path starts at `run_directory`; an
+// empty path stays empty. Throws a file-system error when the platform cannot make the path full.
 void ResolveFormPath(const Launcher& launcher, WideText& path);
 
-// A new, validated record of what the form holds; the module list is that of `config`. Changes neither
-// `config` nor `dirty`. Throws with the first thing that is wrong.
+// A new, validated record with the values of the form and the module list of `config`. Changes neither
+// `config` nor `dirty`. Throws at the first value that is wrong.
 VmConfig ReadForm(Launcher& launcher);
 
-// Writes `config` into all controls, keeps the selected module row by its index where there is still such a
-// row, and refreshes enabling and title. Marks nothing as modified and leaves `dirty` to the caller. Throws
-// std::bad_alloc at the first control that refuses its text; the form is then filled in part.
+// Writes `config` into all controls, selects the module row that was selected before if its index still
+// exists, and refreshes enabling and title. The caller sets `dirty`. Throws std::bad_alloc at the first
+// control that refuses its value; the form is then filled in part.
 void FillForm(Launcher& launcher);
 
-// What the form shows outside the module list, valid or not.
+// The contents of the controls outside the module list, valid or not.
 struct FormContent {
     std::vector<WideText> texts;
     LRESULT zoom = 0;
@@ -47,7 +48,7 @@ struct FormContent {
 };
 FormContent ReadContent(const Launcher& launcher);
 
-// The current configuration: the record, its file, its folder, and whether the form differs from the file.
+// A configuration with its place: the values of the fields of the same names in the Launcher.
 struct CurrentConfig {
     VmConfig config;
     WideText config_path;
@@ -55,17 +56,17 @@ struct CurrentConfig {
     bool dirty = false;
 };
 
-// Makes `next` current and fills the form from it. Where a control refuses its text, the launcher is as
-// before, the form has `shown` again, and std::bad_alloc is thrown.
+// Makes `next` the current configuration and fills the form from it. Throws std::bad_alloc when a control
+// refuses its value; the Launcher is then unchanged, and the form has the contents `shown` again.
 void AdoptConfig(Launcher& launcher, CurrentConfig next, const FormContent& shown);
 
-// Makes the module list the mirror of `config.modules`, with no row selected. Only while `filling` is set.
-// Throws std::bad_alloc when the list refuses a row.
+// Rebuilds the rows of the module list from `config.modules`, with no row selected. Call it only while
+// `filling` is set. Throws std::bad_alloc when the list refuses a row.
 void RebuildModuleList(Launcher& launcher);
 
-// Selects one row of the module list; `selected_module` and the arguments field have followed when it
-// returns. Only while `filling` is not set.
+// Selects one row of the module list. The notification of the list updates `selected_module` and the
+// arguments field before this returns. Call it only while `filling` is not set.
 void SelectModuleRow(Launcher& launcher, std::int32_t index);
 
-// Writes the second column of one row of the module list. Throws std::bad_alloc when the list refuses it.
+// Writes the second column of a row of the module list. Throws std::bad_alloc when the list refuses it.
 void SetModuleRowArguments(HWND list, std::size_t index, const WideText& arguments);

@@ -1,5 +1,5 @@
-// The identifiers of the controls, by place: the command rows, the two groups, the tab pages, the written
-// lines.
+// The identifiers of the controls: commands 1xx, fields of the two groups 2xx, tabs and module page 3xx, disk
+// page 4xx, text lines 5xx.
 #pragma once
 
 #include "platform/win32.h"

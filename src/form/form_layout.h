@@ -1,18 +1,19 @@
-// The form in its window: placing the controls at every size, the two tab pages, the smallest window.
+// The layout of the form: the places of the controls at every size of the window, the two tab pages, the
+// smallest window.
 #pragma once
 
 #include "platform/win32.h"
 #include "state/launcher.h"
 
-// The style of the main window; its frame is worked out from it.
+// The style of the main window, which decides on the size of its frame.
 inline constexpr DWORD MAIN_WINDOW_STYLE = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
 
 // The outer size in pixels of a main window whose client area has the base size: its first and its smallest
 // size.
 SIZE BaseWindowSize();
 
-// Places all controls for the present client area in one batch and has the window repainted. A batch that the
-// platform refuses leaves the controls where they were; nothing is reported.
+// Places all controls for the present client area in one batch and has the window repainted. When the
+// platform refuses the batch, the controls stay where they are, and nothing is reported.
 void LayoutForm(Launcher& launcher);
 
 // Shows the controls of the selected tab page and hides those of the other.

@@ -1,4 +1,4 @@
-// The commands of the module page: a new record first, then the record in its place, then the list.
+// Each command builds a new record first and then adopts it.
 #include "form/module_list.h"
 
 #include <new>
@@ -19,8 +19,8 @@ void AdoptEditedList(Launcher& launcher, VmConfig config) {
                 ReadContent(launcher));
 }
 
-// The entry of the selected row; null for none. The list can be longer than the record's for a moment: after
-// a load that has failed in the middle.
+// The entry of the selected row, or null. After a load that failed, the list view can have more rows than the
+// record has modules.
 ModuleEntry* SelectedModule(Launcher& launcher) {
     const auto index = static_cast<std::size_t>(launcher.selected_module);
     if (launcher.selected_module < 0 || index >= launcher.config.modules.size())
@@ -32,17 +32,16 @@ HWND ArgumentsField(const Launcher& launcher) {
     return GetDlgItem(launcher.main_window, IDC_MODULE_ARGS);
 }
 
-// For a field that refuses the arguments of the selected row: it would show, and an edit would write, those
-// of another one.
+// For when the arguments field refuses the text of the selected row: it still shows that of another row, and
+// an edit would store that in the wrong module.
 void SelectNothing(Launcher& launcher) {
     const FillingScope filling(launcher);
     LVITEMW item{};
     item.stateMask = LVIS_SELECTED;
-    if (launcher.selected_module >= 0)  // all rows have the index -1
+    if (launcher.selected_module >= 0)  // the message takes -1 for all rows
         SendMessageW(launcher.module_list, LVM_SETITEMSTATE, static_cast<WPARAM>(launcher.selected_module),
                      reinterpret_cast<LPARAM>(&item));
     launcher.selected_module = -1;
-    SetWindowTextW(ArgumentsField(launcher), TEXT(""));
 }
 
 }  // namespace

@@ -1,26 +1,28 @@
-// The page of the Multiboot modules: its commands and what its controls notify. The list itself is
-// `config.modules`; the list view is its mirror.
+// The commands and notifications of the page "Modules Multiboot". `config.modules` is the list; the list view
+// shows a copy of it.
 #pragma once
 
 #include <cstdint>
 
 #include "state/launcher.h"
 
-// Asks for a file and appends it as a new module, which is then selected. Throws what the file box and
-// ReadForm throw, and at the limit of modules, with nothing changed.
+// Asks for a file, appends it as a new module and selects that. Throws as PickFile, ReadForm and AdoptConfig
+// do, and when the list already has MAX_MODULES entries; nothing has changed then.
 void AddModule(Launcher& launcher);
 
-// Takes the selected module out; the one below it is then selected. Throws what ReadForm throws, with
-// nothing changed.
+// Removes the selected module and selects the one that followed it. Throws as ReadForm and AdoptConfig do;
+// nothing has changed then.
 void RemoveModule(Launcher& launcher);
 
-// Lets the selected module change places with its neighbour, -1 above or +1 below, and keeps it selected.
-// Throws what ReadForm throws, with nothing changed.
+// Swaps the selected module with its neighbour, the one above for a `delta` of -1 or the one below for +1,
+// and keeps it selected. Throws as ReadForm and AdoptConfig do; nothing has changed then.
 void MoveModule(Launcher& launcher, std::int32_t delta);
 
-// The arguments field was edited: the selected module takes its text at once.
+// For an edit of the arguments field: stores its text in the selected module. Throws std::bad_alloc when a
+// control does not return or refuses the text; the module is unchanged then.
 void OnModuleArgsChanged(Launcher& launcher);
 
-// The list view reports another selection: the record and the arguments field follow it. Marks nothing as
-// modified.
+// For a change of the selected row: updates `selected_module`, the arguments field and the enabling. Does not
+// mark the form as modified. Throws std::bad_alloc when the field refuses the arguments; no row is selected
+// then.
 void OnModuleSelectionChanged(Launcher& launcher);

@@ -1,4 +1,4 @@
-// The rule of the layout: who follows which edge.
+// The layout's rule: which edges of the window a control follows.
 #include "form/placement.h"
 
 #include <algorithm>
@@ -47,8 +47,4 @@ ColumnWidths ModuleColumnWidths(std::int32_t dx) {
     const std::int32_t list_width = dx + LIST_BASE_WIDTH;
     return {std::max(3 * list_width / 5, FILE_COLUMN_MIN),
             std::max(2 * list_width / 5 - SCROLL_BAR_ROOM, ARGUMENTS_COLUMN_MIN)};
-}
-
-TabPage PageOfTab(std::intptr_t tab_index) {
-    return tab_index == 0 ? TabPage::Disks : TabPage::Modules;
 }

@@ -1,5 +1,4 @@
-// Where a control stands in a client area of any size: one fixed rule from its first rectangle. Plain
-// calculation.
+// The place of a control in a client area of any size, calculated from its first rectangle. No platform call.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +6,7 @@
 #include "platform/win32.h"
 #include "state/launcher.h"
 
-// The client area, in pixels, for which the rectangles of the control table hold; the smallest there is.
+// The smallest client area, in pixels. The rectangles of the control table are meant for it.
 inline constexpr std::int32_t BASE_CLIENT_WIDTH = 920;
 inline constexpr std::int32_t BASE_CLIENT_HEIGHT = 676;
 
@@ -19,7 +18,7 @@ struct Placement {
 };
 
 // The rectangle of a control when the client area is `dx` by `dy` pixels larger than its base size (smaller
-// when negative). Width and height come out as 1 at least.
+// when negative). Width and height are at least 1.
 Placement PlaceControl(const LayoutItem& item, UINT id, std::int32_t dx, std::int32_t dy);
 
 struct ColumnWidths {
@@ -29,8 +28,3 @@ struct ColumnWidths {
 
 // The widths in pixels of the module list's two columns, for the same `dx`.
 ColumnWidths ModuleColumnWidths(std::int32_t dx);
-
-enum class TabPage { Disks, Modules };
-
-// The page of the tab with this index; anything but the first tab is the module page.
-TabPage PageOfTab(std::intptr_t tab_index);

@@ -1,6 +1,7 @@
-// What the record says, brought to the title, the line and the buttons.
+// The calls that show the texts and the enabled states.
 #include "form/title.h"
 
+#include "form/enabling.h"
 #include "form/form_ids.h"
 #include "form/title_text.h"
 

@@ -1,12 +1,12 @@
-// The title, the configuration line and the enabling of controls, shown anew from the record and the check
-// boxes.
+// Shows the title, the configuration line and the enabled state of the controls, from the record and the
+// check boxes.
 #pragma once
 
 #include "state/launcher.h"
 
-// Writes the title bar and the configuration line. Whoever changes `dirty` or `config_path` calls it.
+// Writes the title bar and the configuration line. Call it after every change of `dirty` or `config_path`.
 void RefreshTitle(Launcher& launcher);
 
 // Enables and disables the nine controls that depend on the check boxes, the selected module and the run.
-// Where both are called, this one comes first.
+// Where both are called, call this one first.
 void RefreshEnabling(Launcher& launcher);

@@ -1,4 +1,4 @@
-// Options in the engine's order, and the quoting that the platform takes apart again.
+// The engine's options in their fixed order, and the platform's quoting rules.
 #include "launch/engine_command.h"
 
 #include <algorithm>
@@ -10,8 +10,8 @@
 namespace {
 
 constexpr std::size_t LINE_LIMIT_CHARACTERS = 32766;
-constexpr WCHAR QUOTE = 0x22;
-constexpr WCHAR BACKSLASH = 0x5C;
+constexpr WCHAR QUOTE = TEXT('"');
+constexpr WCHAR BACKSLASH = TEXT('\\');
 constexpr std::array<const WCHAR*, 4> IDE_OPTIONS{TEXT("--ide-primary-master"), TEXT("--ide-primary-slave"),
                                                   TEXT("--ide-secondary-master"),
                                                   TEXT("--ide-secondary-slave")};
@@ -34,6 +34,7 @@ void AddFlag(Arguments& arguments, const WCHAR* option, bool set) {
         arguments.emplace_back(option);
 }
 
+// Backslashes are doubled before a quotation mark and at the end; a quotation mark gets one backslash more.
 void AppendQuoted(WideText& line, WideView argument) {
     line += QUOTE;
     for (auto at = argument.begin(); at != argument.end();) {

@@ -1,5 +1,4 @@
-// The engine's command line: a record and the kind of run become the exact line. Plain text, no platform
-// call.
+// Builds the engine's command line from a record. No platform call.
 #pragma once
 
 #include <vector>
@@ -7,14 +6,13 @@
 #include "config/vm_config.h"
 #include "platform/win32.h"
 
-// What the engine gets after its own path, in order, unquoted. Throws when the record is not valid or names
-// no kernel.
+// The arguments after the engine's own path, in their order, not quoted. Throws when the record is not valid
+// or has no kernel.
 std::vector<WideText> BuildEngineArguments(const VmConfig& config, bool dry_run);
 
-// The argument in double quotes, so that the platform's rules read it back as it was.
+// The argument in double quotes, escaped so that the platform's parser returns it unchanged.
 WideText QuoteEngineArgument(WideView argument);
 
-// The whole line, the engine's path first, every item quoted, one blank between two. Throws what
-// BuildEngineArguments throws, and when the line would be longer than the 32,766 characters that the platform
-// takes.
+// The whole line: the engine's path and the arguments, each quoted, separated by one blank. Throws as
+// BuildEngineArguments does, and when the line is longer than the platform's limit of 32,766 characters.
 WideText BuildEngineCommandLine(WideView engine_path, const VmConfig& config, bool dry_run);

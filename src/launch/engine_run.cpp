@@ -1,4 +1,4 @@
-// The checks before a start, the start, and the end of a run.
+// The checks before a launch, the launch, and the end of a run.
 #include "launch/engine_run.h"
 
 #include <stdexcept>
@@ -22,7 +22,7 @@ void RequireFile(const WideText& path) {
         throw std::runtime_error("Fichier introuvable : " + Utf8FromWide(path));
 }
 
-// The files that the engine will read; the export file is its own to write and need not exist.
+// The files that the engine reads. The export file need not exist: the engine writes it.
 void RequireInputFiles(const VmConfig& config) {
     RequireFile(config.kernel);
     for (const WideText& image : config.ide)
@@ -74,6 +74,6 @@ void PollEngine(Launcher& launcher) {
     SetWindowTextW(launcher.status_label, RunResultText(exit_code, launcher.run_is_dry).c_str());
     RefreshEnabling(launcher);
     RefreshLogWindow(launcher);
-    if (!RunSucceeded(exit_code))
+    if (exit_code != 0)
         ShowLogWindow(launcher);
 }

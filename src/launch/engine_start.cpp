@@ -1,4 +1,4 @@
-// The process itself: the log and its input as the only handles that it inherits.
+// Creates the process with exactly two inherited handles: the log and the input.
 #include "launch/engine_start.h"
 
 #include <stdexcept>

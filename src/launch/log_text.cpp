@@ -1,4 +1,4 @@
-// Decoding the log as a whole, and its line ends in one pass from the end.
+// Decodes the log, and normalises its line ends in one pass from the end.
 #include "launch/log_text.h"
 
 #include <algorithm>
@@ -8,8 +8,8 @@
 
 namespace {
 
-constexpr WCHAR CARRIAGE_RETURN = 0x0D;
-constexpr WCHAR LINE_FEED = 0x0A;
+constexpr WCHAR CARRIAGE_RETURN = TEXT('\r');
+constexpr WCHAR LINE_FEED = TEXT('\n');
 
 WideText Decoded(std::string_view bytes) {
     try {
@@ -37,7 +37,8 @@ void NormalizeLineEnds(WideText& text) {
         bare += IsBareLineFeed(text, index) ? 1 : 0;
     std::size_t from = text.size();
     text.resize(from + bare);
-    // From the end, so that each character moves once; it is done where the two positions meet.
+    // From the end, so that each character is moved once; what is before the first bare line feed is not
+    // moved.
     for (std::size_t to = text.size(); to != from;) {
         --from;
         const bool needs_return = IsBareLineFeed(text, from);
@@ -48,6 +49,6 @@ void NormalizeLineEnds(WideText& text) {
 }
 
 void ShowZeros(WideText& text) {
-    constexpr WCHAR MIDDLE_DOT = 0xB7;  // in every font, also in the old fixed one
+    constexpr WCHAR MIDDLE_DOT = 0xB7;  // every font has it, also the old fixed one
     std::replace(text.begin(), text.end(), WCHAR{0}, MIDDLE_DOT);
 }

@@ -1,16 +1,17 @@
-// The log as text for a text control. Plain values.
+// Converts a log to the text for a text control. No window.
 #pragma once
 
 #include <string_view>
 
 #include "platform/win32.h"
 
-// The bytes of a log as wide text with normal line ends: as UTF-8 where all of them are that, otherwise all
-// of them in the ANSI code page. Cannot fail but by exhaustion of memory; linear in its input.
+// Decodes the bytes of a log and normalises its line ends. The bytes are decoded as UTF-8 if all of them are
+// valid, and otherwise all in the ANSI code page. Throws only std::bad_alloc; the time is linear in the
+// input.
 WideText LogText(std::string_view bytes);
 
-// Puts a carriage return in front of each line feed that has none, in place. Other characters stay.
+// Inserts a carriage return before each line feed that has none, in place.
 void NormalizeLineEnds(WideText& text);
 
-// Makes each zero, which would end the text in a control, a middle dot: one character for another, in place.
+// Replaces each zero by a middle dot, in place: a zero would end the text in a control.
 void ShowZeros(WideText& text);

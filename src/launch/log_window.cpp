@@ -1,8 +1,7 @@
-// The window with the log: made on demand, filled with the tail of the file.
+// The log window and its refresh.
 #include "launch/log_window.h"
 
 #include <algorithm>
-#include <memory>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -14,8 +13,7 @@
 namespace {
 
 constexpr int TEXT_CONTROL_ID = 1;
-constexpr WPARAM TEXT_LIMIT_CHARACTERS =
-    WPARAM{2} * LOG_TAIL_LIMIT;  // every byte a line feed that gains a return
+constexpr WPARAM TEXT_LIMIT_CHARACTERS = WPARAM{2} * LOG_TAIL_LIMIT;  // when every byte is a line feed
 constexpr DWORD TEXT_STYLE = WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_AUTOVSCROLL |
                              ES_AUTOHSCROLL | ES_READONLY;
 
@@ -31,49 +29,39 @@ void MakeLogWindow(Launcher& launcher) {
         throw std::runtime_error("Création du journal impossible.");
 }
 
-// What goes from one tick to the next, so that an unchanged log is not decoded again and needs no memory. The
-// text control owns it.
+// What the log window remembers from one tick to the next, so that an unchanged log is not decoded again and
+// its refresh does not allocate.
 struct LogView {
-    WNDPROC control_procedure = nullptr;
-    std::string tail;         // the bytes that `text` was made of
-    bool is_settled = false;  // it came out twice in a row: a conversion can fail for a moment
-    WideText text;            // what the control is to show
-    std::string fresh;        // the bytes at this tick
-    WideText shown;           // what the control holds at this tick
+    std::string tail;   // the bytes from which `text` was made
+    WideText text;      // the text that the control is to show
+    std::string fresh;  // the bytes read at this tick
+    WideText shown;     // the text that the control shows at this tick
 };
 
-LogView* ViewOf(HWND control) {
-    return reinterpret_cast<LogView*>(GetWindowLongPtrW(control, GWLP_USERDATA));
+LogView* ViewOf(HWND window) {
+    return reinterpret_cast<LogView*>(GetWindowLongPtrW(window, GWLP_USERDATA));
 }
 
-LRESULT CALLBACK TextControlProc(HWND control, UINT message, WPARAM wparam, LPARAM lparam) {
-    LogView* const view = ViewOf(control);
-    const WNDPROC own_procedure = view->control_procedure;
-    if (message == WM_NCDESTROY) {
-        SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(own_procedure));
-        delete view;
-    }
-    return CallWindowProcW(own_procedure, control, message, wparam, lparam);
+// False when memory is short.
+bool MakeView(HWND window) {
+    auto* const view = new (std::nothrow) LogView;
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(view));
+    return view != nullptr;
 }
 
-// False when there is no window or no memory for it.
 bool MakeTextControl(HWND window) {
-    std::unique_ptr<LogView> view(new (std::nothrow) LogView);
     const HWND control = CreateWindowExW(WS_EX_CLIENTEDGE, TEXT("EDIT"), TEXT(""), TEXT_STYLE, 0, 0, 1, 1,
                                          window, reinterpret_cast<HMENU>(UINT_PTR{TEXT_CONTROL_ID}),
                                          GetModuleHandleW(nullptr), nullptr);
-    if (view == nullptr || control == nullptr)
+    if (control == nullptr)
         return false;
-    view->control_procedure = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(control, GWLP_WNDPROC));
-    SetWindowLongPtrW(control, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(view.release()));
-    SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(TextControlProc));
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(ANSI_FIXED_FONT)), TRUE);
     SendMessageW(control, EM_SETLIMITTEXT, TEXT_LIMIT_CHARACTERS, 0);
     return true;
 }
 
-// The last bytes of the file, at most LOG_TAIL_LIMIT of them, and fewer where reading fails; false if the
-// file cannot be opened.
+// Reads the last bytes of the file, at most LOG_TAIL_LIMIT, and fewer if reading fails. False if the file
+// cannot be opened.
 bool ReadLogTail(const WideText& path, std::string& tail) {
     const OwnedHandle file = OpenForReading(path);
     std::uint64_t size = 0;
@@ -87,7 +75,7 @@ bool ReadLogTail(const WideText& path, std::string& tail) {
     return true;
 }
 
-// As bytes in one go: the operator of wide texts takes one character after the other.
+// Faster than operator==, which compares wide text character by character.
 bool IsSame(const WideText& left, const WideText& right) {
     return std::equal(left.begin(), left.end(), right.begin(), right.end());
 }
@@ -95,15 +83,13 @@ bool IsSame(const WideText& left, const WideText& right) {
 void ShowTail(HWND control, LogView& view, const WideText& path) {
     if (!ReadLogTail(path, view.fresh))
         return;
-    const bool is_same = view.fresh == view.tail;
-    if (!is_same || !view.is_settled) {
+    if (view.fresh != view.tail) {
         WideText text = LogText(view.fresh);
         ShowZeros(text);
-        view.is_settled = is_same && text == view.text;
         view.text.swap(text);
         view.tail.swap(view.fresh);
     }
-    // The control's text is fetched only where it can still be the same.
+    // The control's text is read only when its length is the right one.
     if (static_cast<std::size_t>(GetWindowTextLengthW(control)) == view.text.size()) {
         ReadControlText(control, view.shown);
         if (IsSame(view.shown, view.text))
@@ -129,14 +115,11 @@ void ShowLogWindow(Launcher& launcher) {
 void RefreshLogWindow(Launcher& launcher) {
     if (!LogWindowExists(launcher) || launcher.log_path.empty())
         return;
-    const HWND control = GetDlgItem(launcher.log_window, TEXT_CONTROL_ID);
-    LogView* const view = ViewOf(control);
-    if (view == nullptr)
-        return;
     try {
-        ShowTail(control, *view, launcher.log_path);
+        ShowTail(GetDlgItem(launcher.log_window, TEXT_CONTROL_ID), *ViewOf(launcher.log_window),
+                 launcher.log_path);
     } catch (const std::bad_alloc&) {
-        // The next tick tries again; a box at each tick would be the worse news.
+        // The next tick tries again: an error box at each tick would be worse than a late log.
     }
 }
 
@@ -160,8 +143,11 @@ bool HandleLogKeys(const Launcher& launcher, MSG& message) {
 LRESULT CALLBACK LogWindowProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_CREATE:
-            // A log window without its text would stay so; one that cannot be made is tried again.
-            return MakeTextControl(window) ? 0 : -1;
+            return MakeView(window) && MakeTextControl(window) ? 0 : -1;
+        case WM_NCDESTROY:
+            delete ViewOf(window);
+            SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+            return DefWindowProcW(window, message, wparam, lparam);
         case WM_SIZE:
             MoveWindow(GetDlgItem(window, TEXT_CONTROL_ID), 0, 0, LOWORD(lparam), HIWORD(lparam), TRUE);
             return 0;

@@ -1,13 +1,11 @@
-// What the end of a run means to the user. Plain values.
+// The status text for the end of a run. No platform call.
 #pragma once
 
 #include "base/fixed_text.h"
 #include "platform/win32.h"
 
-// True when a run with this exit code ended well; no other value is told apart.
-bool RunSucceeded(DWORD exit_code);
-
 using RunResult = FixedText<64>;
 
-// The status text for the end of a run or, when `run_is_dry`, of a verification.
+// The status text for the end of a run or, with `run_is_dry`, of a verification. Exit code 0 is success,
+// every other one a failure.
 RunResult RunResultText(DWORD exit_code, bool run_is_dry);

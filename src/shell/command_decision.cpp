@@ -1,4 +1,4 @@
-// Which control asks for which command.
+// The table of commands by control.
 #include "shell/command_decision.h"
 
 #include <array>

@@ -1,12 +1,12 @@
-// What a command message of the main window asks for. Plain values, no window.
+// Decides which command a WM_COMMAND message stands for. No platform call.
 #pragma once
 
 #include "platform/win32.h"
 
 enum class Command {
     None,
-    MarkEdited,           // an edit: the form holds unsaved changes
-    MarkEditedAndEnable,  // an edit on which the enabling of other controls depends
+    MarkEdited,           // an edit of the form
+    MarkEditedAndEnable,  // an edit that enables or disables other controls
     ModuleArgsChanged,
     Load,
     Save,
@@ -15,13 +15,13 @@ enum class Command {
     Launch,
     Verify,
     ShowLog,
-    Browse,  // for the field of the button with this identifier
+    Browse,  // for the field that belongs to the button
     AddModule,
     RemoveModule,
     MoveModuleUp,
     MoveModuleDown,
 };
 
-// The command for a notification `code` of the control `id`. While the program itself fills the controls
-// there is none, whatever the message says.
+// The command for the notification `code` of the control `id`. While `filling` is set, the notifications come
+// from the program's own changes, and the answer is always None.
 Command DecideCommand(bool filling, UINT code, UINT id);

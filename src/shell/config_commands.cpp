@@ -1,5 +1,4 @@
-// Load, save and reset: files first, then the record, then the form. What can fail comes before the first
-// change of the record.
+// Load, save and reset.
 #include "shell/config_commands.h"
 
 #include <utility>
@@ -18,7 +17,7 @@ void SetStatus(const Launcher& launcher, const WCHAR* text) {
     SetWindowTextW(launcher.status_label, text);
 }
 
-// Where a save goes; empty when the user cancelled the box.
+// The path to save to; empty when the user cancels the box.
 WideText ChooseTarget(Launcher& launcher, bool save_as) {
     if (save_as) {
         const WideText first_file =
@@ -40,7 +39,7 @@ bool ConfirmDiscard(Launcher& launcher) {
                     TEXT("Configuration modifiée"), MB_YESNOCANCEL | MB_ICONQUESTION);
     if (answer == IDYES)
         return SaveConfiguration(launcher, false);
-    return answer == IDNO;  // a box that could not be shown answers 0
+    return answer == IDNO;  // MessageBoxW returns 0 when it cannot show the box
 }
 
 void OnLoadCommand(Launcher& launcher) {

@@ -1,4 +1,4 @@
-// Messages of the main window, each to its operation.
+// Calls the operation for each message of the main window.
 #include "shell/dispatch.h"
 
 #include <exception>
@@ -139,7 +139,7 @@ LRESULT HandleMainMessage(Launcher& launcher, UINT message, WPARAM wparam, LPARA
             RefreshLogWindow(launcher);
             return 0;
         case DM_GETDEFID:
-            // The Enter key in an edit field launches.
+            // The Enter key in an edit field presses this button.
             return MAKELRESULT(IDC_LAUNCH, DC_HASDEFID);
         default:
             return DefWindowProcW(launcher.main_window, message, wparam, lparam);

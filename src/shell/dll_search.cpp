@@ -1,4 +1,4 @@
-// The two settings of the platform. Where it refuses one, nothing better can be had.
+// A setting that the platform refuses is ignored: there is no alternative.
 #include "shell/dll_search.h"
 
 #include "platform/win32.h"

@@ -1,4 +1,4 @@
-// Where the process and its engine look for DLLs.
+// Limits the folders in which DLLs are searched.
 #pragma once
 
 // Call this before anything else. From then on the current folder, which may be a download, is not searched

@@ -1,4 +1,4 @@
-// Which control the keys belong to, and the way of a key that was sent to the bare window.
+// Restores the focus, and redirects a key that was sent to the window itself.
 #include "shell/focus_keeper.h"
 
 namespace {
@@ -7,8 +7,8 @@ bool CanTakeFocus(HWND control) {
     return IsWindowVisible(control) != FALSE && IsWindowEnabled(control) != FALSE;
 }
 
-// While nobody has the focus the platform gives keys to the active window as system keys, without the Alt
-// key's mark.
+// While no window has the focus, the platform sends keys to the active window as system keys, although Alt is
+// not down.
 void MakePlainKey(MSG& message) {
     constexpr LPARAM ALT_IS_DOWN = 0x20000000;
     if ((message.lParam & ALT_IS_DOWN) != 0)
@@ -27,7 +27,7 @@ bool IsPlainKey(const MSG& message) {
 
 void KeepFocus(HWND main_window, HWND& last_control, MSG& message) {
     const HWND focus = GetFocus();
-    if (focus != nullptr && IsChild(main_window, focus) != FALSE && IsWindowEnabled(focus) != FALSE) {
+    if (focus != nullptr && IsChild(main_window, focus) != FALSE && CanTakeFocus(focus)) {
         last_control = focus;
         return;
     }

@@ -1,11 +1,11 @@
-// The keyboard of the main window between two messages: the control that had the focus has it again.
+// Restores the focus of the main window's controls.
 #pragma once
 
 #include "platform/win32.h"
 
-// To be called for every message that the loop has taken out, before it goes anywhere. A control of the
-// window that has the focus is remembered in `last_control`. Where the active window has the focus itself, or
-// nobody has it (another program was in front, the window was minimised, a box was open, the control was
-// disabled for a while), the control gets it back if it can take it, and a key that was on its way to the
-// window reaches it.
+// The message loop calls this for every message before it dispatches the message. While a control of the main
+// window has the focus, `last_control` stores its handle. When the main window is active but has the focus
+// itself, or no window has it, `last_control` gets the focus back if it is visible and enabled; a key message
+// for the main window is then redirected to it. That happens after another program was in front, after the
+// window was minimised, after a box was closed, and while the control was disabled.
 void KeepFocus(HWND main_window, HWND& last_control, MSG& message);

@@ -1,6 +1,4 @@
-// The entry point. The program has no command-line arguments.
-#include <cstdlib>
-
+// The entry point. Command-line arguments are ignored.
 #include "shell/dll_search.h"
 #include "shell/run_launcher.h"
 #include "state/launcher.h"
@@ -10,12 +8,3 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int show_command) {
     Launcher launcher;
     return RunLauncher(launcher, instance, show_command);
 }
-
-// The runtime's own handler would print the name of an exception that nobody caught, which nobody sees here;
-// the means to spell that name are a fifth of the executable.
-namespace __gnu_cxx {
-void __verbose_terminate_handler();  // NOLINT(bugprone-reserved-identifier): the runtime's name
-void __verbose_terminate_handler() {
-    std::abort();
-}
-}  // namespace __gnu_cxx

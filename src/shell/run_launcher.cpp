@@ -1,4 +1,4 @@
-// The start in its fixed order, and the message loop.
+// The steps of start-up, in their fixed order, and the message loop.
 #include "shell/run_launcher.h"
 
 #include <exception>
@@ -62,7 +62,7 @@ void CreateMainWindow(Launcher& launcher) {
         throw std::runtime_error("Création du lanceur impossible.");
 }
 
-// A default file that cannot be loaded is told and left alone; the program goes on with the defaults.
+// When the default file cannot be loaded, the user is told why and the program continues with the defaults.
 void LoadDefaultFile(Launcher& launcher) {
     const WideText path = JoinPath(launcher.start_directory, DEFAULT_CONFIG_NAME);
     if (QueryFileType(path, "exists") == FileType::Missing)
@@ -90,9 +90,9 @@ int PumpMessages(const Launcher& launcher) {
     return static_cast<int>(message.wParam);
 }
 
-// A window that was destroyed while it was being made has asked the message loop to end, and a box would end
-// with it, unseen.
-void ForgetQuit() {
+// The destruction of a window whose creation failed posts WM_QUIT, which would also close an error box before
+// it is seen.
+void RemoveQuitMessage() {
     MSG quit{};
     PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
 }
@@ -120,7 +120,7 @@ int RunLauncher(Launcher& launcher, HINSTANCE instance, int show_command) {
     try {
         return StartAndPump(launcher, instance, show_command);
     } catch (const std::exception& error) {
-        ForgetQuit();
+        RemoveQuitMessage();
         ShowErrorBox(launcher.main_window, error);
         return 1;
     }

@@ -1,10 +1,10 @@
-// The program's spine: start-up in its fixed order, the message loop, and what becomes of a failure at the
-// top.
+// Start-up, message loop, and the handling of exceptions that nothing else catches.
 #pragma once
 
 #include "platform/win32.h"
 #include "state/launcher.h"
 
-// Runs the program on a new record until the main window is gone; gives the exit code of the process: 0, or 1
-// after a failure at start-up or of the message loop, which the user has then been shown. Nothing is thrown.
+// Runs the program, with a new Launcher, until the main window is destroyed. Returns the exit code of the
+// process: 0, or 1 after a failure at start-up or in the message loop, which was shown to the user. Does not
+// throw.
 int RunLauncher(Launcher& launcher, HINSTANCE instance, int show_command);

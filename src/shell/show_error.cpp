@@ -1,5 +1,4 @@
-// A failure in words: status line and box. Nothing here fails in its turn: where memory is too short for the
-// words, it says just that.
+// Nothing here may fail, so the texts of the boxes have a fixed capacity.
 #include "shell/show_error.h"
 
 #include <new>
@@ -11,11 +10,11 @@
 namespace {
 
 constexpr WideView OUT_OF_MEMORY = TEXT("Mémoire insuffisante : l'opération n'a pas abouti.");
-// A longer text would make a box whose button lies off the screen.
+// A longer text would move the button of the box off the screen.
 constexpr std::size_t BOX_LIMIT_CHARACTERS = 1000;
 constexpr WideView OMISSION = TEXT(" […] ");
 
-// The exception's own words; none where they cannot be made.
+// The text of the exception; none when memory is short.
 std::optional<WideText> OwnText(const std::exception& error) noexcept {
     if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr)
         return std::nullopt;
@@ -42,7 +41,7 @@ bool IsLowSurrogate(WCHAR character) {
     return (character & 0xFC00) == 0xDC00;
 }
 
-// The text itself; of a long one the start and the end, with a mark where the rest is left out.
+// The text, or the start and the end of a long one, with a mark between them.
 FixedText<BOX_LIMIT_CHARACTERS> Shortened(WideView text) {
     constexpr std::size_t START = 600;
     constexpr std::size_t END = BOX_LIMIT_CHARACTERS - START - OMISSION.size();
@@ -60,8 +59,9 @@ FixedText<BOX_LIMIT_CHARACTERS> Shortened(WideView text) {
     return shortened += end;
 }
 
-// With a blank for each control character, which could make the box larger than the screen. The line ends of
-// the platform's own texts stay: no name or value holds a carriage return with a line feed behind it.
+// Replaces control characters by blanks: a text full of them would make the box larger than the screen. The
+// line ends in the platform's own messages are kept; no key, value or path contains a carriage return
+// followed by a line feed.
 FixedText<BOX_LIMIT_CHARACTERS> WithoutControls(WideView text) {
     constexpr WideView LINE_END = TEXT("\r\n");
     FixedText<BOX_LIMIT_CHARACTERS> plain;
@@ -78,8 +78,8 @@ void ShowBox(HWND owner, const WCHAR* text) {
     const FixedText<BOX_LIMIT_CHARACTERS> box_text = WithoutControls(Shortened(text));
     const HWND focus = GetFocus();
     MessageBoxW(owner, box_text.c_str(), TEXT("Veldrane VM"), MB_ICONERROR);
-    // The field that the message speaks of may have got the focus in this very command, unseen by the message
-    // loop.
+    // The failed command may have moved the focus to the field with the wrong value; the message loop has not
+    // noticed that yet.
     if (focus != nullptr)
         SetFocus(focus);
 }

@@ -1,16 +1,16 @@
-// The one way in which a failure reaches the user while the main window stands.
+// Shows failures to the user.
 #pragma once
 
 #include <exception>
 
 #include "state/launcher.h"
 
-// Writes the exception's text into the status line and shows it in a box, which the user has closed when it
-// returns. The box shows a blank for a control character and, of a text of more than 1,000 characters, the
-// start and the end. Never fails: where the text cannot be made, because memory is short, a fixed sentence
-// says so.
+// Writes the exception's text into the status line and shows it in a box; returns when the user has closed
+// the box. The box shows a blank for each control character and, of a text of more than 1,000 characters,
+// only the start and the end. Never fails: when the text cannot be converted because memory is short, a fixed
+// sentence says so.
 void ShowError(Launcher& launcher, const std::exception& error) noexcept;
 
-// Shows the box alone, owned by the main window where there is one. A control that had the focus has it again
-// when the box has been closed. Never fails either.
+// Shows only the box, owned by `owner`, which may be null. The control that had the focus gets it back when
+// the box is closed. Never fails either.
 void ShowErrorBox(HWND owner, const std::exception& error) noexcept;

@@ -1,4 +1,4 @@
-// The whole state of the running program in one record, and the small types that it holds.
+// The state of the running program, except what the log window remembers between two refreshes.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,8 @@
 #include "config/vm_config.h"
 #include "platform/win32.h"
 
-// One control as it was made: the layout places it anew from this rectangle, which never changes.
+// A control and the rectangle with which it was created. The layout calculates each new place from this
+// rectangle, which never changes.
 struct LayoutItem {
     HWND window = nullptr;
     std::int32_t x = 0;
@@ -17,9 +18,10 @@ struct LayoutItem {
     bool stretch = false;
 };
 
-// Exactly one exists, from the entry point to the end. The main window holds its address, so it is never
-// copied or moved. Windows and controls belong to the platform; `engine_process` is the one handle that must
-// be closed, by whoever sees the end of the run or of the main window.
+// There is one Launcher, from the entry point to the end of the program. The main window stores its address,
+// so it is never copied or moved. The platform owns the windows and controls. `engine_process` is the only
+// handle to close: PollEngine closes it at the end of a run, and WM_DESTROY if the main window is destroyed
+// first.
 struct Launcher {
     Launcher() = default;
     Launcher(const Launcher&) = delete;
@@ -30,27 +32,28 @@ struct Launcher {
     HWND module_list = nullptr;
     HWND path_label = nullptr;
     HWND status_label = nullptr;
-    HWND log_window = nullptr;  // made on demand, never cleared: ask IsWindow
-    HFONT gui_font = nullptr;   // a stock object
+    HWND log_window = nullptr;  // created on demand and never set to null again: ask IsWindow
+    HFONT gui_font = nullptr;   // a stock object, never freed
     HINSTANCE instance = nullptr;
-    HANDLE engine_process = nullptr;    // null: no engine is followed
+    HANDLE engine_process = nullptr;    // null: no run is being followed
     bool run_is_dry = false;            // the run in progress, or the last one, is a verification
-    bool dirty = false;                 // the form holds changes that no file holds
+    bool dirty = false;                 // the form has unsaved changes
     bool filling = false;               // the program itself is writing into the controls
     std::int32_t selected_module = -1;  // row selected in module_list, -1 for none
-    VmConfig config;                    // of the last load, save, reset or module list edit
+    VmConfig config;                    // set by the last load, save, reset or change of the module list
     WideText start_directory;           // current directory at start-up
-    WideText
-        run_directory;  // folder of config_path, or start_directory: the engine's, the log's, base of paths
-    WideText config_path;  // full path of the current file; empty: none yet
-    WideText engine_path;  // tessarun.exe beside the launcher
-    WideText log_path;     // log of the last run; empty until one has passed its checks
+    // The folder of `config_path`, or `start_directory` without one: working directory of the engine, folder
+    // of the log, and base of relative paths.
+    WideText run_directory;
+    WideText config_path;  // full path of the current file; empty without one
+    WideText engine_path;  // tessarun.exe in the launcher's folder
+    WideText log_path;     // log of the last run; empty until a launch has passed its checks
     std::vector<HWND> disk_page_controls;
     std::vector<HWND> module_page_controls;
     std::vector<LayoutItem> layout_items;
 };
 
-// While one stands, the program itself is writing into the controls. It does not nest.
+// Sets `filling` for its lifetime. It does not nest.
 class FillingScope {
 public:
     explicit FillingScope(Launcher& launcher) : launcher_(launcher) {

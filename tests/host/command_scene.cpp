@@ -281,7 +281,7 @@ void SweepCommand(Scene& scene, const SceneCommand& command, const std::function
         ExpectSame(left, verdict.is_done ? after : before, loose);
         EXPECT_EQ(host::OpenHandles(), scene.run.launcher.engine_process == nullptr ? 0U : 1U);
         EXPECT_EQ(host::OpenAttributeLists(), 0U);
-        if (verdict.is_done && !verdict.is_excused)
+        if (verdict.is_over || (verdict.is_done && !verdict.is_excused))
             scene.Set(command);
         scene.Act(command);
         EXPECT_EQ(scene.boxes, usual_boxes);

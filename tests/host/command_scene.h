@@ -52,6 +52,7 @@ struct Verdict {
     bool is_done = false;     // all as after the command, otherwise all as before
     bool is_excused = false;  // but for what the command has as loose
     bool may_lose_selection = false;
+    bool is_over = false;  // the command is not to be repeated on what is left
 };
 
 // Does the command again and again, each time with another of its steps failing: `strike` makes the nth fail,
