@@ -27,15 +27,6 @@ std::string ReadWholeFile(const WideText& path) {
     return text;
 }
 
-void AnchorPaths(WideView base, VmConfig& config) {
-    AnchorPath(base, config.kernel);
-    AnchorPath(base, config.dump);
-    for (WideText& image : config.ide)
-        AnchorPath(base, image);
-    for (ModuleEntry& module : config.modules)
-        AnchorPath(base, module.path);
-}
-
 struct TemporaryFile {
     OwnedHandle handle;
     WideText path;
@@ -66,7 +57,8 @@ bool WriteThrough(HANDLE file, const std::string& text) {
 
 VmConfig ReadConfigFile(const WideText& path) {
     VmConfig config = ParseConfigText(ReadWholeFile(path));
-    AnchorPaths(ParentPath(AbsolutePath(path)), config);
+    const WideText folder = ParentPath(AbsolutePath(path));
+    ForEachPath(config, [&folder](WideText& field) { AnchorPath(folder, field); });
     return config;
 }
 

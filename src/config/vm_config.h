@@ -43,6 +43,18 @@ struct VmConfig {
     bool force_no_header = false;      // accept an ELF kernel without a Multiboot header
 };
 
+// Calls `visit` with each field of the record that holds a path: kernel, dump, ide 0 to 3, the modules in
+// order.
+template <typename Visit>
+void ForEachPath(VmConfig& config, const Visit& visit) {
+    visit(config.kernel);
+    visit(config.dump);
+    for (WideText& image : config.ide)
+        visit(image);
+    for (ModuleEntry& module : config.modules)
+        visit(module.path);
+}
+
 // Throws unless the text can stand on one line of a configuration file: no CR, LF or NUL in it.
 void RequireOneLine(WideView text);
 
