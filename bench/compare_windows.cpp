@@ -9,6 +9,7 @@
 #include "base/owned_handle.h"
 #include "base/path_ops.h"
 #include "launch/log_window.h"
+#include "shell/dispatch.h"
 #include "spread.h"
 
 namespace {
@@ -147,7 +148,7 @@ double StartMs(const WCHAR* name, const WCHAR* window_class) {
 }
 
 void TellStart() {
-    const auto ours = [] { return StartMs(TEXT("veldranevm.exe"), TEXT("VeldraneVmLauncher")); };
+    const auto ours = [] { return StartMs(TEXT("veldranevm.exe"), MAIN_WINDOW_CLASS); };
     const auto theirs = [] { return StartMs(TEXT("bare_form.exe"), TEXT("BareForm")); };
     std::vector<double> our_times, their_times, ratios;
     ours();

@@ -17,7 +17,7 @@ struct OpenLog {
     explicit OpenLog(const std::string& bytes) {
         WNDCLASSW window_class{};
         window_class.lpfnWndProc = LogWindowProc;
-        window_class.lpszClassName = TEXT("VeldraneVmLog");
+        window_class.lpszClassName = LOG_WINDOW_CLASS;
         RegisterClassW(&window_class);
         launcher.log_path = folder.Of(TEXT("veldranevm.log"));
         WriteBytes(launcher.log_path, bytes);

@@ -24,8 +24,7 @@ TEST(EngineRun, ShowsTheGapThatAnEarlierEngineLeavesInTheLogAndLeavesItAlone) {
     });
     EXPECT_EQ(Narrow(RunResultText(0xC0000005, false)), "Échec (code 3221225477). Consultez le journal.");
     EXPECT_FALSE(Contains(run.Log(), "Machine arrêtée")) << "closing waits for nothing and stops nothing";
-    UnregisterClassW(TEXT("VeldraneVmLauncher"), nullptr);
-    UnregisterClassW(TEXT("VeldraneVmLog"), nullptr);
+    UnregisterWindowClasses();
     run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu\n");
     Launcher next;
     user::RunWithUser(next, [&] {

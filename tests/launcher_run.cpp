@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "base/path_ops.h"
+#include "launch/log_window.h"
+#include "shell/dispatch.h"
 
 namespace {
 
@@ -23,6 +25,7 @@ LauncherRun::LauncherRun() {
 }
 
 LauncherRun::~LauncherRun() {
+    UnregisterWindowClasses();
     SetCurrentDirectoryW(ModuleFolder().c_str());
 }
 
@@ -36,6 +39,11 @@ void LauncherRun::WriteConfig(WideView name, std::string_view lines) const {
 
 std::string LauncherRun::Log() const {
     return ReadBytes(launcher.log_path);
+}
+
+void UnregisterWindowClasses() {
+    for (const WCHAR* name : {MAIN_WINDOW_CLASS, LOG_WINDOW_CLASS})
+        UnregisterClassW(name, GetModuleHandleW(nullptr));
 }
 
 std::string TakeErrorBox() {

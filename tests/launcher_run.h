@@ -26,5 +26,8 @@ struct LauncherRun {
     std::string Log() const;
 };
 
+// For another run in the same process, after the first one has ended.
+void UnregisterWindowClasses();
+
 // Closes the error box that is up and gives its text; fails the test when none comes up.
 std::string TakeErrorBox();

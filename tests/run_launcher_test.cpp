@@ -39,8 +39,6 @@ TEST(RunLauncher, ShortensALongTextInTheBoxAndNotInTheStatusLine) {
             user::WaitUntil([] { return user::IsVisible(IDC_LAUNCH); });
             EXPECT_EQ(user::Status().size(), characters);
         });
-        UnregisterClassW(TEXT("VeldraneVmLauncher"), nullptr);
-        UnregisterClassW(TEXT("VeldraneVmLog"), nullptr);
     }
 }
 
@@ -58,8 +56,6 @@ TEST(RunLauncher, CutsNoCharacterInTwoWhenItShortens) {
             EXPECT_EQ(Wide(text).size(), 12U + tested.second);
             EXPECT_NE(text.find("😀 […] 😀"), std::string::npos) << text;
         });
-        UnregisterClassW(TEXT("VeldraneVmLauncher"), nullptr);
-        UnregisterClassW(TEXT("VeldraneVmLog"), nullptr);
     }
 }
 

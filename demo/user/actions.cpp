@@ -5,6 +5,8 @@
 #include "base/text_convert.h"
 #include "demo/user/user.h"
 #include "form/form_ids.h"
+#include "launch/log_window.h"
+#include "shell/dispatch.h"
 
 namespace user {
 
@@ -80,7 +82,7 @@ BOOL CALLBACK VisibleOfClass(HWND window, LPARAM lparam) {
 
 HWND FindVisible(WideView class_name) {
     // Another program's boxes are not ours to answer.
-    const HWND program = FindWindowW(TEXT("VeldraneVmLauncher"), nullptr);
+    const HWND program = FindWindowW(MAIN_WINDOW_CLASS, nullptr);
     ClassSearch search{class_name, program == nullptr ? 0 : ProcessOf(program), nullptr};
     EnumWindows(VisibleOfClass, reinterpret_cast<LPARAM>(&search));
     return search.found;
@@ -117,11 +119,11 @@ Value Ask(const std::function<Value()>& question) {
 }  // namespace
 
 HWND MainWindow() {
-    return Ask<HWND>([] { return FindWindowW(TEXT("VeldraneVmLauncher"), nullptr); });
+    return Ask<HWND>([] { return FindWindowW(MAIN_WINDOW_CLASS, nullptr); });
 }
 
 HWND LogWindow() {
-    return Ask<HWND>([] { return FindWindowW(TEXT("VeldraneVmLog"), nullptr); });
+    return Ask<HWND>([] { return FindWindowW(LOG_WINDOW_CLASS, nullptr); });
 }
 
 HWND Box() {

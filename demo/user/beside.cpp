@@ -11,6 +11,7 @@
 
 #include "base/text_convert.h"
 #include "demo/user/user.h"
+#include "shell/dispatch.h"
 #include "shell/run_launcher.h"
 
 namespace user {
@@ -49,7 +50,7 @@ void CloseWhatIsLeft() {
         }
         return;
     }
-    if (const HWND window = FindWindowW(TEXT("VeldraneVmLauncher"), nullptr))
+    if (const HWND window = FindWindowW(MAIN_WINDOW_CLASS, nullptr))
         PostMessageW(window, WM_CLOSE, 0, 0);
 }
 
@@ -75,7 +76,7 @@ void CALLBACK OnActionTick(HWND, UINT, UINT_PTR, DWORD) {
 
 // A person acts only on what can be seen: the window or, when the start fails, a box.
 bool SomethingShows() {
-    return IsWindowVisible(FindWindowW(TEXT("VeldraneVmLauncher"), nullptr)) != FALSE ||
+    return IsWindowVisible(FindWindowW(MAIN_WINDOW_CLASS, nullptr)) != FALSE ||
            IsWindowVisible(FindWindowW(TEXT("#32770"), nullptr)) != FALSE;
 }
 

@@ -59,15 +59,6 @@ void ReadNumbers(const Launcher& launcher, VmConfig& config) {
         ReadNumberField(Field(launcher, IDC_HEIGHT), SIZE_PIXELS_MIN, SIZE_PIXELS_MAX, "hauteur (1..8192)");
 }
 
-void ResolvePaths(const Launcher& launcher, VmConfig& config) {
-    ResolveFormPath(launcher, config.kernel);
-    ResolveFormPath(launcher, config.dump);
-    for (WideText& image : config.ide)
-        ResolveFormPath(launcher, image);
-    for (ModuleEntry& module : config.modules)
-        ResolveFormPath(launcher, module.path);
-}
-
 void FillFields(const Launcher& launcher, const VmConfig& config) {
     SetField(launcher, IDC_KERNEL_PATH, config.kernel);
     SetField(launcher, IDC_KERNEL_COMMAND, config.command);
@@ -175,7 +166,7 @@ VmConfig ReadForm(Launcher& launcher) {
     config.force_no_header = IsChecked(launcher, IDC_FORCE_NO_HEADER);
     for (std::size_t slot = 0; slot < IDE_FIELDS.size(); ++slot)
         config.ide[slot] = GetControlText(Field(launcher, IDE_FIELDS[slot]));
-    ResolvePaths(launcher, config);
+    ForEachPath(config, [&](WideText& path) { ResolveFormPath(launcher, path); });
     ValidateConfig(config);
     return config;
 }

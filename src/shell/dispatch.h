@@ -4,6 +4,9 @@
 #include "platform/win32.h"
 #include "state/launcher.h"
 
+// The class of the main window, whose procedure is LauncherWindowProc.
+inline constexpr WCHAR MAIN_WINDOW_CLASS[] = TEXT("VeldraneVmLauncher");
+
 // The timer of the main window. Its ticks poll the engine and refresh the log window.
 inline constexpr UINT_PTR TICK_TIMER_ID = 1;
 

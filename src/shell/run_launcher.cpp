@@ -18,7 +18,6 @@
 
 namespace {
 
-constexpr WCHAR MAIN_CLASS[] = TEXT("VeldraneVmLauncher");
 constexpr UINT TICK_PERIOD_MS = 250;
 
 WideText EnginePath() {
@@ -44,7 +43,7 @@ void RegisterClasses(HINSTANCE instance) {
     window_class.hInstance = instance;
     window_class.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     window_class.hbrBackground = reinterpret_cast<HBRUSH>(UINT_PTR{COLOR_BTNFACE + 1});
-    window_class.lpszClassName = MAIN_CLASS;
+    window_class.lpszClassName = MAIN_WINDOW_CLASS;
     if (RegisterClassW(&window_class) == 0)
         throw std::runtime_error("Enregistrement de la fenêtre impossible.");
     window_class.lpfnWndProc = LogWindowProc;
@@ -56,7 +55,7 @@ void RegisterClasses(HINSTANCE instance) {
 void CreateMainWindow(Launcher& launcher) {
     const SIZE size = BaseWindowSize();
     launcher.main_window =
-        CreateWindowExW(0, MAIN_CLASS, TitleText(false), MAIN_WINDOW_STYLE, CW_USEDEFAULT, CW_USEDEFAULT,
+        CreateWindowExW(0, MAIN_WINDOW_CLASS, TitleText(false), MAIN_WINDOW_STYLE, CW_USEDEFAULT, CW_USEDEFAULT,
                         size.cx, size.cy, nullptr, nullptr, launcher.instance, &launcher);
     if (launcher.main_window == nullptr)
         throw std::runtime_error("Création du lanceur impossible.");

@@ -27,10 +27,6 @@ TEST(RunLauncher, TakesTheLongestPathOfItsOwnFileAndNoLongerOne) {
         }),
                   length == 32768U ? 1 : 0);
         host::SetModuleFile({});
-        if (length == 32767U) {
-            UnregisterClassW(TEXT("VeldraneVmLauncher"), nullptr);
-            UnregisterClassW(TEXT("VeldraneVmLog"), nullptr);
-        }
     }
 }
 
@@ -54,8 +50,6 @@ TEST(RunLauncher, LeavesTheControlsWhereTheyAreWhenABatchIsRefused) {
             });
             EXPECT_EQ(after.left, before.left);
         });
-        UnregisterClassW(TEXT("VeldraneVmLauncher"), nullptr);
-        UnregisterClassW(TEXT("VeldraneVmLog"), nullptr);
     }
 }
 

@@ -1,11 +1,10 @@
 // Sessions on the platform itself, in real time.
 #include "restless_user.h"
 
-#include "platform/win32.h"
+#include "launcher_run.h"
 
 void BeginSession() {
-    for (const WCHAR* name : {L"VeldraneVmLauncher", L"VeldraneVmLog"})
-        UnregisterClassW(name, GetModuleHandleW(nullptr));
+    UnregisterWindowClasses();
 }
 
 bool TimeIsOurs() {
