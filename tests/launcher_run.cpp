@@ -25,7 +25,6 @@ LauncherRun::LauncherRun() {
 }
 
 LauncherRun::~LauncherRun() {
-    UnregisterWindowClasses();
     SetCurrentDirectoryW(ModuleFolder().c_str());
 }
 

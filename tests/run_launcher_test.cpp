@@ -39,6 +39,7 @@ TEST(RunLauncher, ShortensALongTextInTheBoxAndNotInTheStatusLine) {
             user::WaitUntil([] { return user::IsVisible(IDC_LAUNCH); });
             EXPECT_EQ(user::Status().size(), characters);
         });
+        UnregisterWindowClasses();
     }
 }
 
@@ -56,6 +57,7 @@ TEST(RunLauncher, CutsNoCharacterInTwoWhenItShortens) {
             EXPECT_EQ(Wide(text).size(), 12U + tested.second);
             EXPECT_NE(text.find("😀 […] 😀"), std::string::npos) << text;
         });
+        UnregisterWindowClasses();
     }
 }
 

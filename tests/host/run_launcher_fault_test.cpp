@@ -27,6 +27,8 @@ TEST(RunLauncher, TakesTheLongestPathOfItsOwnFileAndNoLongerOne) {
         }),
                   length == 32768U ? 1 : 0);
         host::SetModuleFile({});
+        if (length == 32767U)
+            UnregisterWindowClasses();
     }
 }
 
@@ -50,6 +52,7 @@ TEST(RunLauncher, LeavesTheControlsWhereTheyAreWhenABatchIsRefused) {
             });
             EXPECT_EQ(after.left, before.left);
         });
+        UnregisterWindowClasses();
     }
 }
 
