@@ -1,6 +1,6 @@
-// The file that the emulator boots: the kernel's segments unchanged and, on the pages behind them, one
-// segment of our own with a stub, the kernel's arguments and the modules. The emulator's own loader does the
-// rest. Plain bytes.
+// The file that the emulator boots: the kernel's segments unchanged and, on the pages after them, one added
+// segment with a stub, the kernel's arguments and the modules. The emulator's own loader loads it. Works on
+// bytes in memory.
 #pragma once
 
 #include <cstdint>
@@ -9,9 +9,11 @@
 #include <string_view>
 #include <vector>
 
-// What the kernel gets in place of the text screen: a framebuffer of 32 bits a pixel.
+inline constexpr std::uint64_t MIB = 1 << 20;
+
+// A framebuffer of 32 bits a pixel instead of the text screen.
 struct DisplayMode {
-    std::uint32_t width;  // pixels; the display has multiples of 8 only
+    std::uint32_t width;  // pixels
     std::uint32_t height;
 };
 
@@ -23,20 +25,20 @@ struct BootModule {
 struct BootRequest {
     std::string arguments;  // the kernel's
     std::vector<BootModule> modules;
-    std::optional<DisplayMode> mode;  // instead of what the kernel's header asks for
+    std::optional<DisplayMode> mode;  // overrides the mode that the kernel's header requests
     std::uint64_t memory_bytes = 0;   // of the machine
 };
 
 struct BootImage {
     std::string front;                      // the file up to the first module
-    std::optional<DisplayMode> asked_mode;  // as it was asked for; none: the text screen
-    std::optional<DisplayMode> mode;        // as the kernel gets it
+    std::optional<DisplayMode> asked_mode;  // as requested; none: the text screen
+    std::optional<DisplayMode> mode;        // as set: the width is a multiple of 8
 };
 
-// Makes the image of a 32-bit ELF kernel, which is taken to be whole. Behind `front` the file goes on with
-// the modules, each followed by PaddingBehind it in zeros. Throws for a kernel that cannot be loaded, for one
-// that asks its loader for what is unknown here, and where kernel and modules do not fit into the memory.
+// Composes the image of a kernel that CheckKernelImage accepts. The file consists of `front` and then of each
+// module's content, followed by PaddingBehind(its size) zeros. Throws when the kernel cannot be loaded,
+// requires an unsupported feature of its loader, or does not fit into the memory with its modules.
 BootImage ComposeBootImage(std::string_view kernel, const BootRequest& request);
 
-// The bytes up to the next page.
+// The number of bytes from this size to the next multiple of a page, 0 to 4095.
 std::uint32_t PaddingBehind(std::uint64_t bytes);

@@ -1,4 +1,4 @@
-// Sockets of the machine's own address, looked at together.
+// Sockets of the loopback address.
 #include "adapter/channel.h"
 
 #include <native_socket.h>
@@ -60,12 +60,12 @@ void Channel::Send(std::string_view bytes) {
     }
 }
 
-std::string Channel::Take() {
+std::string Channel::TakeReceived() {
     return std::exchange(received_, {});
 }
 
-// Takes the connection, or bytes, for which the platform says that they are there.
-void Channel::Serve() {
+// Accepts the connection or receives bytes, after the platform has reported that either is possible.
+void Channel::Receive() {
     if (state_ == State::Listening) {
         const NativeSocket connection = accept(Native(socket_), nullptr, nullptr);
         if (connection == NO_SOCKET)
@@ -75,11 +75,11 @@ void Channel::Serve() {
         return;
     }
     std::array<char, PIECE_BYTES> piece{};
-    const auto came = recv(Native(socket_), piece.data(), static_cast<ByteCount>(piece.size()), 0);
-    if (came <= 0)
+    const auto count = recv(Native(socket_), piece.data(), static_cast<ByteCount>(piece.size()), 0);
+    if (count <= 0)
         state_ = State::Ended;
     else
-        received_.append(piece.data(), static_cast<std::size_t>(came));
+        received_.append(piece.data(), static_cast<std::size_t>(count));
 }
 
 void AwaitChannels(std::span<Channel* const> channels, unsigned limit_ms) {
@@ -99,5 +99,5 @@ void AwaitChannels(std::span<Channel* const> channels, unsigned limit_ms) {
         return;
     for (Channel* const channel : channels)
         if (!channel->HasEnded() && FD_ISSET(Native(channel->socket_), &readable))
-            channel->Serve();
+            channel->Receive();
 }

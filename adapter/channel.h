@@ -1,5 +1,4 @@
-// A channel to the emulator: a port of this machine's own address that takes one connection and is closed to
-// all others then. Bytes both ways.
+// A two-way channel to the emulator: a TCP port of the loopback address that accepts a single connection.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +8,7 @@
 
 class Channel {
 public:
-    // Listens. Throws where the platform has no port.
+    // Listens on a free port. Throws when there is none.
     Channel();
     ~Channel();
     Channel(const Channel&) = delete;
@@ -17,24 +16,25 @@ public:
 
     std::uint16_t Port() const;
     bool IsConnected() const;
-    // True once the other side has closed its end, or the connection has broken.
+    // True once the emulator has closed the connection, or the connection is lost.
     bool HasEnded() const;
-    // Sends it all; the end shows in HasEnded where the connection breaks.
+    // Sends all bytes, and waits while the emulator does not take them. HasEnded is true afterwards when the
+    // connection is lost.
     void Send(std::string_view bytes);
-    // What has come since the last call.
-    std::string Take();
+    // Returns the bytes received since the last call.
+    std::string TakeReceived();
 
 private:
     friend void AwaitChannels(std::span<Channel* const> channels, unsigned limit_ms);
 
     enum class State { Listening, Connected, Ended };
-    void Serve();
+    void Receive();
 
     State state_ = State::Listening;
     std::uintptr_t socket_;
     std::string received_;
 };
 
-// Takes connections and bytes in as they come, until there are some or the time is over. Bytes beyond what
-// one look takes wait for the next call.
+// Waits for connections or bytes on the channels for at most `limit_ms`, and receives them, at most 64 KiB a
+// channel and call.
 void AwaitChannels(std::span<Channel* const> channels, unsigned limit_ms);

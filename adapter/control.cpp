@@ -1,4 +1,4 @@
-// Reading and writing the control channel's lines, and judging what they say.
+// Reads and writes the lines of the control channel.
 #include "adapter/control.h"
 
 #include <algorithm>
@@ -9,22 +9,20 @@
 
 namespace {
 
-constexpr std::uint32_t RESET_CODE = 3;
-constexpr std::uint32_t EMULATOR_GONE_CODE = 4;
 constexpr unsigned long INTERRUPT_FLAG = 0x200;
 
-// The text that starts at the line's first sign, a quotation mark, and goes from the line. The escaped forms
-// of characters outside ASCII do not occur in what is looked at.
+// Removes the JSON text at the start of the line, quotation marks included, and returns it. Escapes of the
+// form \uXXXX are not decoded: no text that is used here contains one.
 std::string TakeText(std::string_view& line) {
-    constexpr std::string_view WRITTEN = "nrt";
-    constexpr std::string_view MEANT = "\n\r\t";
+    constexpr std::string_view ESCAPED = "nrt";
+    constexpr std::string_view DECODED = "\n\r\t";
     std::string text;
     for (line.remove_prefix(1); !line.empty() && line.front() != '"'; line.remove_prefix(1)) {
         char character = line.front();
         if (character == '\\' && line.size() > 1) {
             line.remove_prefix(1);
-            const std::size_t at = WRITTEN.find(line.front());
-            character = at == std::string_view::npos ? line.front() : MEANT[at];
+            const std::size_t at = ESCAPED.find(line.front());
+            character = at == std::string_view::npos ? line.front() : DECODED[at];
         }
         text += character;
     }
@@ -52,25 +50,25 @@ std::string_view FieldBehind(std::string_view text, std::string_view name) {
 
 }  // namespace
 
-std::uint32_t ExitCodeOf(MachineEnd end, unsigned char written) {
+std::uint32_t ExitCodeOf(MachineEnd end, unsigned char exit_byte) {
     switch (end) {
         case MachineEnd::ExitCode:
-            return written;
+            return exit_byte;
         case MachineEnd::Reset:
-            return RESET_CODE;
+            return RESET_EXIT_CODE;
         case MachineEnd::EmulatorGone:
-            return EMULATOR_GONE_CODE;
+            return EMULATOR_GONE_EXIT_CODE;
         case MachineEnd::TimeLimit:
             return TIME_LIMIT_EXIT_CODE;
         default:
-            return 0;
+            return SUCCESS_EXIT_CODE;
     }
 }
 
-std::string EndText(MachineEnd end, unsigned char written, std::uint32_t limit_ms) {
+std::string EndText(MachineEnd end, unsigned char exit_byte, std::uint32_t limit_ms) {
     switch (end) {
         case MachineEnd::ExitCode:
-            return "Machine arrêtée par le noyau, code " + NumberText(written) + ".";
+            return "Machine arrêtée par le noyau, code " + NumberText(exit_byte) + ".";
         case MachineEnd::PoweredOff:
             return "Machine éteinte par le noyau.";
         case MachineEnd::Reset:
@@ -96,10 +94,12 @@ ControlLine ReadControlLine(std::string_view line) {
             continue;
         }
         const std::string text = TakeText(line);
-        if (line.starts_with(':'))
-            found.try_emplace(name = text);
-        else
+        if (line.starts_with(':')) {
+            name = text;
+            found.try_emplace(name);
+        } else {
             found[name] = text;
+        }
     }
     return found;
 }
@@ -118,8 +118,8 @@ std::optional<MachineEnd> EndOfEvent(const ControlLine& line) {
         return std::nullopt;
     if (reason->second == "guest-reset" || reason->second == "host-qmp-system-reset")
         return MachineEnd::Reset;
-    // Nobody but the user has said so before the end is known: a window's menu and its frame say it in this
-    // way.
+    // The engine sends "quit" only once the end is known; before that, these reasons come from the window:
+    // its menu and its frame.
     if (reason->second == "host-ui" || reason->second == "host-qmp-quit")
         return MachineEnd::WindowClosed;
     return reason->second == "guest-shutdown" ? MachineEnd::PoweredOff : MachineEnd::EmulatorGone;

@@ -1,5 +1,4 @@
-// The emulator as a program of this machine: where it is, how it names files, its process. Each build has its
-// own.
+// The emulator's program, its file names and its process. Each build has its own implementation.
 #pragma once
 
 #include <cstdint>
@@ -8,34 +7,34 @@
 
 #include "platform/win32.h"
 
-// The emulator's program: the one that the environment's TESSARUN_QEMU names, else the first one found where
-// the system's programs are. Throws when there is none.
+// The path of the emulator's program: the value of the environment variable TESSARUN_QEMU, otherwise the
+// first one in the usual folders of programs. Throws when there is none.
 WideText FindEmulator();
 
 // The folder for temporary files, without a separator at its end.
 WideText TemporaryFolder();
 
-// A full path as the emulator with this program takes it.
+// A full path in the form that this emulator takes, in UTF-8.
 std::string EmulatorPath(const WideText& program, const WideText& path);
 
-// False where no window can be shown.
+// False when no window can be shown.
 bool HasDisplay();
 
-// A process that never outlives its owner, be it that he is killed. It runs in the folder for temporary files
-// and writes where its owner writes.
+// The emulator's process. It ends with the engine, even when the engine is killed; under Wine an emulator of
+// the system below does not. It runs in the folder for temporary files and inherits the engine's output.
 class Emulator {
 public:
-    // Starts it; `zoom` is the scale of its windows. Throws when that fails.
+    // Starts it; `zoom` is the scale of its window. Throws when that fails.
     Emulator(const WideText& program, const std::vector<std::string>& arguments, std::uint32_t zoom);
-    // Ends it if it still runs.
+    // Ends the process if it still runs.
     ~Emulator();
     Emulator(const Emulator&) = delete;
     Emulator& operator=(const Emulator&) = delete;
 
-    // False where the platform does not tell, too.
+    // Also false when there is no handle of the process to ask.
     bool HasEnded();
 
 private:
-    std::intptr_t process_ = 0;
-    std::intptr_t group_ = 0;
+    std::intptr_t process_ = 0;  // a process identifier on Linux, a handle on Windows
+    std::intptr_t job_ = 0;      // Windows only
 };

@@ -1,4 +1,4 @@
-// The emulator's command line for one machine. Plain text.
+// The emulator's command line for one machine.
 #pragma once
 
 #include <array>
@@ -8,22 +8,20 @@
 #include <vector>
 
 #include "adapter/boot_image.h"
+#include "config/vm_config.h"
 
-// The paths as the emulator takes them.
-struct MachineRequest {
-    std::string image;                 // the file with the boot image
-    std::array<std::string, 4> disks;  // raw images; empty: no disk
-    std::uint32_t ram_mib = 0;
-    std::optional<DisplayMode> mode;
-    bool has_window = false;
-};
+// The paths of the raw images in the form that the emulator takes; empty: no disk.
+using DiskPaths = std::array<std::string, 4>;
 
-// Where the emulator finds the three channels: ports of this machine's own address.
+// The ports of the three channels, on the loopback address.
 struct ChannelPorts {
     std::uint16_t control;
     std::uint16_t serial;
-    std::uint16_t exit_code;
+    std::uint16_t exit_port;
 };
 
-// What the emulator gets after its own name.
-std::vector<std::string> EmulatorArguments(const MachineRequest& machine, const ChannelPorts& ports);
+// The emulator's arguments, without its own name. `image` is the path of the boot image, relative to the
+// folder in which the emulator runs.
+std::vector<std::string> EmulatorArguments(const VmConfig& config, const std::string& image,
+                                           const DiskPaths& disks, const std::optional<DisplayMode>& mode,
+                                           const ChannelPorts& ports);

@@ -1,4 +1,4 @@
-// The standard output of an engine, written unbuffered so that a log shows it at once.
+// Unbuffered output: the log shows each line at once.
 #include "adapter/engine_output.h"
 
 #include <algorithm>
@@ -32,5 +32,6 @@ void PrintLine(std::string_view text) {
 }
 
 void PrintErrorLine(std::string_view text) {
-    WriteAll(GetStdHandle(STD_ERROR_HANDLE), std::string(text) + "\n");
+    // A failure to report a failure is ignored.
+    static_cast<void>(WriteAll(GetStdHandle(STD_ERROR_HANDLE), std::string(text) + "\n"));
 }

@@ -1,4 +1,4 @@
-// Reading the engine's command line: the options in their one order.
+// Reads the engine's command line. The table of options is in the order of the command line.
 #include "adapter/engine_request.h"
 
 #include <algorithm>
@@ -33,7 +33,6 @@ struct OptionRow {
 };
 using enum OptionRow::Presence;
 
-// In the order of the command line.
 constexpr std::array<OptionRow, 14> OPTIONS{{
     {TEXT("--ram"), 1, Always,
      [](EngineRequest& request, Values values) {

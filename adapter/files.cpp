@@ -1,4 +1,4 @@
-// Making, writing and copying files in pieces.
+// Files are copied in pieces, so that a large one needs little memory.
 #include "adapter/files.h"
 
 #include <algorithm>
@@ -7,6 +7,7 @@
 #include "adapter/emulator.h"
 #include "adapter/engine_output.h"
 #include "adapter/sized_file.h"
+#include "base/file_replacement.h"
 #include "base/file_system.h"
 #include "base/owned_handle.h"
 #include "base/path_ops.h"
@@ -29,9 +30,8 @@ void Copy(const SizedFile& source, HANDLE target) {
 OwnedHandle OpenForWriting(const WideText& path, DWORD disposition) {
     OwnedHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, disposition,
                                  FILE_ATTRIBUTE_NORMAL, nullptr));
-    const DWORD code = GetLastError();
     if (!file)
-        ThrowFileSystemError("open", code, path);
+        ThrowFileSystemError("open", GetLastError(), path);
     return file;
 }
 
@@ -65,7 +65,12 @@ void WriteBootFile(const WideText& path, const BootImage& image, const BootReque
     }
 }
 
-void CopyOver(const WideText& source, const WideText& target) {
+void ReplaceByCopy(const WideText& source, const WideText& target) {
     const SizedFile file(source);
-    Copy(file, OpenForWriting(target, CREATE_ALWAYS).Get());
+    FileReplacement replacement(target);
+    if (replacement.Handle() == nullptr)
+        ThrowFileSystemError("open", GetLastError(), target);
+    Copy(file, replacement.Handle());
+    if (!replacement.Finish())
+        ThrowFileSystemError("open", GetLastError(), target);
 }

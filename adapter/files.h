@@ -1,4 +1,4 @@
-// The files that lie for a while where the emulator runs, and what is copied into them and out of them.
+// The temporary files for the emulator, and copies into them and out of them.
 #pragma once
 
 #include <string>
@@ -7,33 +7,35 @@
 #include "adapter/boot_image.h"
 #include "config/vm_config.h"
 
-// A file of its own in the folder for temporary files. It goes with its owner.
+// A new file in the folder for temporary files, which is deleted with its owner.
 class TemporaryFile {
 public:
-    // Makes it, empty. Throws where that fails.
+    // Creates it, empty. Throws when that fails.
     explicit TemporaryFile(const char* extension);
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    // Its name in the folder, in ASCII: whoever runs there finds it by that, however he reads names.
+    // Its name without the folder, in ASCII. A process that runs in the folder finds the file by this name,
+    // whatever encoding it uses for the names of folders.
     const std::string& Name() const {
         return name_;
     }
     const WideText& Path() const {
         return path_;
     }
-    // Deletes it ahead of time, where the platform deletes files that are in use.
+    // Deletes it now. When the platform does not delete a file in use, the destructor tries again.
     void Delete();
 
 private:
     std::string name_;
-    WideText path_;
+    WideText path_;  // empty once the file is deleted
 };
 
-// Writes the front and the modules behind it, of which `request` has the sizes. Throws where that fails.
+// Writes the image's front and the modules. Throws when that fails or a module's size is not that in
+// `request`.
 void WriteBootFile(const WideText& path, const BootImage& image, const BootRequest& request,
                    const std::vector<ModuleEntry>& modules);
 
-// Puts a copy in place of what stands at the target. Throws where that fails.
-void CopyOver(const WideText& source, const WideText& target);
+// Copies a file over the target, or creates it. When a step fails, throws, and an old target is untouched.
+void ReplaceByCopy(const WideText& source, const WideText& target);

@@ -1,4 +1,4 @@
-// Starting the emulator, listening to it, and ending it.
+// Starts the emulator, reads its channels and ends it.
 #include "adapter/machine.h"
 
 #include <optional>
@@ -14,10 +14,10 @@
 
 namespace {
 
-constexpr unsigned LOOK_MS = 50;
+constexpr unsigned POLL_MS = 50;
 constexpr std::uint64_t ANSWER_LIMIT_MS = 15000;
 constexpr std::uint64_t QUIT_LIMIT_MS = 5000;
-constexpr ControlCommand LOOK_AT_REGISTERS{"human-monitor-command", "command-line", "info registers"};
+constexpr ControlCommand LIST_REGISTERS{"human-monitor-command", "command-line", "info registers"};
 
 class Machine {
 public:
@@ -26,47 +26,34 @@ public:
         : start_ms_(GetTickCount64()),
           emulator_(program, Arguments(program, config, image, image_name), config.zoom) {}
 
-    // Waits until the machine exists: only the emulator's first answer proves that.
-    bool Begin() {
-        return Await("QMP", "") && Ask({"qmp_capabilities", "", ""});
+    // Waits until the machine exists: only the emulator's first answer proves that. False without an answer.
+    [[nodiscard]] bool AwaitStart() {
+        return AwaitLine("QMP", "") && Ask({"qmp_capabilities", "", ""});
     }
 
-    // Follows the machine to its end; a limit of 0 is none.
-    MachineEnd Watch(std::uint32_t limit_ms) {
-        std::string halted_at;
-        std::uint64_t next_look_ms = 0;
+    // Follows the machine to its end; a limit of 0 means no limit.
+    MachineEnd AwaitEnd(std::uint32_t limit_ms) {
         while (true) {
-            Look(LOOK_MS);
-            if (HasWritten())
+            ReadChannels(POLL_MS);
+            if (HasExitByte())
                 return MachineEnd::ExitCode;
-            while (const std::optional<ControlLine> line = NextLine()) {
-                if (const std::optional<MachineEnd> end = EndOfEvent(*line)) {
-                    Look(0);  // the byte was written first
-                    return HasWritten() ? MachineEnd::ExitCode : *end;
-                }
-                const auto answer = line->find("return");
-                if (answer == line->end())
-                    continue;
-                const std::optional<std::string> at = HaltedAt(answer->second);
-                // Twice at the same place: the listing is not taken in one moment.
-                if (at && *at == halted_at)
-                    return MachineEnd::Halted;
-                halted_at = at.value_or("");
-                next_look_ms = GetTickCount64() + LOOK_MS;
-            }
+            while (const std::optional<ControlLine> line = NextLine())
+                if (const std::optional<MachineEnd> end = ReportedEnd(*line))
+                    return *end;
             if (control_.HasEnded())
                 return MachineEnd::EmulatorGone;
             const std::uint64_t now_ms = GetTickCount64();
             if (limit_ms != 0 && now_ms - start_ms_ >= limit_ms)
                 return MachineEnd::TimeLimit;
-            if (now_ms >= next_look_ms) {
-                control_.Send(WriteControlLine(LOOK_AT_REGISTERS, ""));
-                next_look_ms = UINT64_MAX;  // until the answer: to one that hangs, sending would stop too
+            if (now_ms >= next_listing_ms_) {
+                control_.Send(WriteControlLine(LIST_REGISTERS, ""));
+                // Not before the answer: sending more commands to an emulator that hangs would block.
+                next_listing_ms_ = UINT64_MAX;
             }
         }
     }
 
-    // Writes the picture of a machine that stands still from here on. Throws with the reason why not.
+    // Stops the machine and writes the picture of its screen. Throws when that fails.
     void WritePicture(const WideText& path) {
         const TemporaryFile picture(".ppm");
         std::optional<ControlLine> answer = Ask({"stop", "", ""});
@@ -74,51 +61,68 @@ public:
             answer = Ask({"screendump", "filename", picture.Name()});
         if (!answer || answer->contains("error"))
             throw std::runtime_error(answer ? (*answer)["desc"] : std::string("pas de réponse."));
-        CopyOver(picture.Path(), path);
+        ReplaceByCopy(picture.Path(), path);
     }
 
-    // Has the emulator end, and takes what it still says.
+    // Asks the emulator to end, and prints the rest of the serial output.
     void Quit() {
         control_.Send(WriteControlLine({"quit", "", ""}, ""));
         const std::uint64_t limit_ms = GetTickCount64() + QUIT_LIMIT_MS;
         while (!(control_.HasEnded() && serial_.HasEnded()) && GetTickCount64() < limit_ms &&
                !(emulator_.HasEnded() && !serial_.IsConnected()))
-            Look(LOOK_MS);
+            ReadChannels(POLL_MS);
         if (!line_is_complete_)
             PrintLine("");
     }
 
-    unsigned char Written() const {
-        return written_.empty() ? 0 : static_cast<unsigned char>(written_.front());
+    // The first byte on the exit port; 0 when there is none.
+    unsigned char ExitByte() const {
+        return HasExitByte() ? static_cast<unsigned char>(exit_bytes_.front()) : 0;
     }
 
 private:
     std::vector<std::string> Arguments(const WideText& program, const VmConfig& config,
                                        const BootImage& image, const std::string& image_name) const {
-        MachineRequest machine;
-        machine.image = image_name;
-        for (std::size_t at = 0; at < config.ide.size(); ++at)
-            machine.disks[at] =
-                config.ide[at].empty() ? std::string() : EmulatorPath(program, config.ide[at]);
-        machine.ram_mib = config.ram_mib;
-        machine.mode = image.mode;
-        machine.has_window = !config.headless;
-        return EmulatorArguments(machine, {control_.Port(), serial_.Port(), exit_code_.Port()});
+        DiskPaths disks;
+        for (std::size_t at = 0; at < disks.size(); ++at)
+            if (!config.ide[at].empty())
+                disks[at] = EmulatorPath(program, config.ide[at]);
+        return EmulatorArguments(config, image_name, disks, image.mode,
+                                 {control_.Port(), serial_.Port(), exit_port_.Port()});
     }
 
-    void Look(unsigned limit_ms) {
-        Channel* const channels[] = {&control_, &serial_, &exit_code_};
+    // Waits for bytes on the channels, prints those of the serial port and keeps the others.
+    void ReadChannels(unsigned limit_ms) {
+        Channel* const channels[] = {&control_, &serial_, &exit_port_};
         AwaitChannels(channels, limit_ms);
-        const std::string said = serial_.Take();
-        if (!said.empty())
-            Print(said);
-        line_is_complete_ = said.empty() ? line_is_complete_ : said.ends_with('\n');
-        control_text_ += control_.Take();
-        written_ += exit_code_.Take();
+        const std::string output = serial_.TakeReceived();
+        if (!output.empty()) {
+            Print(output);
+            line_is_complete_ = output.ends_with('\n');
+        }
+        control_text_ += control_.TakeReceived();
+        exit_bytes_ += exit_port_.TakeReceived();
     }
 
-    bool HasWritten() const {
-        return !written_.empty();
+    bool HasExitByte() const {
+        return !exit_bytes_.empty();
+    }
+
+    // The end of the machine that a line of the control channel reports; none for all other lines.
+    std::optional<MachineEnd> ReportedEnd(const ControlLine& line) {
+        if (const std::optional<MachineEnd> end = EndOfEvent(line)) {
+            ReadChannels(0);  // a byte on the exit port was sent before the event
+            return HasExitByte() ? MachineEnd::ExitCode : *end;
+        }
+        const auto answer = line.find("return");
+        if (answer == line.end())
+            return std::nullopt;
+        const std::optional<std::string> address = HaltedAt(answer->second);
+        // The emulator does not list all registers at one moment: only two equal listings count.
+        const bool is_halted = address && *address == halted_at_;
+        halted_at_ = address.value_or("");
+        next_listing_ms_ = GetTickCount64() + POLL_MS;
+        return is_halted ? std::optional(MachineEnd::Halted) : std::nullopt;
     }
 
     std::optional<ControlLine> NextLine() {
@@ -130,33 +134,36 @@ private:
         return line;
     }
 
-    // The line that has this name with this text, or with any where that is empty; none when the emulator is
-    // gone or does not answer.
-    std::optional<ControlLine> Await(const std::string& name, const std::string& text) {
+    // The next line that contains this name with this text, or with any text when `text` is empty; none when
+    // the emulator has ended or does not answer in time.
+    std::optional<ControlLine> AwaitLine(const std::string& name, const std::string& text) {
         const std::uint64_t limit_ms = GetTickCount64() + ANSWER_LIMIT_MS;
         while (!control_.HasEnded() && !emulator_.HasEnded() && GetTickCount64() < limit_ms) {
             while (std::optional<ControlLine> line = NextLine())
                 if (const auto found = line->find(name);
                     found != line->end() && (text.empty() || found->second == text))
                     return line;
-            Look(LOOK_MS);
+            ReadChannels(POLL_MS);
         }
         return std::nullopt;
     }
 
+    // Sends a command and returns its answer, as AwaitLine does.
     std::optional<ControlLine> Ask(const ControlCommand& command) {
-        const std::string id = NumberText(++asked_);
+        const std::string id = NumberText(++last_id_);
         control_.Send(WriteControlLine(command, id));
-        return Await("id", id);
+        return AwaitLine("id", id);
     }
 
     Channel control_;
     Channel serial_;
-    Channel exit_code_;
+    Channel exit_port_;
     std::string control_text_;
-    std::string written_;  // to the exit port
-    unsigned asked_ = 0;
-    bool line_is_complete_ = true;
+    std::string exit_bytes_;
+    unsigned last_id_ = 0;
+    bool line_is_complete_ = true;  // of the serial output
+    std::string halted_at_;
+    std::uint64_t next_listing_ms_ = 0;
     std::uint64_t start_ms_;
     Emulator emulator_;
 };
@@ -169,9 +176,9 @@ std::uint32_t RunMachine(const WideText& emulator, const VmConfig& config, const
     WriteBootFile(file.Path(), image, request, config.modules);
     Machine machine(emulator, config, image, file.Name());
     MachineEnd end = MachineEnd::EmulatorGone;
-    if (machine.Begin()) {
-        file.Delete();  // it has been read
-        end = machine.Watch(config.timeout_ms);
+    if (machine.AwaitStart()) {
+        file.Delete();  // the emulator has read it
+        end = machine.AwaitEnd(config.timeout_ms);
     }
     std::string failure;
     if (!config.dump.empty() && end != MachineEnd::WindowClosed && end != MachineEnd::EmulatorGone) {
@@ -182,8 +189,8 @@ std::uint32_t RunMachine(const WideText& emulator, const VmConfig& config, const
         }
     }
     machine.Quit();
-    PrintLine(EndText(end, machine.Written(), config.timeout_ms));
+    PrintLine(EndText(end, machine.ExitByte(), config.timeout_ms));
     if (!failure.empty())
         throw std::runtime_error(failure);
-    return ExitCodeOf(end, machine.Written());
+    return ExitCodeOf(end, machine.ExitByte());
 }

@@ -7,9 +7,9 @@
 #include "config/vm_config.h"
 #include "platform/win32.h"
 
-// Runs the machine of a configuration whose files have been checked: what its serial port says comes out on
-// standard output as it is written, then a line about its end; the picture of its screen is written if the
-// configuration names a file for it. Gives the engine's exit code. Throws when the machine cannot be run to
-// its end; nothing stays behind then either.
+// Runs the machine of a configuration whose files have been checked. Prints its serial output as it arrives,
+// then a line about its end, and writes the picture of its screen if the configuration names a file for it.
+// Returns the engine's exit code. Throws when the machine cannot be started or its picture cannot be written.
+// The emulator has ended and the temporary files are deleted in every case.
 std::uint32_t RunMachine(const WideText& emulator, const VmConfig& config, const BootImage& image,
                          const BootRequest& request);

@@ -1,4 +1,4 @@
-// Opening and reading, with the file's name in what goes wrong.
+// Opens and reads a file; the error messages contain its path.
 #include "adapter/sized_file.h"
 
 #include <stdexcept>
@@ -21,8 +21,8 @@ SizedFile::SizedFile(const WideText& path) : path_(path), handle_(OpenForReading
 
 std::string SizedFile::Read(std::uint64_t offset, std::uint64_t count) const {
     std::string bytes(static_cast<std::size_t>(count), '\0');
-    std::size_t came = 0;
-    if (!ReadAt(handle_.Get(), offset, bytes.data(), bytes.size(), came) || came != bytes.size())
+    std::size_t read = 0;
+    if (!ReadAt(handle_.Get(), offset, bytes.data(), bytes.size(), read) || read != bytes.size())
         Fail(path_);
     return bytes;
 }

@@ -1,4 +1,4 @@
-// A file that is read in pieces.
+// A file of known size that is read in pieces.
 #pragma once
 
 #include <cstdint>
@@ -9,14 +9,14 @@
 
 class SizedFile {
 public:
-    // Opens it for reading. Throws where that fails.
+    // Opens the file for reading. Throws when that fails.
     explicit SizedFile(const WideText& path);
 
-    // When it was opened.
+    // Size in bytes when the file was opened.
     std::uint64_t Bytes() const {
         return bytes_;
     }
-    // As many bytes, all of which must be there. Throws where they are not.
+    // Reads `count` bytes from `offset` on. Throws when the file does not contain them all.
     std::string Read(std::uint64_t offset, std::uint64_t count) const;
 
 private:

@@ -1,39 +1,39 @@
-# Runs between the emulator's loader and the kernel: hands the kernel a record of our own making in place of the
-# loader's. It lies on a page of its own behind the kernel, the record and its own fields behind it; the composer writes
-# the record's address into the first instruction. 32-bit protected mode without paging, as the loader leaves it; no stack.
+# Runs between the emulator's loader and the kernel. Completes the Multiboot information that boot_image.cpp has
+# composed and enters the kernel with it. boot_image.cpp puts this code on a page after the kernel, the
+# information right after the code, and writes the information's address into the first instruction. The
+# loader leaves the processor in 32-bit protected mode without paging. There is no stack.
 
-        .set    LOADER_RECORD_WORDS, 22         # 88 bytes; what follows them there is not the record's
+        # Offsets in the information: MultibootInformation in boot_image.cpp.
+        .set    FLAGS, 0
+        .set    FRAMEBUFFER, 88
+        .set    WIDTH, 100                      # 0: no mode is requested
+        .set    HEIGHT, 104
+        .set    KERNEL_ENTRY, 116
+
         .set    HAS_ARGUMENTS_AND_MODULES, 0xC
         .set    HAS_FRAMEBUFFER, 0x1000
+        .set    LOADED_BY_MULTIBOOT, 0x2BADB002
 
-        # The record, as the kernel reads it.
-        .set    FLAGS, 0
-        .set    ARGUMENTS, 16
-        .set    MODULE_COUNT, 20
-        .set    MODULE_LIST, 24
-        .set    FRAMEBUFFER, 88
-        .set    PITCH, 96
-        .set    WIDTH, 100
-        .set    HEIGHT, 104
-        .set    DEPTH_AND_TYPE, 108             # a byte each
-        .set    COLOURS, 110                    # place and size of red, green and blue, a byte each
-        # Ours, behind it.
-        .set    ENTRY, 116
-        .set    GIVEN_ARGUMENTS, 120
-        .set    GIVEN_MODULE_COUNT, 124
-        .set    GIVEN_MODULE_LIST, 128
-        .set    GIVEN_WIDTH, 132                # 0: no mode is asked for
-        .set    GIVEN_HEIGHT, 136
-
-        .set    MULTIBOOT_MAGIC, 0x2BADB002
+        # The display's registers: an index port, followed by a data port.
         .set    DISPLAY_INDEX, 0x1CE
+        .set    DISPLAY_WIDTH, 1
+        .set    DISPLAY_HEIGHT, 2
+        .set    DISPLAY_BITS_PER_PIXEL, 3
+        .set    DISPLAY_ENABLE, 4
+        .set    DISPLAY_OFF, 0
+        .set    DISPLAY_ON, 0x41                # on, cleared, with a linear framebuffer
+
         .set    PCI_ADDRESS, 0xCF8
         .set    PCI_DATA, 0xCFC
         .set    PCI_SLOT_0, 0x80000000
-        .set    PCI_SLOT_32, 0x80010000
+        .set    PCI_SLOT_BYTES, 0x800
+        .set    PCI_SLOT_32, PCI_SLOT_0 + 32 * PCI_SLOT_BYTES
+        .set    PCI_ID, 0
+        .set    PCI_BASE_ADDRESS, 0x10
+        .set    BASE_ADDRESS_MASK, 0xFFFFFFF0
         .set    DISPLAY_ID, 0x11111234
 
-        # The display's register `index` becomes ax.
+        # Sets the display's register `index` to ax. Changes cx and dx.
         .macro  set_display index
         movw    %ax, %cx
         movw    $\index, %ax
@@ -44,7 +44,7 @@
         outw    %ax, %dx
         .endm
 
-        # eax becomes what stands in the register of the slot in esi.
+        # Reads a register of the slot in esi into eax. Changes dx.
         .macro  read_pci register
         leal    \register(%esi), %eax
         movw    $PCI_ADDRESS, %dx
@@ -53,60 +53,51 @@
         inl     %dx, %eax
         .endm
 
-        .text
-        movl    $0, %ebp                        # the record's address, from the composer
-        cld
-        movl    %ebx, %esi
-        movl    %ebp, %edi
-        movl    $LOADER_RECORD_WORDS, %ecx
+        # Copies words of the loader's information, whose address is in ebx. Changes ecx, esi and edi.
+        .macro  copy_words offset, count
+        leal    \offset(%ebx), %esi
+        leal    \offset(%ebp), %edi
+        movl    $\count, %ecx
         rep movsl
+        .endm
+
+        .text
+        movl    $0, %ebp                        # the information's address, written by boot_image.cpp
+        cld
+        copy_words 0, 4                         # up to the arguments
+        copy_words 28, 15                       # after the modules; the loader's ends at 88
         orl     $HAS_ARGUMENTS_AND_MODULES, FLAGS(%ebp)
-        movl    GIVEN_ARGUMENTS(%ebp), %eax
-        movl    %eax, ARGUMENTS(%ebp)
-        movl    GIVEN_MODULE_COUNT(%ebp), %eax
-        movl    %eax, MODULE_COUNT(%ebp)
-        movl    GIVEN_MODULE_LIST(%ebp), %eax
-        movl    %eax, MODULE_LIST(%ebp)
-        cmpl    $0, GIVEN_WIDTH(%ebp)
+        cmpl    $0, WIDTH(%ebp)
         je      enter
 
-        xorl    %eax, %eax
-        set_display 4                           # off
-        movl    GIVEN_WIDTH(%ebp), %eax
-        movl    %eax, WIDTH(%ebp)
-        set_display 1
-        movl    GIVEN_HEIGHT(%ebp), %eax
-        movl    %eax, HEIGHT(%ebp)
-        set_display 2
+        movl    $DISPLAY_OFF, %eax
+        set_display DISPLAY_ENABLE
+        movl    WIDTH(%ebp), %eax
+        set_display DISPLAY_WIDTH
+        movl    HEIGHT(%ebp), %eax
+        set_display DISPLAY_HEIGHT
         movl    $32, %eax
-        set_display 3                           # bits a pixel
-        movl    $0x41, %eax
-        set_display 4                           # on, all of its memory in one piece, cleared
+        set_display DISPLAY_BITS_PER_PIXEL
+        movl    $DISPLAY_ON, %eax
+        set_display DISPLAY_ENABLE
 
         movl    $PCI_SLOT_0, %esi
 next_slot:
-        read_pci 0
+        read_pci PCI_ID
         cmpl    $DISPLAY_ID, %eax
         je      found
-        addl    $0x800, %esi
+        addl    $PCI_SLOT_BYTES, %esi
         cmpl    $PCI_SLOT_32, %esi
         jb      next_slot
         jmp     enter
 found:
-        read_pci 0x10
-        andl    $0xFFFFFFF0, %eax
+        read_pci PCI_BASE_ADDRESS
+        andl    $BASE_ADDRESS_MASK, %eax
         movl    %eax, FRAMEBUFFER(%ebp)
-        movl    $0, FRAMEBUFFER + 4(%ebp)
-        movl    GIVEN_WIDTH(%ebp), %eax
-        shll    $2, %eax
-        movl    %eax, PITCH(%ebp)
-        movw    $0x0120, DEPTH_AND_TYPE(%ebp)   # 32 bits, red, green and blue at places of their own
-        movl    $0x08080810, COLOURS(%ebp)
-        movw    $0x0800, COLOURS + 4(%ebp)
         orl     $HAS_FRAMEBUFFER, FLAGS(%ebp)
 
 enter:
-        movl    $MULTIBOOT_MAGIC, %eax
+        movl    $LOADED_BY_MULTIBOOT, %eax
         movl    %ebp, %ebx
-        jmp     *ENTRY(%ebp)
+        jmp     *KERNEL_ENTRY(%ebp)
         .balign 4, 0x90

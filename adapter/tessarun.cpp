@@ -1,10 +1,9 @@
-// An engine for those who have none: takes the launcher's command line and runs the kernel on a general
-// emulator.
+// An engine on a general emulator: takes the launcher's command line and runs the kernel on the emulator.
 //
-// Exit codes: the byte that the kernel writes to port 0xF4; 0 for a sound dry run, for a machine that was
-// powered off or halted for good, and for a closed window; 1 for a check or a step that failed, 2 for a
-// command line that is not the launcher's, 3 for a reset or a triple fault, 4 for an emulator that is gone,
-// 124 when the time limit ended the machine.
+// Exit codes: the byte that the kernel writes to port 0xF4; 0 for a successful dry run, for a machine that
+// was switched off or halted with interrupts off, and for a closed window; 1 for a failed check or step; 2
+// for a command line in another form than the launcher's; 3 for a reset or a triple fault; 4 for an emulator
+// that ended by itself or does not answer; 124 for the time limit.
 #include <stdexcept>
 #include <utility>
 
@@ -20,10 +19,9 @@
 
 namespace {
 
-constexpr std::uint64_t MIB = 1 << 20;
-
-// The emulator takes an empty image for a drive without a medium; it writes to an image, and takes it for one
-// drive only. Held all at once, one that is named twice shows however it is spelt.
+// Refuses images that the emulator cannot use: it takes an empty one for a drive without a medium, writes to
+// each one, and attaches each to one drive only. All images are open at the same time, so that a file that is
+// named twice is found whatever its two names look like.
 void CheckDisks(const VmConfig& config) {
     std::vector<OwnedHandle> held;
     for (const WideText& path : config.ide) {
@@ -71,7 +69,7 @@ std::string ModeText(const DisplayMode& mode) {
     return NumberText(mode.width) + " x " + NumberText(mode.height);
 }
 
-void TellMode(const BootImage& image) {
+void PrintMode(const BootImage& image) {
     if (!image.mode)
         return;
     PrintLine("Écran : " + ModeText(*image.mode) + " points de 32 bits." +
@@ -88,21 +86,21 @@ std::uint32_t CheckAndRun(const EngineRequest& request) {
     const BootImage image = ImageOf(config, boot);
     const WideText emulator = FindEmulator();
     PrintLine("Émulateur : " + Utf8FromWide(emulator));
-    TellMode(image);
+    PrintMode(image);
     if (!config.headless && !HasDisplay())
         throw std::runtime_error("Aucun affichage pour la fenêtre de la machine : cochez « Sans fenêtres ».");
     if (request.dry_run) {
         PrintLine("Vérification réussie.");
-        return 0;
+        return SUCCESS_EXIT_CODE;
     }
     return RunMachine(emulator, config, image, boot);
 }
 
-std::uint32_t Run(const std::vector<WideText>& arguments, std::uint32_t& failure_code) {
-    failure_code = USAGE_EXIT_CODE;
+void Run(const std::vector<WideText>& arguments, std::uint32_t& exit_code) {
+    exit_code = USAGE_EXIT_CODE;
     const EngineRequest request = ParseEngineArguments(arguments);
-    failure_code = CHECK_EXIT_CODE;
-    return CheckAndRun(request);
+    exit_code = FAILURE_EXIT_CODE;
+    exit_code = CheckAndRun(request);
 }
 
 }  // namespace

@@ -1,9 +1,9 @@
-// What a process got from the one that started it: descriptors on Linux, handles on Windows.
+// The descriptors (Linux) or handles (Windows) that the process has inherited.
 #pragma once
 
 #include <string>
 #include <vector>
 
-// One text for each open descriptor, or each handle that is marked as inheritable, in the order of their
-// values: the value, then the kind or the file where the platform tells.
+// One line for each open descriptor, or for each inheritable handle, in the order of their values: the value,
+// then the file or the kind of object.
 std::vector<std::string> InheritedHandles();

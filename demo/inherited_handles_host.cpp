@@ -1,4 +1,4 @@
-// The descriptors that a process was started with, read from the system's own list.
+// Reads the system's list of the process's descriptors.
 #include <dirent.h>
 #include <limits.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-// The handles that a process was started with: every value that a handle can have is tried.
+// Tries every value that an inherited handle can have: the platform has no list of them.
 #include "demo/inherited_handles.h"
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-# The demonstration's kernel: a Multiboot kernel that says its name on the screen and on the serial port and
+# The demonstration's kernel: a Multiboot kernel that writes its name to the screen and to the serial port and
 # halts. It runs in 32-bit protected mode, as the loader leaves the processor.
 
         .set    MAGIC, 0x1BADB002
@@ -38,7 +38,7 @@ done:
         hlt
         jmp     done
 
-# Sends the character in al once the port can take it; keeps al.
+# Waits until the serial port is ready and sends the character in al. Changes bl and edx.
 send:
         mov     %al, %bl
         mov     $LINE_STATUS, %edx

@@ -1,10 +1,10 @@
-// The stand-in engine: takes the launcher's command line, checks the files that it names and plays a short
+// The stand-in engine: takes the launcher's command line, checks the files in it and simulates a short
 // machine, so that the launcher can be tried and tested without the real engine.
 //
-// Exit codes: 0 for a sound dry run, 1 for a check that failed or output that cannot be written, 2 for a
-// command line that is not the launcher's, 124 for a machine that its time limit stopped, otherwise the code
-// that demo.code= on the kernel command line names. With code above 255 a host process can only end by a
-// signal: the code must then be an exception's.
+// Exit codes: 0 for a successful dry run; 1 for a failed check or output that cannot be written; 2 for a
+// command line in another form than the launcher's; 124 for the time limit; otherwise the value of demo.code=
+// on the kernel command line. Linux has exit codes up to 255 only: a larger one must be that of an exception,
+// and ends the host process by a signal.
 #include <vector>
 
 #include "adapter/engine_checks.h"
@@ -20,7 +20,7 @@
 
 namespace {
 
-void TellStart(const std::vector<WideText>& arguments) {
+void PrintStart(const std::vector<WideText>& arguments) {
     PrintLine("Moteur de démonstration : remplace tessarun, n'exécute aucun noyau.");
     PrintLine("Arguments : " + NumberText(arguments.size()));
     for (const WideText& argument : arguments)
@@ -36,20 +36,20 @@ std::uint32_t CheckAndPlay(const EngineRequest& request, const MachineScript& sc
     CheckFiles(request.config);
     if (request.dry_run) {
         PrintLine("Vérification réussie.");
-        return 0;
+        return SUCCESS_EXIT_CODE;
     }
     if (!request.config.dump.empty())
         PrintLine("Aucune image exportée : ce moteur n'a pas d'écran.");
     return PlayMachine(script, request.config.timeout_ms);
 }
 
-std::uint32_t Run(const std::vector<WideText>& arguments, std::uint32_t& failure_code) {
-    TellStart(arguments);
-    failure_code = USAGE_EXIT_CODE;
+void Run(const std::vector<WideText>& arguments, std::uint32_t& exit_code) {
+    PrintStart(arguments);
+    exit_code = USAGE_EXIT_CODE;
     const EngineRequest request = ParseEngineArguments(arguments);
     const MachineScript script = ParseMachineScript(request.config.command);
-    failure_code = CHECK_EXIT_CODE;
-    return CheckAndPlay(request, script);
+    exit_code = FAILURE_EXIT_CODE;
+    exit_code = CheckAndPlay(request, script);
 }
 
 }  // namespace

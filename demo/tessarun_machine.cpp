@@ -1,7 +1,6 @@
-// The short machine of the stand-in engine: lines over time, then an end.
+// Simulates the stand-in engine's machine.
 #include "demo/tessarun_machine.h"
 
-#include <algorithm>
 #include <string>
 
 #include "adapter/engine_output.h"
@@ -22,15 +21,15 @@ void PrintFiller(std::size_t bytes) {
 }
 
 void SleepUntil(std::uint64_t moment_ms) {
-    for (std::uint64_t now = GetTickCount64(); now < moment_ms; now = GetTickCount64())
-        Sleep(static_cast<DWORD>(moment_ms - now));
+    for (std::uint64_t now_ms = GetTickCount64(); now_ms < moment_ms; now_ms = GetTickCount64())
+        Sleep(static_cast<DWORD>(moment_ms - now_ms));
 }
 
-// A time limit does not end this wait.
+// Waits until the file exists; an empty path means no wait.
 void AwaitFile(const WideText& path) {
-    constexpr DWORD LOOK_EVERY_MS = 10;
+    constexpr DWORD POLL_MS = 10;
     while (!path.empty() && QueryFileType(path, "status") == FileType::Missing)
-        Sleep(LOOK_EVERY_MS);
+        Sleep(POLL_MS);
 }
 
 }  // namespace
@@ -52,7 +51,7 @@ std::uint32_t PlayMachine(const MachineScript& script, std::uint32_t limit_ms) {
         PrintLine("Ligne " + NumberText(line) + " sur " + NumberText(script.lines) + ".");
     }
     SleepUntil(start_ms + (is_cut ? limit_ms : script.duration_ms));
-    AwaitFile(script.awaited);
+    AwaitFile(script.awaited_file);
     if (is_cut) {
         PrintLine("Délai de " + NumberText(limit_ms) + " ms écoulé : machine arrêtée.");
         return TIME_LIMIT_EXIT_CODE;

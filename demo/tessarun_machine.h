@@ -1,4 +1,4 @@
-// The machine that the stand-in engine plays: lines of output over some time, and an exit code.
+// The machine that the stand-in engine simulates: lines of output over some time, and an exit code.
 #pragma once
 
 #include <cstdint>
@@ -6,6 +6,7 @@
 #include "adapter/engine_main.h"
 #include "demo/tessarun_script.h"
 
-// Plays the machine on standard output and gives its exit code. A limit other than 0 that is shorter than the
-// play ends it then, with a line that says so and TIME_LIMIT_EXIT_CODE.
+// Prints the machine's output and returns its exit code. A limit shorter than the script's duration ends the
+// machine after the limit with TIME_LIMIT_EXIT_CODE; a limit of 0 means no limit. The limit does not shorten
+// the wait for `awaited_file`.
 std::uint32_t PlayMachine(const MachineScript& script, std::uint32_t limit_ms);

@@ -1,4 +1,4 @@
-// Reading the kernel command line for the words that play on the machine.
+// Reads the words of the kernel command line that are meant for the stand-in engine.
 #include "demo/tessarun_script.h"
 
 #include <algorithm>
@@ -40,7 +40,7 @@ constexpr std::array<ScriptWord, 7> SCRIPT_WORDS{{
      [](MachineScript& script, WideView value) {
          script.filler_bytes = NumberWithin(value, 0, FILLER_BYTES_MAX);
      }},
-    {TEXT("demo.attend="), [](MachineScript& script, WideView value) { script.awaited = value; }},
+    {TEXT("demo.attend="), [](MachineScript& script, WideView value) { script.awaited_file = value; }},
     {TEXT("demo.texte="),
      [](MachineScript& script, WideView value) { script.texts.push_back(Utf8FromWide(value)); }},
     {TEXT("demo.invalide"),

@@ -1,4 +1,4 @@
-// The words of the kernel command line that set how the stand-in engine plays its machine.
+// The words of the kernel command line that control the stand-in engine's machine.
 #pragma once
 
 #include <cstdint>
@@ -7,17 +7,16 @@
 
 #include "platform/win32.h"
 
-// A short play of a machine.
 struct MachineScript {
     std::uint32_t duration_ms = 200;  // demo.duree=N, at most 3600000
     std::uint32_t lines = 3;          // demo.lignes=N, at most 100000, spread evenly over the duration
     std::uint32_t exit_code = 0;      // demo.code=N, 32 bits
-    std::uint32_t filler_bytes = 0;   // demo.octets=N, at most 64 MiB of log in front of the lines
-    bool writes_bad_utf8 = false;     // demo.invalide: a byte that is no UTF-8
-    WideText awaited;                 // demo.attend=FILE: the machine lives on until this file is there
-    std::vector<std::string> texts;   // demo.texte=TEXT: a line of its own; can stand several times
+    std::uint32_t filler_bytes = 0;   // demo.octets=N, at most 64 MiB of log before the lines
+    bool writes_bad_utf8 = false;     // demo.invalide: a byte that is not valid UTF-8
+    WideText awaited_file;            // demo.attend=FILE: the machine does not end before this file exists
+    std::vector<std::string> texts;   // demo.texte=TEXT: a line of the log; can be repeated
 };
 
 // Reads the words of a kernel command line, which blanks separate. Words that do not begin with "demo." are
-// the kernel's own. Throws for an unknown word that does and for a number that is none or too large.
+// ignored. Throws for an unknown word that does, and for a number that NumberWithin refuses.
 MachineScript ParseMachineScript(WideView kernel_command);

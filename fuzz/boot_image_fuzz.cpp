@@ -1,10 +1,11 @@
-// Any bytes as a kernel, and modules of any size: refused with a message, or an image from which a loader
-// that knows nothing but ELF puts the kernel where its own headers say, with our part behind it.
+// Any bytes as a kernel, and modules of any size: refused with a message, or an image from which an ELF
+// loader loads the kernel to the addresses in its own headers, and the added segment after it.
 #include "adapter/boot_image.h"
 
 #include <algorithm>
 
 #include "adapter/engine_checks.h"
+#include "adapter/kernel_format.h"
 #include "fuzz.h"
 
 namespace {
@@ -14,22 +15,23 @@ constexpr std::uint64_t MEMORY = LOWEST + 0x60000;
 
 struct Loaded {
     std::string memory = std::string(MEMORY - LOWEST, '\0');
-    std::vector<std::pair<std::uint64_t, std::uint64_t>> ranges;  // of addresses, as the headers stand
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> ranges;  // of addresses, in the order of the headers
 };
 
 Loaded Load(std::string_view file) {
     Loaded loaded;
-    const auto word = [&](std::size_t offset) { return std::uint64_t{LittleEndian32(file, offset)}; };
-    for (std::uint64_t at = 0; at < (word(44) & 0xFFFF); ++at) {
-        const std::size_t header = word(28) + at * (word(42) & 0xFFFF);
-        const std::uint64_t bytes = word(header + 16);
-        const std::uint64_t address = word(header + 12);
-        const std::uint64_t end = address + word(header + 20);
-        if (word(header) != 1 || address == end)
+    const auto elf = RecordAt<ElfHeader>(file, 0);
+    for (std::uint64_t at = 0; at < elf.program_header_count; ++at) {
+        const auto header =
+            RecordAt<ProgramHeader>(file, elf.program_headers_offset + at * elf.program_header_bytes);
+        const std::uint64_t address = header.physical_address;
+        const std::uint64_t end = address + header.memory_bytes;
+        if (header.type != ProgramHeader::LOADED || address == end)
             continue;
-        Require(address >= LOWEST && end <= MEMORY && bytes <= end - address);
-        Require(word(header + 4) + bytes <= file.size());
-        loaded.memory.replace(address - LOWEST, bytes, file.substr(word(header + 4), bytes));
+        Require(address >= LOWEST && end <= MEMORY && header.file_bytes <= header.memory_bytes);
+        Require(std::uint64_t{header.offset} + header.file_bytes <= file.size());
+        loaded.memory.replace(address - LOWEST, header.file_bytes,
+                              file.substr(header.offset, header.file_bytes));
         loaded.ranges.emplace_back(address, end);
     }
     return loaded;
@@ -40,17 +42,17 @@ void TestImage(std::string_view kernel, const BootRequest& request, const BootIm
     for (const BootModule& module : request.modules)
         file.append(module.bytes, 'm').append(PaddingBehind(module.bytes), '\0');
     const std::optional<std::size_t> header = FindMultibootHeader(kernel);
-    const bool has_addresses = header && (LittleEndian32(kernel, *header + 4) & 0x10000) != 0;
+    const bool has_addresses = header && (RecordAt<MultibootHeader>(kernel, *header).flags & 0x10000) != 0;
     const Loaded asked = has_addresses ? Loaded() : Load(kernel);
     const Loaded loaded = Load(file);
     Require(FindMultibootHeader(file).has_value());
     const std::uint64_t own = loaded.ranges.back().first;
-    Require(own % 4096 == 0 && own == LittleEndian32(file, 24));
+    Require(own % 4096 == 0 && own == RecordAt<ElfHeader>(file, 0).entry);
     for (const auto& [first, behind] : asked.ranges)
         Require(behind <= own && loaded.memory.compare(first - LOWEST, behind - first, asked.memory,
                                                        first - LOWEST, behind - first) == 0);
-    const std::size_t record = LittleEndian32(loaded.memory, own - LOWEST + 1) - LOWEST;
-    const std::uint32_t entry = LittleEndian32(loaded.memory, record + 116);
+    const std::size_t information = RecordAt<std::uint32_t>(loaded.memory, own - LOWEST + 1) - LOWEST;
+    const std::uint32_t entry = RecordAt<std::uint32_t>(loaded.memory, information + 116);
     bool is_entered = false;
     for (std::size_t at = 1; at < loaded.ranges.size(); ++at) {
         const auto& [first, behind] = loaded.ranges[at - 1];
@@ -58,7 +60,7 @@ void TestImage(std::string_view kernel, const BootRequest& request, const BootIm
         is_entered = is_entered || (entry >= first && entry < behind);
     }
     Require(is_entered);
-    Require(loaded.memory.c_str() + LittleEndian32(loaded.memory, record + 120) - LOWEST ==
+    Require(loaded.memory.c_str() + RecordAt<std::uint32_t>(loaded.memory, information + 16) - LOWEST ==
             request.arguments);
 }
 

@@ -1,10 +1,11 @@
-// The engine on an emulator, as far as it can be told without one: the image that it boots, the emulator's
-// command line, and what the emulator's words mean.
+// The engine on an emulator, without running one: the boot image, the emulator's command line, the lines of
+// its control channel.
 #include <gtest/gtest.h>
 
 #include "adapter/boot_image.h"
 #include "adapter/control.h"
 #include "adapter/emulator_arguments.h"
+#include "adapter/kernel_format.h"
 #include "cases.h"
 
 namespace {
@@ -17,13 +18,6 @@ std::string Words(std::initializer_list<std::uint32_t> words) {
         for (int shift = 0; shift < 32; shift += 8)
             bytes += static_cast<char>(word >> shift);
     return bytes;
-}
-
-std::uint32_t WordAt(std::string_view bytes, std::size_t offset) {
-    std::uint32_t word = 0;
-    for (std::size_t at = 4; at-- > 0;)
-        word = word << 8 | static_cast<unsigned char>(bytes.at(offset + at));
-    return word;
 }
 
 struct Part {
@@ -56,29 +50,31 @@ std::string SmallKernel(const std::string& content = Header(3, 0, 0)) {
     return Elf({{0x100000, 0x100000, content, 4096}}, 0x100000);
 }
 
-// The machine's memory once a loader that knows nothing but ELF has loaded the image.
+// The machine's memory after an ELF loader has loaded the image.
 struct Loaded {
     std::string memory;
-    std::uint32_t entry;
+    std::uint32_t entry = 0;
 
-    explicit Loaded(const std::string& file) : memory(MEMORY, '\0'), entry(WordAt(file, 24)) {
-        for (std::uint32_t at = 0; at < (WordAt(file, 44) & 0xFFFF); ++at) {
-            const std::size_t header = 52 + at * 32;
-            EXPECT_EQ(WordAt(file, header + 8), WordAt(file, header + 12)) << "else the entry moves";
-            EXPECT_LE(WordAt(file, header + 16), WordAt(file, header + 20));
-            memory.replace(WordAt(file, header + 12), WordAt(file, header + 16),
-                           file.substr(WordAt(file, header + 4), WordAt(file, header + 16)));
+    explicit Loaded(const std::string& file) : memory(MEMORY, '\0') {
+        const auto elf = RecordAt<ElfHeader>(file, 0);
+        entry = elf.entry;
+        for (std::size_t at = 0; at < elf.program_header_count; ++at) {
+            const auto header = RecordAt<ProgramHeader>(file, 52 + at * 32);
+            EXPECT_EQ(header.virtual_address, header.physical_address) << "else the entry moves";
+            EXPECT_LE(header.file_bytes, header.memory_bytes);
+            memory.replace(header.physical_address, header.file_bytes,
+                           file.substr(header.offset, header.file_bytes));
         }
     }
     std::uint32_t Word(std::size_t address) const {
-        return WordAt(memory, address);
+        return RecordAt<std::uint32_t>(memory, address);
     }
     std::string Text(std::size_t address) const {
         return memory.c_str() + address;
     }
 };
 
-TEST(BootImage, BringsTheKernelItsArgumentsAndItsModules) {
+TEST(BootImage, ContainsTheKernelItsArgumentsAndItsModules) {
     const std::string code = Header(3, 0, 0) + "code";
     const std::string kernel =
         Elf({{0xC0100000, 0x100000, code, 0x1000}, {0, 0x300004, "data", 0x5000}}, 0xC0100030);
@@ -90,21 +86,21 @@ TEST(BootImage, BringsTheKernelItsArgumentsAndItsModules) {
         file += content + std::string(PaddingBehind(content.size()), '\0');
     const Loaded machine(file);
     const std::size_t header = file.find(Words({0x1BADB002, 3, 0xE4524FFB}));
-    EXPECT_EQ(header, file.find(Words({0x1BADB002}))) << "the loader takes the first one";
+    EXPECT_EQ(header, file.find(Words({0x1BADB002}))) << "the loader uses the first header";
     EXPECT_TRUE(header % 4 == 0 && header < 8192 - 12);
 
     EXPECT_EQ(machine.memory.substr(0x100000, code.size()), code);
     EXPECT_EQ(machine.memory.substr(0x300004, 5), std::string("data\0", 5));
-    EXPECT_EQ(machine.entry, 0x306000U) << "on the page behind the kernel with all of its memory";
-    EXPECT_EQ(machine.memory[machine.entry], '\xBD') << "the stub loads the address of its record";
-    const std::uint32_t record = machine.Word(machine.entry + 1);
-    EXPECT_TRUE(record % 4 == 0 && record > machine.entry && record < machine.entry + 4096);
-    EXPECT_EQ(machine.Word(record + 116), 0x100030U) << "the entry where the segment lies in memory";
-    EXPECT_EQ(machine.Text(machine.Word(record + 120)), request.arguments);
-    EXPECT_EQ(machine.Word(record + 132), 0U) << "no mode";
-    ASSERT_EQ(machine.Word(record + 124), contents.size());
+    EXPECT_EQ(machine.entry, 0x306000U) << "on the page after all of the kernel's memory";
+    EXPECT_EQ(machine.memory[machine.entry], '\xBD') << "the stub's first instruction loads an address";
+    const std::uint32_t information = machine.Word(machine.entry + 1);
+    EXPECT_TRUE(information % 4 == 0 && information > machine.entry && information < machine.entry + 4096);
+    EXPECT_EQ(machine.Word(information + 116), 0x100030U) << "the physical address of the entry";
+    EXPECT_EQ(machine.Text(machine.Word(information + 16)), request.arguments);
+    EXPECT_EQ(machine.Word(information + 100), 0U) << "no mode";
+    ASSERT_EQ(machine.Word(information + 20), contents.size());
     for (std::size_t at = 0; at < contents.size(); ++at) {
-        const std::size_t row = machine.Word(record + 128) + 16 * at;
+        const std::size_t row = machine.Word(information + 24) + 16 * at;
         EXPECT_EQ(machine.Word(row) % 4096, 0U);
         EXPECT_EQ(machine.memory.substr(machine.Word(row), machine.Word(row + 4) - machine.Word(row)),
                   contents[at]);
@@ -128,7 +124,7 @@ TEST(BootImage, PlacesAKernelByTheAddressesInItsHeader) {
     }
 }
 
-TEST(BootImage, GivesTheScreenThatIsAskedFor) {
+TEST(BootImage, SetsTheRequestedMode) {
     using Mode = std::optional<DisplayMode>;
     const struct {
         std::string header;
@@ -151,13 +147,13 @@ TEST(BootImage, GivesTheScreenThatIsAskedFor) {
         const DisplayMode mode = image.mode.value_or(DisplayMode{0, 0});
         EXPECT_EQ(std::pair(mode.width, mode.height), std::pair(tested.width, tested.height));
         const Loaded machine(image.front);
-        const std::uint32_t record = machine.Word(machine.entry + 1);
-        EXPECT_EQ(machine.Word(record + 132), tested.width);
-        EXPECT_EQ(machine.Word(record + 136), tested.height);
+        const std::uint32_t information = machine.Word(machine.entry + 1);
+        EXPECT_EQ(machine.Word(information + 100), tested.width);
+        EXPECT_EQ(machine.Word(information + 104), tested.height);
     }
 }
 
-TEST(BootImage, RefusesWhatItCannotBoot) {
+TEST(BootImage, RefusesAKernelThatCannotBeLoaded) {
     const std::string whole = SmallKernel();
     std::string cut_table = whole;
     cut_table[44] = 9;
@@ -189,7 +185,7 @@ TEST(BootImage, RefusesWhatItCannotBoot) {
     };
     for (const auto& tested : CASES)
         EXPECT_EQ(MessageOf([&] { ComposeBootImage(tested.kernel, {"", {}, {}, MEMORY}); }), tested.message);
-    // The kernel's page, one of ours, and what the firmware keeps leave this much.
+    // The memory without the first MiB, the kernel's page, the added page and the firmware's end.
     const std::uint64_t largest = MEMORY - 0x100000 - 2 * 4096 - 0x40000;
     for (const std::uint64_t more : {0U, 1U}) {
         EXPECT_EQ(MessageOf([&] {
@@ -199,7 +195,7 @@ TEST(BootImage, RefusesWhatItCannotBoot) {
     }
 }
 
-TEST(EmulatorControl, KnowsTheEndOfAMachine) {
+TEST(EmulatorControl, RecognisesTheEndOfAMachine) {
     const struct {
         const char* reason;
         MachineEnd end;
@@ -237,7 +233,7 @@ TEST(EmulatorControl, ReadsAnswersAndWritesCommands) {
               "\\\"b\\\"\\\\é\"}}\n");
 }
 
-TEST(EmulatorControl, SeesAProcessorThatNothingCanWake) {
+TEST(EmulatorControl, RecognisesAProcessorThatIsHaltedForGood) {
     const std::string place = "\r\nEIP=00100033 ";
     EXPECT_EQ(HaltedAt(place + "EFL=00000046 [---Z-P-] A20=1 SMM=0 HLT=1\r\nES =0010"), "00100033");
     EXPECT_FALSE(HaltedAt(place + "EFL=00000246 [---Z-P-] A20=1 SMM=0 HLT=1\r\n"))
@@ -246,25 +242,30 @@ TEST(EmulatorControl, SeesAProcessorThatNothingCanWake) {
     EXPECT_FALSE(HaltedAt("")) << "another answer";
 }
 
-TEST(EmulatorArguments, NameEachDiskAndLeaveRoomForTheScreen) {
-    MachineRequest machine{"/tmp/image", {"", "/a, b/c.img", "", "/d"}, 64, {}, false};
+TEST(EmulatorArguments, NameEachDiskAndGiveTheScreenEnoughMemory) {
+    VmConfig config;
+    config.ram_mib = 64;
+    config.headless = true;
+    std::optional<DisplayMode> mode;
     const auto line = [&] {
         std::string joined;
-        for (const std::string& argument : EmulatorArguments(machine, {1001, 1002, 1003}))
+        for (const std::string& argument :
+             EmulatorArguments(config, "image.elf", {"", "/a, b/c.img", "", "/d"}, mode, {1001, 1002, 1003}))
             joined += argument + "|";
         return joined;
     };
     const std::string first = line();
     for (const char* const part :
-         {"|-m|64|-kernel|/tmp/image|", "|VGA,vgamem_mb=16|-display|none|",
+         {"|-m|64|-kernel|image.elf|", "|VGA,vgamem_mb=16|-display|none|",
           "|socket,id=control,host=127.0.0.1,port=1001|-mon|chardev=control,mode=control|",
           "|-drive|file=/a,, b/c.img,format=raw,if=ide,index=1|-drive|file=/d,format=raw,if=ide,index=3|"})
         EXPECT_NE(first.find(part), std::string::npos) << part << "\n" << first;
     EXPECT_EQ(first.find("index=0"), std::string::npos);
-    machine.has_window = true;
-    for (const auto& [mode, video] : {std::pair(DisplayMode{8192, 8192}, "vgamem_mb=256|-display|gtk|"),
-                                      std::pair(DisplayMode{2048, 2049}, "vgamem_mb=32|-display|gtk|")}) {
-        machine.mode = mode;
+    config.headless = false;
+    for (const auto& [wide_mode, video] :
+         {std::pair(DisplayMode{8192, 8192}, "vgamem_mb=256|-display|gtk|"),
+          std::pair(DisplayMode{2048, 2049}, "vgamem_mb=32|-display|gtk|")}) {
+        mode = wide_mode;
         EXPECT_NE(line().find(video), std::string::npos) << line();
     }
 }

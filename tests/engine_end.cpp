@@ -1,4 +1,4 @@
-// Running an engine to its end.
+// Starts an engine and waits for its end.
 #include "engine_end.h"
 
 #include <gtest/gtest.h>

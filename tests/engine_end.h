@@ -1,4 +1,4 @@
-// A whole run of an engine of the build, started as the launcher starts it.
+// Runs an engine of the build to its end, started as by the launcher.
 #pragma once
 
 #include <string>
@@ -20,5 +20,5 @@ enum class EngineRun { Real, Dry };
 // The path of a file of the build, beside the test program.
 WideText InBuild(WideView name);
 
-// The engine's log and its working directory are the folder's.
+// The folder is the engine's working directory and contains its log.
 EngineEnd RunEngine(WideView engine, const ScratchFolder& folder, const VmConfig& config, EngineRun run);

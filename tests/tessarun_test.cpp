@@ -1,5 +1,4 @@
-// The stand-in engine: what it reads from its command line and its kernel, and whole runs of it as the
-// launcher starts them.
+// The stand-in engine: its command line, and whole runs that are started as by the launcher.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -16,7 +15,7 @@
 
 namespace {
 
-// The arguments that bars separate.
+// Splits arguments at bars.
 std::vector<WideText> Split(std::string_view text) {
     std::vector<WideText> parts{WideText()};
     for (const WCHAR character : Wide(text))
@@ -27,7 +26,7 @@ std::vector<WideText> Split(std::string_view text) {
     return parts;
 }
 
-// The stand-in on the build's kernel, unless the record names another.
+// Runs the stand-in on the build's kernel, unless the record names another.
 EngineEnd RunStandIn(const ScratchFolder& folder, VmConfig config, EngineRun run) {
     if (config.kernel.empty())
         config.kernel = InBuild(TEXT("demo_kernel.elf"));
@@ -40,7 +39,7 @@ TEST(Tessarun, ReadsEachValueOfTheCommandLineIntoItsPlace) {
               "--headless|--force-no-header|--ide-primary-master|0|--ide-primary-slave|1|"
               "--ide-secondary-master|2|--ide-secondary-slave|3|--module-args|a|x y|--module-args|b|"));
     const VmConfig& config = request.config;
-    EXPECT_FALSE(request.dry_run) << "a value is no option";
+    EXPECT_FALSE(request.dry_run) << "the value of --cmdline is not an option";
     EXPECT_EQ(config.command, TEXT("--dry-run"));
     EXPECT_EQ(config.kernel + config.dump, TEXT("k.elfd.ppm"));
     EXPECT_EQ(config.ide[0] + config.ide[1] + config.ide[2] + config.ide[3], TEXT("0123"));
@@ -79,7 +78,7 @@ TEST(Tessarun, RefusesAnyOtherCommandLine) {
     EXPECT_EQ(MessageOf([&] { ParseEngineArguments(modules); }), "--module-args : Maximum : 128 modules.");
 }
 
-TEST(Tessarun, TellsWhatItWasGivenAndInheritedAndPlaysItsMachine) {
+TEST(Tessarun, PrintsItsArgumentsAndInheritedHandlesAndPlaysItsMachine) {
     const ScratchFolder folder;
     SECURITY_ATTRIBUTES inherit = {sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
     const OwnedHandle other(CreateFileW(folder.Of(TEXT("autre")).c_str(), GENERIC_WRITE,

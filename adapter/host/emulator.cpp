@@ -83,7 +83,7 @@ Emulator::Emulator(const WideText& program, const std::vector<std::string>& argu
         throw std::runtime_error("Lancement de l'émulateur impossible.");
     if (child == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
-        // Still there, or nobody would send that signal any more?
+        // The parent may have ended before the request for the signal.
         if (getppid() == parent && chdir(folder.c_str()) == 0)
             execv(path.c_str(), pointers.data());
         std::cerr << "Ce n'est pas un programme : " << path << std::endl;

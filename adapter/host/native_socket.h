@@ -1,4 +1,4 @@
-// The sockets of Linux by the names that both systems share.
+// The sockets of Linux under names that both builds use.
 #pragma once
 
 #include <arpa/inet.h>

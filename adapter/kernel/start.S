@@ -1,4 +1,4 @@
-# Where the loader enters: a stack, and on into the kernel. The header asks for a screen of 640 x 480.
+# The kernel's Multiboot header and entry point. The header requests a screen of 640 x 480.
 
         .set    MAGIC, 0x1BADB002
         .set    FLAGS, 0x7                      # modules on page boundaries, memory information, a mode
@@ -6,8 +6,8 @@
         .section .multiboot, "a"
         .align  4
         .long   MAGIC, FLAGS, -(MAGIC + FLAGS)
-        .long   0, 0, 0, 0, 0                   # addresses: those of the ELF file hold
-        .long   0, 640, 480, 32
+        .long   0, 0, 0, 0, 0                   # no addresses: the ELF file has them
+        .long   0, 640, 480, 32                 # graphics
 
         .section .text
         .globl  start
@@ -21,7 +21,7 @@ halt:
         hlt
         jmp     halt
 
-        .globl  triple_fault                    # a breakpoint that nobody can take
+        .globl  triple_fault                    # a breakpoint without an interrupt table
 triple_fault:
         lidt    no_table
         int3

@@ -1,5 +1,5 @@
-// The emulator on Windows. Under Wine it may be a program of the machine below, which has names of its own
-// for files and gives no handle of its process: that one outlives an owner that is killed.
+// The emulator on Windows. Under Wine it can be a Unix program. Such a program takes Unix paths, and Wine
+// returns no handle of its process, so that it outlives an engine that is killed.
 #include "adapter/emulator.h"
 
 #include <stdexcept>
@@ -12,7 +12,7 @@
 
 namespace {
 
-// A text of the kind that the platform copies into a buffer, whose size it tells when it is too small.
+// The text that a platform call copies into a buffer; empty when the call fails.
 template <typename Query>
 WideText TextOf(const Query& query) {
     WideText text(32768, WCHAR{});
@@ -30,15 +30,15 @@ bool IsProgram(const WideText& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
-// Gives the name by which the machine below Wine knows a file; null on Windows itself.
-using NativeName = char*(CDECL*)(const WCHAR*);
-NativeName FindNativeName() {
+// Wine's function that returns the Unix path of a file, to be freed by the caller; null on Windows.
+using UnixPathFunction = char*(CDECL*)(const WCHAR*);
+UnixPathFunction FindUnixPathFunction() {
     const FARPROC exported =
         GetProcAddress(GetModuleHandleW(TEXT("kernel32.dll")), "wine_get_unix_file_name");
-    return reinterpret_cast<NativeName>(reinterpret_cast<void*>(exported));
+    return reinterpret_cast<UnixPathFunction>(reinterpret_cast<void*>(exported));
 }
 
-bool IsOfMachineBelow(const WideText& program) {
+bool IsUnixProgram(const WideText& program) {
     return !program.ends_with(TEXT(".exe"));
 }
 
@@ -46,8 +46,8 @@ bool IsOfMachineBelow(const WideText& program) {
     throw std::runtime_error("Lancement de l'émulateur impossible : " + Utf8FromWide(WindowsErrorText(code)));
 }
 
-// Ends the process with the last handle of the job, however its owner goes.
-OwnedHandle JobOf(HANDLE process) {
+// Puts the process into a job that ends it when the engine's handle of the job is closed, also by a kill.
+OwnedHandle PutIntoJob(HANDLE process) {
     OwnedHandle job(CreateJobObjectW(nullptr, nullptr));
     JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
     limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
@@ -69,7 +69,8 @@ WideText FindEmulator() {
         return named;
     if (!named.empty())
         throw std::runtime_error("Émulateur introuvable : TESSARUN_QEMU nomme " + Utf8FromWide(named));
-    const WideText folders = Setting(TEXT("PATH"));  // not the folder of the files that are run
+    const WideText folders =
+        Setting(TEXT("PATH"));  // without them SearchPathW would look into the current folder too
     for (const WCHAR* const name : {TEXT("qemu-system-i386.exe"), TEXT("qemu-system-x86_64.exe")}) {
         const WideText found = TextOf([&](WCHAR* text, DWORD size) {
             return SearchPathW(folders.c_str(), name, nullptr, size, text, nullptr);
@@ -79,9 +80,9 @@ WideText FindEmulator() {
             if (!path.empty() && IsProgram(path))
                 return path;
     }
-    const WideText below = TEXT("Z:\\usr\\bin\\qemu-system-i386");
-    if (FindNativeName() != nullptr && IsProgram(below))
-        return below;
+    const WideText unix_program = TEXT("Z:\\usr\\bin\\qemu-system-i386");
+    if (FindUnixPathFunction() != nullptr && IsProgram(unix_program))
+        return unix_program;
     throw std::runtime_error("Émulateur introuvable : installez QEMU pour Windows.");
 }
 
@@ -93,10 +94,10 @@ WideText TemporaryFolder() {
 }
 
 std::string EmulatorPath(const WideText& program, const WideText& path) {
-    const NativeName native_name = FindNativeName();
-    if (native_name == nullptr || !IsOfMachineBelow(program))
+    const UnixPathFunction unix_path = FindUnixPathFunction();
+    if (unix_path == nullptr || !IsUnixProgram(program))
         return Utf8FromWide(path);
-    char* const native = native_name(path.c_str());
+    char* const native = unix_path(path.c_str());
     if (native == nullptr)
         throw std::runtime_error("Chemin incorrect : " + Utf8FromWide(path));
     const std::string text = native;
@@ -126,9 +127,9 @@ Emulator::Emulator(const WideText& program, const std::vector<std::string>& argu
         ThrowLaunchError(GetLastError());
     OwnedHandle process(started.hProcess);
     const OwnedHandle thread(started.hThread);
-    if (!process)
+    if (!process)  // a Unix program
         return;
-    group_ = reinterpret_cast<std::intptr_t>(JobOf(process.Get()).Release());
+    job_ = reinterpret_cast<std::intptr_t>(PutIntoJob(process.Get()).Release());
     process_ = reinterpret_cast<std::intptr_t>(process.Release());
     ResumeThread(thread.Get());
 }
@@ -140,7 +141,7 @@ Emulator::~Emulator() {
         TerminateProcess(reinterpret_cast<HANDLE>(process_), 1);
         WaitForSingleObject(reinterpret_cast<HANDLE>(process_), 5000);
     }
-    CloseHandle(reinterpret_cast<HANDLE>(group_));
+    CloseHandle(reinterpret_cast<HANDLE>(job_));
     CloseHandle(reinterpret_cast<HANDLE>(process_));
 }
 

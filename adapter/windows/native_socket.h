@@ -1,4 +1,4 @@
-// The sockets of Windows by the names that both systems share.
+// The sockets of Windows under names that both builds use.
 #pragma once
 
 #include <winsock2.h>

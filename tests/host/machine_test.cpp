@@ -1,4 +1,4 @@
-// Real machines: the engine on an emulator boots a kernel of the project's own, as the launcher starts it.
+// Real machines: the engine, started as by the launcher, boots the project's kernel on the emulator.
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
@@ -7,10 +7,29 @@
 #include <filesystem>
 
 #include "adapter/emulator.h"
+#include "adapter/files.h"
 #include "cases.h"
 #include "engine_end.h"
+#include "platform/host/hooks.h"
 
 namespace {
+
+TEST(PictureFaults, LeaveTheOldPicture) {
+    const ScratchFolder folder;
+    const WideText source = folder.Of(TEXT("new"));
+    const WideText target = folder.Of(TEXT("écran.ppm"));
+    WriteBytes(source, "new");
+    for (const char* const call : {"CreateFileW", "WriteFile", "FlushFileBuffers", "MoveFileExW"}) {
+        WriteBytes(target, "old");
+        // The first file that is opened is the source.
+        host::FailCall(call, call == std::string_view("CreateFileW") ? 2 : 1, ERROR_DISK_FULL);
+        EXPECT_NE(MessageOf([&] { ReplaceByCopy(source, target); }), "") << call;
+        EXPECT_EQ(ReadBytes(target), "old") << call;
+        EXPECT_EQ(ListFolder(folder.path).size(), 2U) << call;
+    }
+    ReplaceByCopy(source, target);
+    EXPECT_EQ(ReadBytes(target), "new");
+}
 
 class Machine : public testing::Test {
 protected:
@@ -32,7 +51,7 @@ protected:
         config.command = arguments;
         const EngineEnd run = RunEngine(TEXT("on_emulator\\tessarun.exe"), folder, config, kind);
         for (const WideText& name : ListFolder(folder.path))
-            EXPECT_FALSE(name.starts_with(TEXT("tessarun-"))) << "what the emulator has read goes";
+            EXPECT_FALSE(name.starts_with(TEXT("tessarun-"))) << "temporary files are deleted";
         return run;
     }
 
@@ -98,7 +117,7 @@ TEST_F(Machine, EndsAsItsKernelDoes) {
     }
 }
 
-TEST_F(Machine, TakesAKernelWithoutHeaderAndSaysWhatItCannotDo) {
+TEST_F(Machine, AcceptsAKernelWithoutHeaderAndReportsWhatItCannotDo) {
     std::string kernel = ReadBytes(config.kernel);
     kernel.replace(kernel.find("\x02\xB0\xAD\x1B"), 4, "none");
     config.kernel = folder.Of(TEXT("sans en-tête.elf"));

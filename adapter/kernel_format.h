@@ -1,0 +1,71 @@
+// The records of an ELF file and of Multiboot as they are stored: little-endian, without gaps.
+#pragma once
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+static_assert(std::endian::native == std::endian::little, "the records are copied as they are");
+
+struct ElfHeader {
+    enum : std::uint16_t { EXECUTABLE = 2, I386 = 3 };
+
+    std::array<char, 16> identity;
+    std::uint16_t type, machine;
+    std::uint32_t version, entry, program_headers_offset, section_headers_offset, flags;
+    std::uint16_t header_bytes, program_header_bytes, program_header_count;
+    std::array<std::uint16_t, 3> section_header_numbers;
+};
+
+struct ProgramHeader {
+    enum : std::uint32_t { LOADED = 1, EXECUTABLE = 1, ALL_ACCESS = 7 };
+
+    std::uint32_t type, offset, virtual_address, physical_address, file_bytes, memory_bytes, flags, alignment;
+};
+
+struct MultibootHeader {
+    enum : std::uint32_t { MAGIC = 0x1BADB002 };
+    enum : std::uint32_t { ALIGNED_MODULES = 1, MEMORY = 2, HAS_MODE = 4, HAS_ADDRESSES = 0x10000 };
+    enum : std::uint32_t { UNKNOWN_FLAGS = 0xFFF8 };  // a loader refuses a kernel with one of these
+
+    std::uint32_t magic, flags, checksum;
+};
+
+// After the header; valid with HAS_ADDRESSES. An end of 0: the end of the file, no memory after the content.
+struct MultibootAddresses {
+    std::uint32_t header, load_start, load_end, memory_end, entry;
+};
+
+// After the addresses; valid with HAS_MODE.
+struct MultibootMode {
+    enum : std::uint32_t { GRAPHICS = 0 };
+
+    std::uint32_t type, width, height;
+};
+
+// A module as the kernel finds it: addresses in memory.
+struct MultibootModule {
+    std::uint32_t start, end, arguments, reserved;
+};
+
+static_assert(sizeof(ElfHeader) == 52 && sizeof(ProgramHeader) == 32 && sizeof(MultibootHeader) == 12 &&
+              sizeof(MultibootAddresses) == 20 && sizeof(MultibootModule) == 16);
+
+// The record at an offset. Throws when the bytes end before it does.
+template <typename Record>
+Record RecordAt(std::string_view bytes, std::uint64_t offset) {
+    if (offset + sizeof(Record) > bytes.size())
+        throw std::runtime_error("fichier ELF tronqué.");
+    Record record;
+    std::memcpy(&record, bytes.data() + offset, sizeof record);
+    return record;
+}
+
+template <typename Record>
+void AppendRecord(std::string& bytes, const Record& record) {
+    bytes.append(reinterpret_cast<const char*>(&record), sizeof record);
+}
