@@ -48,7 +48,8 @@ struct Kernel {
     std::uint64_t end = 0;  // the first address after its memory
 };
 
-void AddSegment(std::string_view file, const ProgramHeader& header, std::uint32_t elf_entry, Kernel& kernel) {
+void ReadSegment(std::string_view file, const ProgramHeader& header, std::uint32_t elf_entry,
+                 Kernel& kernel) {
     if (header.type != ProgramHeader::LOADED || header.memory_bytes == 0)
         return;
     if (std::uint64_t{header.offset} + header.file_bytes > file.size() ||
@@ -97,9 +98,9 @@ Kernel ReadKernel(std::string_view file, const std::optional<std::size_t>& heade
     Kernel kernel;
     kernel.entry = elf.entry;
     for (std::uint64_t at = 0; at < elf.program_header_count; ++at)
-        AddSegment(file,
-                   RecordAt<ProgramHeader>(file, elf.program_headers_offset + at * elf.program_header_bytes),
-                   elf.entry, kernel);
+        ReadSegment(file,
+                    RecordAt<ProgramHeader>(file, elf.program_headers_offset + at * elf.program_header_bytes),
+                    elf.entry, kernel);
     if (header_offset &&
         (RecordAt<MultibootHeader>(file, *header_offset).flags & MultibootHeader::HAS_ADDRESSES) != 0)
         ReplaceSegments(file, *header_offset, kernel);

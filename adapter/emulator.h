@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "base/owned_handle.h"
 #include "platform/win32.h"
 
 // The path of the emulator's program: the value of the environment variable TESSARUN_QEMU, otherwise the
@@ -35,6 +36,7 @@ public:
     bool HasEnded();
 
 private:
-    std::intptr_t process_ = 0;  // a process identifier on Linux, a handle on Windows
-    std::intptr_t job_ = 0;      // Windows only
+    int process_identifier_ = 0;  // Linux only; 0 once the process has ended
+    OwnedHandle process_;         // Windows only
+    OwnedHandle job_;             // Windows only; closing it ends the process
 };

@@ -89,18 +89,18 @@ Emulator::Emulator(const WideText& program, const std::vector<std::string>& argu
         std::cerr << "Ce n'est pas un programme : " << path << std::endl;
         _exit(127);
     }
-    process_ = child;
+    process_identifier_ = child;
 }
 
 Emulator::~Emulator() {
     if (HasEnded())
         return;
-    kill(static_cast<pid_t>(process_), SIGKILL);
-    waitpid(static_cast<pid_t>(process_), nullptr, 0);
+    kill(process_identifier_, SIGKILL);
+    waitpid(process_identifier_, nullptr, 0);
 }
 
 bool Emulator::HasEnded() {
-    if (process_ != 0 && waitpid(static_cast<pid_t>(process_), nullptr, WNOHANG) != 0)
-        process_ = 0;
-    return process_ == 0;
+    if (process_identifier_ != 0 && waitpid(process_identifier_, nullptr, WNOHANG) != 0)
+        process_identifier_ = 0;
+    return process_identifier_ == 0;
 }

@@ -4,7 +4,6 @@
 
 #include <stdexcept>
 
-#include "base/owned_handle.h"
 #include "base/path_ops.h"
 #include "base/text_convert.h"
 #include "base/windows_error.h"
@@ -125,26 +124,21 @@ Emulator::Emulator(const WideText& program, const std::vector<std::string>& argu
                        CREATE_NO_WINDOW | CREATE_SUSPENDED, nullptr, TemporaryFolder().c_str(), &startup,
                        &started) == FALSE)
         ThrowLaunchError(GetLastError());
-    OwnedHandle process(started.hProcess);
+    process_ = OwnedHandle(started.hProcess);
     const OwnedHandle thread(started.hThread);
-    if (!process)  // a Unix program
+    if (!process_)  // a Unix program
         return;
-    job_ = reinterpret_cast<std::intptr_t>(PutIntoJob(process.Get()).Release());
-    process_ = reinterpret_cast<std::intptr_t>(process.Release());
+    job_ = PutIntoJob(process_.Get());
     ResumeThread(thread.Get());
 }
 
 Emulator::~Emulator() {
-    if (process_ == 0)
+    if (!process_ || HasEnded())
         return;
-    if (!HasEnded()) {
-        TerminateProcess(reinterpret_cast<HANDLE>(process_), 1);
-        WaitForSingleObject(reinterpret_cast<HANDLE>(process_), 5000);
-    }
-    CloseHandle(reinterpret_cast<HANDLE>(job_));
-    CloseHandle(reinterpret_cast<HANDLE>(process_));
+    TerminateProcess(process_.Get(), 1);
+    WaitForSingleObject(process_.Get(), 5000);
 }
 
 bool Emulator::HasEnded() {
-    return process_ != 0 && WaitForSingleObject(reinterpret_cast<HANDLE>(process_), 0) == WAIT_OBJECT_0;
+    return process_ && WaitForSingleObject(process_.Get(), 0) == WAIT_OBJECT_0;
 }

@@ -19,10 +19,10 @@ TEST(PictureFaults, LeaveTheOldPicture) {
     const WideText source = folder.Of(TEXT("new"));
     const WideText target = folder.Of(TEXT("écran.ppm"));
     WriteBytes(source, "new");
+    WriteBytes(target, "old");
     for (const char* const call : {"CreateFileW", "WriteFile", "FlushFileBuffers", "MoveFileExW"}) {
-        WriteBytes(target, "old");
-        // The first file that is opened is the source.
-        host::FailCall(call, call == std::string_view("CreateFileW") ? 2 : 1, ERROR_DISK_FULL);
+        const bool is_second = call == std::string_view("CreateFileW");  // the first opens the source
+        host::FailCall(call, is_second ? 2 : 1, ERROR_DISK_FULL);
         EXPECT_NE(MessageOf([&] { ReplaceByCopy(source, target); }), "") << call;
         EXPECT_EQ(ReadBytes(target), "old") << call;
         EXPECT_EQ(ListFolder(folder.path).size(), 2U) << call;
