@@ -10,6 +10,6 @@
 // Runs the machine of a configuration whose files have been checked. Prints its serial output as it arrives,
 // then a line about its end, and writes the picture of its screen if the configuration names a file for it.
 // Returns the engine's exit code. Throws when the machine cannot be started or its picture cannot be written.
-// The emulator has ended and the temporary files are deleted in every case.
+// Ends the emulator and deletes the temporary files in both cases.
 std::uint32_t RunMachine(const WideText& emulator, const VmConfig& config, const BootImage& image,
                          const BootRequest& request);

@@ -1,5 +1,5 @@
-# Runs between the emulator's loader and the kernel. Completes the Multiboot information that boot_image.cpp has
-# composed and enters the kernel with it. boot_image.cpp puts this code on a page after the kernel, the
+# Runs between the emulator's loader and the kernel: completes the Multiboot information and enters the kernel
+# with it. boot_image.cpp composes the information, puts this code on a page after the kernel and the
 # information right after the code, and writes the information's address into the first instruction. The
 # loader leaves the processor in 32-bit protected mode without paging. There is no stack.
 

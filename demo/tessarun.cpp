@@ -3,8 +3,8 @@
 //
 // Exit codes: 0 for a successful dry run; 1 for a failed check or output that cannot be written; 2 for a
 // command line in another form than the launcher's; 124 for the time limit; otherwise the value of demo.code=
-// on the kernel command line. Linux has exit codes up to 255 only: a larger one must be that of an exception,
-// and ends the host process by a signal.
+// on the kernel command line. On Linux a code above 255 must be that of an exception: the process ends by a
+// signal.
 #include <vector>
 
 #include "adapter/engine_checks.h"

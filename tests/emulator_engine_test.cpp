@@ -60,7 +60,8 @@ struct Loaded {
         entry = elf.entry;
         for (std::size_t at = 0; at < elf.program_header_count; ++at) {
             const auto header = RecordAt<ProgramHeader>(file, 52 + at * 32);
-            EXPECT_EQ(header.virtual_address, header.physical_address) << "else the entry moves";
+            EXPECT_EQ(header.virtual_address, header.physical_address)
+                << "a loader would translate the entry";
             EXPECT_LE(header.file_bytes, header.memory_bytes);
             memory.replace(header.physical_address, header.file_bytes,
                            file.substr(header.offset, header.file_bytes));
@@ -237,9 +238,9 @@ TEST(EmulatorControl, RecognisesAProcessorThatIsHaltedForGood) {
     const std::string place = "\r\nEIP=00100033 ";
     EXPECT_EQ(HaltedAt(place + "EFL=00000046 [---Z-P-] A20=1 SMM=0 HLT=1\r\nES =0010"), "00100033");
     EXPECT_FALSE(HaltedAt(place + "EFL=00000246 [---Z-P-] A20=1 SMM=0 HLT=1\r\n"))
-        << "an interrupt will come";
+        << "an interrupt can wake it";
     EXPECT_FALSE(HaltedAt(place + "EFL=00000046 [---Z-P-] A20=1 SMM=0 HLT=0\r\n"));
-    EXPECT_FALSE(HaltedAt("")) << "another answer";
+    EXPECT_FALSE(HaltedAt("")) << "not a listing of the registers";
 }
 
 TEST(EmulatorArguments, NameEachDiskAndGiveTheScreenEnoughMemory) {

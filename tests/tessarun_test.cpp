@@ -100,7 +100,7 @@ TEST(Tessarun, PrintsItsArgumentsAndInheritedHandlesAndPlaysItsMachine) {
         const std::string line = end.log.substr(at, end.log.find('\n', at) - at);
         inherited.insert(line.substr(line.find(' ', mark.size()) + 1));
     }
-    EXPECT_EQ(inherited.size(), 2U) << "the log and its empty input: " << end.log;
+    EXPECT_EQ(inherited.size(), 2U) << "the log and the standard input: " << end.log;
 }
 
 TEST(Tessarun, EndsWithTheCodeOfItsOutcome) {

@@ -1,5 +1,5 @@
-// A small Multiboot kernel. It prints the loader's information on the first serial port, reads a sector of the
-// first disk and draws on its screen. Its arguments choose its end: code=N (the exit code, 0 by default),
+// A small Multiboot kernel. It prints the loader's information on the first serial port, reads a sector of
+// the first disk and draws on its screen. Its arguments choose its end: code=N (the exit code, 0 by default),
 // fin=arret (halt), fin=boucle (endless loop), fin=extinction (power off) or fin=faute (triple fault).
 #include <stdint.h>
 

@@ -113,7 +113,7 @@ TEST_F(Machine, EndsAsItsKernelDoes) {
         const EngineEnd run = Run(tested.arguments);
         EXPECT_EQ(run.exit_code, tested.exit_code) << run.log;
         EXPECT_TRUE(run.log.ends_with("\nFin.\n" + std::string(tested.last_line))) << run.log;
-        EXPECT_EQ(ReadBytes(config.dump).substr(0, 10), "P6\n640 480") << "as the kernel's header asks";
+        EXPECT_EQ(ReadBytes(config.dump).substr(0, 10), "P6\n640 480") << "as the kernel's header requests";
     }
 }
 
