@@ -55,8 +55,8 @@ void RegisterClasses(HINSTANCE instance) {
 void CreateMainWindow(Launcher& launcher) {
     const SIZE size = BaseWindowSize();
     launcher.main_window =
-        CreateWindowExW(0, MAIN_WINDOW_CLASS, TitleText(false), MAIN_WINDOW_STYLE, CW_USEDEFAULT, CW_USEDEFAULT,
-                        size.cx, size.cy, nullptr, nullptr, launcher.instance, &launcher);
+        CreateWindowExW(0, MAIN_WINDOW_CLASS, TitleText(false), MAIN_WINDOW_STYLE, CW_USEDEFAULT,
+                        CW_USEDEFAULT, size.cx, size.cy, nullptr, nullptr, launcher.instance, &launcher);
     if (launcher.main_window == nullptr)
         throw std::runtime_error("Création du lanceur impossible.");
 }
