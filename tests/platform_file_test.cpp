@@ -8,7 +8,7 @@ namespace {
 
 constexpr DWORD READ = GENERIC_READ;
 constexpr DWORD WRITE = GENERIC_WRITE;
-constexpr DWORD LOOK = FILE_READ_ATTRIBUTES;
+constexpr DWORD QUERY = FILE_READ_ATTRIBUTES;
 constexpr DWORD FOLDERS = FILE_FLAG_BACKUP_SEMANTICS;
 constexpr DWORD RW = FILE_SHARE_READ | FILE_SHARE_WRITE;
 constexpr DWORD REPLACE = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
@@ -37,7 +37,7 @@ DWORD ErrorOf(BOOL result) {
 
 }  // namespace
 
-TEST(PlatformFile, AnOpenFailsWithTheErrorOfItsMistake) {
+TEST(PlatformFile, AWrongOpenFailsWithItsOwnError) {
     const ScratchFolder scratch;
     WriteBytes(scratch.Of(TEXT("file")), "x");
     MakeFolder(scratch.Of(TEXT("folder")));
@@ -53,18 +53,18 @@ TEST(PlatformFile, AnOpenFailsWithTheErrorOfItsMistake) {
         {TEXT("missing"), READ, OPEN_EXISTING, 0, ERROR_FILE_NOT_FOUND},
         {TEXT("missing\\a"), READ, OPEN_EXISTING, 0, ERROR_PATH_NOT_FOUND},
         {TEXT("missing\\a"), WRITE, CREATE_NEW, 0, ERROR_PATH_NOT_FOUND},
-        {TEXT("file\\a"), LOOK, OPEN_EXISTING, FOLDERS, ERROR_PATH_NOT_FOUND},
+        {TEXT("file\\a"), QUERY, OPEN_EXISTING, FOLDERS, ERROR_PATH_NOT_FOUND},
         {TEXT("folder"), READ, OPEN_EXISTING, 0, ERROR_ACCESS_DENIED},
-        {TEXT("folder"), LOOK, OPEN_EXISTING, 0, ERROR_ACCESS_DENIED},
-        {TEXT("folder"), LOOK, OPEN_EXISTING, FOLDERS, 0},
+        {TEXT("folder"), QUERY, OPEN_EXISTING, 0, ERROR_ACCESS_DENIED},
+        {TEXT("folder"), QUERY, OPEN_EXISTING, FOLDERS, 0},
         {TEXT("folder"), WRITE, CREATE_NEW, 0, ERROR_FILE_EXISTS},
         {TEXT("folder"), WRITE, CREATE_ALWAYS, 0, ERROR_ACCESS_DENIED},
-        {TEXT("folder\\"), LOOK, OPEN_EXISTING, FOLDERS, 0},
-        {TEXT("file\\"), LOOK, OPEN_EXISTING, FOLDERS, ERROR_INVALID_NAME},
+        {TEXT("folder\\"), QUERY, OPEN_EXISTING, FOLDERS, 0},
+        {TEXT("file\\"), QUERY, OPEN_EXISTING, FOLDERS, ERROR_INVALID_NAME},
         {TEXT("missing\\"), WRITE, CREATE_NEW, 0, ERROR_INVALID_NAME},
         {TEXT("a*"), READ, OPEN_EXISTING, 0, ERROR_INVALID_NAME},
         {TEXT("missing\\a?"), WRITE, CREATE_NEW, 0, ERROR_INVALID_NAME},
-        {TEXT("a<"), LOOK, OPEN_EXISTING, FOLDERS, ERROR_INVALID_NAME},
+        {TEXT("a<"), QUERY, OPEN_EXISTING, FOLDERS, ERROR_INVALID_NAME},
         {TEXT("a>|\""), READ, OPEN_EXISTING, 0, ERROR_INVALID_NAME},
         {TEXT("a\tb"), READ, OPEN_EXISTING, 0, ERROR_INVALID_NAME},
         {TEXT("file. "), READ, OPEN_EXISTING, 0, 0},

@@ -1,9 +1,9 @@
-// The order in which what waits is given out.
+// The order in which waiting messages are returned.
 #include <gtest/gtest.h>
 
 #include "probe_windows.h"
 
-TEST(PlatformMessage, PostedMessagesComeAheadOfTheEndOfInputOfPaintingAndOfTimers) {
+TEST(PlatformMessage, PostedMessagesComeBeforeTheQuitMessageInputPaintingAndTimers) {
     ProbeWindows probe;
     const HWND main = probe.MakeMain();
     SetTimer(main, 1, 10, nullptr);

@@ -1,9 +1,9 @@
-// Where the focus goes from a window that cannot have it any more.
+// The focus, the order of windows, and the caret of an edit field.
 #include <gtest/gtest.h>
 
 #include "probe_windows.h"
 
-TEST(PlatformWindow, RestoringGivesTheFocusToTheWindowItself) {
+TEST(PlatformWindow, RestoringFocusesTheWindowItself) {
     ProbeWindows probe;
     const HWND main = probe.MakeMain();
     const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 10, 10}, main);
@@ -16,7 +16,7 @@ TEST(PlatformWindow, RestoringGivesTheFocusToTheWindowItself) {
     EXPECT_EQ(GetFocus(), main);
 }
 
-TEST(PlatformWindow, FocusLeavesWhatIsDisabledOrHidden) {
+TEST(PlatformWindow, ADisabledOrHiddenWindowLosesTheFocus) {
     ProbeWindows probe;
     const HWND main = probe.MakeMain();
     const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 10, 10}, main);
@@ -36,7 +36,7 @@ TEST(PlatformWindow, FocusLeavesWhatIsDisabledOrHidden) {
     EXPECT_EQ(GetFocus(), main);
 }
 
-TEST(PlatformWindow, StaysAboveTheWindowsThatItGoesBackTo) {
+TEST(PlatformWindow, AnOwnedWindowStaysAboveItsOwners) {
     ProbeWindows probe;
     const HWND main = probe.MakeMain();
     const HWND log = probe.Make("log", WS_OVERLAPPEDWINDOW | WS_VISIBLE, {500, 100, 600, 200}, main);

@@ -58,10 +58,9 @@ WideText TemporaryFolder() {
 }
 
 std::string EmulatorPath(const WideText&, const WideText& path) {
-    std::string native;
-    if (!host::FindNative(path.c_str(), native))
-        throw std::runtime_error("Chemin incorrect : " + Utf8FromWide(path));
-    return native;
+    if (const auto native = host::ToNativePath(path.c_str()))
+        return *native;
+    throw std::runtime_error("Chemin incorrect : " + Utf8FromWide(path));
 }
 
 bool HasDisplay() {

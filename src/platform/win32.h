@@ -1,5 +1,5 @@
-// The one door to the platform: Windows itself, or the layer that stands in for it elsewhere.
-// Nothing else in the program asks on which of them it runs.
+// The only header through which the program uses the platform: Windows itself, or the layer in its place
+// elsewhere. No other source of the program depends on which of them it is.
 #pragma once
 
 #ifdef _WIN32
@@ -7,7 +7,7 @@
 #define NOMINMAX
 #endif
 #include <windows.h>
-// The common headers need the one above before them.
+// These need windows.h before them.
 #include <commctrl.h>
 #include <commdlg.h>
 #else
@@ -21,6 +21,6 @@
 #include <string>
 #include <string_view>
 
-// Text as the platform holds it: UTF-16 code units, 16 bits on every build.
+// Text of the platform: UTF-16 code units, 16 bits on every build.
 using WideText = std::basic_string<WCHAR>;
 using WideView = std::basic_string_view<WCHAR>;

@@ -6,8 +6,7 @@
 #include <sstream>
 
 #include "host/command_scene.h"
-#include "platform/host/hooks.h"
-#include "platform/host/system/inspect.h"
+#include "platform/host/hooks/test_hooks.h"
 
 namespace {
 

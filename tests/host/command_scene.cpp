@@ -11,8 +11,8 @@
 #include "form/title.h"
 #include "launch/engine_run.h"
 #include "launch/log_window.h"
-#include "platform/host/hooks.h"
-#include "platform/host/system/inspect.h"
+#include "platform/host/hooks/call_hooks.h"
+#include "platform/host/hooks/test_hooks.h"
 #include "shell/config_commands.h"
 
 namespace {
@@ -40,7 +40,7 @@ unsigned Step(Scene& scene) {
     const bool is_short = scene.shortage != nullptr && std::exchange(*scene.shortage, false);
     unsigned delay_ms = 10;
     if (const HWND box = user::Box()) {
-        const host::OwnCalls own;
+        const host::SuspendHooks suspended;
         AnswerBox(scene, box);
     } else if (scene.when_shown && IsWindowVisible(user::MainWindow()) != FALSE) {
         KillTimer(user::MainWindow(), 1);
@@ -182,9 +182,9 @@ void PrintTo(const SceneCommand& command, std::ostream* out) {
 }
 
 int Scene::Play(const std::function<void()>& test, const std::function<void()>& strike) {
-    constexpr std::uint64_t MS_PER_LOOK = 5;
+    constexpr std::uint64_t MS_PER_READING = 5;
     host::ResetLayer();
-    host::TakeClock(MS_PER_LOOK);
+    host::UseTestClock(MS_PER_READING);
     when_shown = [&] {
         test();
         run.launcher.dirty = false;
@@ -192,7 +192,7 @@ int Scene::Play(const std::function<void()>& test, const std::function<void()>& 
     boxes.clear();
     bool has_begun = false;
     const auto pass_time = [&](unsigned ms) {
-        host::MoveClock(ms);
+        host::AdvanceTestClock(ms);
         if (!std::exchange(has_begun, true) && strike)
             strike();
     };

@@ -8,7 +8,7 @@
 #include "cases.h"
 #include "config/config_file.h"
 #include "config/config_text.h"
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/test_hooks.h"
 #include "scratch.h"
 
 namespace {
@@ -21,7 +21,7 @@ TEST(ConfigFileFaults, OfAnIncompleteWriteLeaveTheOldFile) {
     const ScratchFolder folder;
     const WideText path = folder.Of(TEXT("a.config"));
     WriteBytes(path, "old");
-    host::MakeShort("WriteFile");
+    host::HalveTransfer("WriteFile");
     EXPECT_EQ(MessageOf([&] { WriteConfigFile(path, {}); }), CANNOT_SAVE) << "a short write is none";
     EXPECT_EQ(ReadBytes(path), "old");
     EXPECT_EQ(ListFolder(folder.path).size(), 1U);
@@ -31,11 +31,11 @@ TEST(ConfigFileFaults, MakeAReadFailWhole) {
     const ScratchFolder folder;
     const WideText path = folder.Of(TEXT("a.config"));
     WriteBytes(path, "version=1\nzoom=3");
-    host::MakeShort("ReadFile");
+    host::HalveTransfer("ReadFile");
     EXPECT_EQ(ReadConfigFile(path).zoom, 3U) << "a read that comes up short is followed by another";
     const WideText one_byte = folder.Of(TEXT("b.config"));
     WriteBytes(one_byte, "x");
-    host::MakeShort("ReadFile");
+    host::HalveTransfer("ReadFile");
     EXPECT_EQ(MessageOf([&] { ReadConfigFile(one_byte); }), CANNOT_READ) << "a file that has become shorter";
 }
 
@@ -54,7 +54,7 @@ TEST(FileSystemFaults, TellAbsenceFromEveryOtherFailure) {
     const OwnedHandle file = OpenForReading(folder.Of(TEXT("ab")));
     char bytes[2]{};
     std::size_t read = 0;
-    host::MakeShort("ReadFile");
+    host::HalveTransfer("ReadFile");
     EXPECT_TRUE(ReadAt(file.Get(), 0, bytes, 2, read));
     EXPECT_EQ(read, 2U) << "one byte, then the other";
 }
@@ -62,7 +62,7 @@ TEST(FileSystemFaults, TellAbsenceFromEveryOtherFailure) {
 TEST(ConfigFileFaults, PassOverTemporaryNamesThatAreTaken) {
     const ScratchFolder folder;
     const WideText path = folder.Of(TEXT("a.config"));
-    host::TakeClock();
+    host::UseTestClock();
     const WideText stem = path + TEXT(".tmp-") + WideNumberText(GetCurrentProcessId()) + TEXT("-") +
                           WideNumberText(GetTickCount64()) + TEXT("-");
     WriteBytes(stem + TEXT("0"), "taken");
@@ -84,7 +84,7 @@ TEST(ConfigFileFaults, PassOverTemporaryNamesThatAreTaken) {
     EXPECT_EQ(std::count(calls.begin(), calls.end(), "CreateFileW"), 100);
     EXPECT_EQ(ReadBytes(path), ComposeConfigText({}));
 
-    host::TakeClock(1);
+    host::UseTestClock(1);
     host::ClearFaults();
     const WideText in_no_folder = folder.Of(TEXT("none\\a.config"));
     host::StartTrace();
@@ -92,9 +92,9 @@ TEST(ConfigFileFaults, PassOverTemporaryNamesThatAreTaken) {
     EXPECT_EQ(host::Trace(), (std::vector<std::string>{"GetFullPathNameW", "CreateFileW"})) << "one attempt";
     for (unsigned nth = 1; nth <= 4; ++nth)
         host::FailCall("CreateFileW", nth, ERROR_FILE_EXISTS);
-    const std::uint64_t before = host::Now();
+    const std::uint64_t before = GetTickCount64();
     WriteConfigFile(path, {});
-    EXPECT_EQ(host::Now() - before, 6U) << "each of five attempts looks at the clock";
+    EXPECT_EQ(GetTickCount64() - before, 6U) << "each of five attempts looks at the clock";
     EXPECT_EQ(host::ClearFaults(), 4U);
 }
 

@@ -14,8 +14,7 @@
 #include "cases.h"
 #include "config/config_file.h"
 #include "config/config_text.h"
-#include "platform/host/hooks.h"
-#include "platform/host/system/inspect.h"
+#include "platform/host/hooks/test_hooks.h"
 #include "scratch.h"
 
 namespace {

@@ -2,21 +2,22 @@
 #include <malloc.h>
 
 #include <iterator>
+#include <optional>
 #include <stdexcept>
 
-#include "platform/host/controls/inspect.h"
-#include "platform/host/system/inspect.h"
+#include "platform/host/hooks/test_hooks.h"
+#include "platform/host/system/native.h"
 #include "scratch.h"
 
 std::filesystem::path NativePath(WideView path) {
-    const std::string native = host::NativePath(path);
-    if (native.empty())
+    const std::optional<std::string> native = host::ToNativePath(WideText(path).c_str());
+    if (!native)
         throw std::runtime_error("no full path on drive C: " + Narrow(path));
-    return native;
+    return *native;
 }
 
 WideText WindowsPath(const std::filesystem::path& native) {
-    return host::WidePath(std::filesystem::absolute(native).native());
+    return host::FromNativePath(std::filesystem::absolute(native).native());
 }
 
 WideText ClipboardText() {

@@ -8,9 +8,7 @@
 #include "form/form_ids.h"
 #include "launch/log_window.h"
 #include "launcher_run.h"
-#include "platform/host/boxes/inspect.h"
-#include "platform/host/controls/inspect.h"
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/test_hooks.h"
 
 namespace {
 
@@ -130,7 +128,7 @@ TEST(ProgramHooks, WhatCannotBeReadOfALogIsLeftOut) {
             WriteBytes(launcher.log_path, "première moitié");
             ShowLogWindow(launcher);
             WriteBytes(launcher.log_path, "12345678");
-            host::MakeShort("ReadFile");
+            host::HalveTransfer("ReadFile");
             host::FailCall("ReadFile", 2, ERROR_IO_DEVICE);
             RefreshLogWindow(launcher);
             EXPECT_EQ(host::ClearFaults(), 1U);

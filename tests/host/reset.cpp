@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/test_hooks.h"
 
 namespace {
 

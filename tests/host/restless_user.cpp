@@ -1,11 +1,11 @@
 // Sessions over the layer: the clock is the test's own.
 #include "restless_user.h"
 
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/test_hooks.h"
 
 void BeginSession() {
     host::ResetLayer();
-    host::TakeClock();
+    host::UseTestClock();
 }
 
 bool TimeIsOurs() {
@@ -13,7 +13,7 @@ bool TimeIsOurs() {
 }
 
 void PassTime(unsigned ms) {
-    host::MoveClock(ms);
+    host::AdvanceTestClock(ms);
 }
 
 std::size_t ActionsOf(bool is_long) {

@@ -4,8 +4,7 @@
 #include "base/path_ops.h"
 #include "form/form_ids.h"
 #include "launcher_run.h"
-#include "platform/host/hooks.h"
-#include "platform/host/system/inspect.h"
+#include "platform/host/hooks/test_hooks.h"
 
 namespace {
 

@@ -1,11 +1,9 @@
-// The window classes that are there before a program registers any: the controls and the boxes are ordinary
-// windows of the layer.
+// The window classes that exist before the program registers any: those of the controls and the boxes.
 #include <array>
 
 #include "platform/host/api/comctl32.h"
 #include "platform/host/boxes/box.h"
 #include "platform/host/controls/control.h"
-#include "platform/host/controls/procedures.h"
 #include "platform/host/windows/window.h"
 
 namespace host {

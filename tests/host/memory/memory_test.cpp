@@ -11,7 +11,7 @@
 #include "host/command_scene.h"
 #include "host/memory/shortage.h"
 #include "launch/log_window.h"
-#include "platform/host/system/inspect.h"
+#include "platform/host/hooks/test_hooks.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-// The types and values that every part of the layer shares.
+// The types and values that all headers of the platform share.
 #pragma once
 
 #include <cstddef>
@@ -55,7 +55,7 @@ using HDWP = void*;
 #define FALSE 0
 #define MAX_PATH 260
 
-// The platform's own idiom for a wide literal.
+// TEXT expands its argument first, as the platform's macro does.
 #define LAYER_WIDE_LITERAL(quote) u##quote
 #define TEXT(quote) LAYER_WIDE_LITERAL(quote)
 
@@ -71,7 +71,7 @@ constexpr WORD LOWORD(std::intptr_t value) {
 constexpr WORD HIWORD(std::intptr_t value) {
     return HIWORD(static_cast<std::uintptr_t>(value));
 }
-// Like the platform's macros, these take the low words of integers of any kind.
+// Like the platform's macros, these use the low words of integers of any type.
 template <typename Low, typename High>
 constexpr LONG MAKELONG(Low low, High high) {
     return static_cast<LONG>((static_cast<DWORD>(low) & 0xFFFFU) | (static_cast<DWORD>(high) << 16));

@@ -18,7 +18,7 @@ constexpr DWORD ICC_TAB_CLASSES = 0x0008;
 #define WC_TABCONTROLW TEXT("SysTabControl32")
 #define WC_LISTVIEWW TEXT("SysListView32")
 
-// FALSE with the last error set when a fault was asked for; the classes are there from the start.
+// Has no effect, because the classes exist from the start. FALSE with the last error set only at a fault.
 BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* classes);
 
 // --- the tab control ---

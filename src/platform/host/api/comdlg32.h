@@ -1,5 +1,5 @@
-// The boxes in which the user chooses a file to open or to write (COMDLG32). A box is a window of the layer
-// with a message loop of its own; it is answered by messages and keys as the platform's own box is.
+// The boxes in which the user chooses a file to open or to write (COMDLG32). A box is a window with its own
+// message loop; it is answered by messages and keys, as the platform's box is.
 #pragma once
 
 #include "platform/host/api/base.h"
@@ -42,10 +42,10 @@ constexpr DWORD OFN_PATHMUSTEXIST = 0x00000800;
 constexpr DWORD OFN_FILEMUSTEXIST = 0x00001000;
 constexpr DWORD OFN_EXPLORER = 0x00080000;
 
-// TRUE with the full path of the chosen file in lpstrFile; FALSE when the user cancelled, with
-// CommDlgExtendedError 0, or when a fault was asked for, with its error code in CommDlgExtendedError.
+// TRUE with the full path of the chosen file in lpstrFile. FALSE if the user cancelled, or if the box could
+// not be shown; CommDlgExtendedError is 0 only in the first case.
 BOOL WINAPI GetOpenFileNameW(OPENFILENAMEW* request);
 BOOL WINAPI GetSaveFileNameW(OPENFILENAMEW* request);
 
-// Why the last of these boxes gave FALSE; 0 for a cancelled one.
+// The error of the last file box; 0 if it was answered or cancelled.
 DWORD WINAPI CommDlgExtendedError();

@@ -1,4 +1,4 @@
-// The little of drawing that the program needs (GDI32): its two fonts, and what a frame leaves out.
+// Drawing (GDI32), as far as the program needs it: two fonts, and the excluded rectangle of a frame.
 #pragma once
 
 #include "platform/host/api/base.h"
@@ -10,5 +10,5 @@ HGDIOBJ WINAPI GetStockObject(int object);
 
 constexpr int SIMPLEREGION = 2;
 
-// Nothing is drawn here, so there is nothing to leave out.
+// Has no effect, because nothing is drawn.
 int WINAPI ExcludeClipRect(HDC device, int left, int top, int right, int bottom);

@@ -1,5 +1,5 @@
-// The system calls of the layer: text conversion, paths, files, processes, time and the wording of errors.
-// Each call keeps the platform's own contract; what is told here is only what the layer leaves out.
+// System calls (KERNEL32): text conversion, paths, files, processes, time and the texts of errors. Each call
+// follows the platform's contract; the comments here say only what the layer does not support.
 #pragma once
 
 #include "platform/host/api/base.h"
@@ -39,9 +39,7 @@ constexpr DWORD ERROR_INVALID_FLAGS = 1004;
 constexpr DWORD ERROR_NO_UNICODE_TRANSLATION = 1113;
 constexpr DWORD ERROR_IO_DEVICE = 1117;
 constexpr DWORD ERROR_INVALID_WINDOW_HANDLE = 1400;
-constexpr DWORD ERROR_CANNOT_FIND_WND_CLASS = 1407;
 constexpr DWORD ERROR_CLASS_ALREADY_EXISTS = 1410;
-constexpr DWORD ERROR_CLASS_DOES_NOT_EXIST = 1411;
 constexpr DWORD ERROR_CONTROL_ID_NOT_FOUND = 1421;
 constexpr DWORD ERROR_NO_SYSTEM_RESOURCES = 1450;
 constexpr DWORD ERROR_CANT_RESOLVE_FILENAME = 1921;
@@ -69,16 +67,16 @@ DWORD WINAPI GetFullPathNameW(LPCWSTR path, DWORD size, LPWSTR full, LPWSTR* fil
 DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR path);
 BOOL WINAPI SetCurrentDirectoryW(LPCWSTR path);
 
-// Only the program's own file, that is module null.
+// Only the program itself: module null.
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size);
 HMODULE WINAPI GetModuleHandleW(LPCWSTR name);
 
-// --- where DLLs are looked for; of no effect here, where there are none ---
+// --- the search for DLLs; without effect, because there are none ---
 
 constexpr DWORD LOAD_LIBRARY_SEARCH_USER_DIRS = 0x400;
 constexpr DWORD LOAD_LIBRARY_SEARCH_SYSTEM32 = 0x800;
 
-// Only the empty folder, and only the system's.
+// The first only with the empty folder, the second only with both constants.
 BOOL WINAPI SetDllDirectoryW(LPCWSTR folder);
 BOOL WINAPI SetDefaultDllDirectories(DWORD folders);
 
@@ -119,7 +117,7 @@ struct BY_HANDLE_FILE_INFORMATION {
 using LPBY_HANDLE_FILE_INFORMATION = BY_HANDLE_FILE_INFORMATION*;
 static_assert(sizeof(BY_HANDLE_FILE_INFORMATION) == 52);
 
-struct OVERLAPPED;  // overlapped work is not offered: every pointer to one must be null
+struct OVERLAPPED;  // not supported: every pointer to one must be null
 using LPOVERLAPPED = OVERLAPPED*;
 
 constexpr DWORD GENERIC_READ = 0x80000000;
@@ -159,8 +157,8 @@ constexpr DWORD STD_INPUT_HANDLE = static_cast<DWORD>(-10);
 constexpr DWORD STD_OUTPUT_HANDLE = static_cast<DWORD>(-11);
 constexpr DWORD STD_ERROR_HANDLE = static_cast<DWORD>(-12);
 
-// Share modes hold among the handles of this process and those that its living children took over. A symbolic
-// link is followed. No template, no asynchronous work, no security descriptor.
+// Share modes apply to the handles of this process and those that its running children inherited. A symbolic
+// link is followed. No template, no overlapped input or output, no security descriptor.
 HANDLE WINAPI CreateFileW(LPCWSTR path, DWORD access, DWORD share_mode, LPSECURITY_ATTRIBUTES security,
                           DWORD disposition, DWORD flags, HANDLE template_file);
 BOOL WINAPI ReadFile(HANDLE file, LPVOID buffer, DWORD size, LPDWORD read, LPOVERLAPPED overlapped);
@@ -168,15 +166,15 @@ BOOL WINAPI WriteFile(HANDLE file, LPCVOID buffer, DWORD size, LPDWORD written, 
 BOOL WINAPI SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, PLARGE_INTEGER position, DWORD method);
 BOOL WINAPI GetFileSizeEx(HANDLE file, PLARGE_INTEGER size);
 BOOL WINAPI FlushFileBuffers(HANDLE file);
-// Only the attributes, and of those whether it is a folder.
+// Sets only the attributes, and of those only whether it is a folder.
 BOOL WINAPI GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION information);
 DWORD WINAPI GetFileType(HANDLE file);
-// A close that a fault makes fail has closed the handle all the same.
+// A call that fails by a fault closes the handle nevertheless.
 BOOL WINAPI CloseHandle(HANDLE handle);
 // Within one file system only.
 BOOL WINAPI MoveFileExW(LPCWSTR from, LPCWSTR to, DWORD flags);
 BOOL WINAPI DeleteFileW(LPCWSTR path);
-// The process's own three streams. Their handles are not counted as open and do not close.
+// The three streams of this process. Their handles are not counted as open and cannot be closed.
 HANDLE WINAPI GetStdHandle(DWORD which);
 
 // --- processes ---
@@ -234,44 +232,45 @@ constexpr DWORD STILL_ACTIVE = 259;
 
 BOOL WINAPI InitializeProcThreadAttributeList(LPPROC_THREAD_ATTRIBUTE_LIST list, DWORD count, DWORD flags,
                                               SIZE_T* size);
-// Only PROC_THREAD_ATTRIBUTE_HANDLE_LIST; the handles themselves stay the caller's and are read at the start.
+// Only PROC_THREAD_ATTRIBUTE_HANDLE_LIST. The caller keeps the array of handles until the process is started.
 BOOL WINAPI UpdateProcThreadAttribute(LPPROC_THREAD_ATTRIBUTE_LIST list, DWORD flags, DWORD_PTR attribute,
                                       PVOID value, SIZE_T size, PVOID previous_value, SIZE_T* return_size);
 void WINAPI DeleteProcThreadAttributeList(LPPROC_THREAD_ATTRIBUTE_LIST list);
 
-// A child gets its three standard streams, or those that it may inherit, and without a list of handles every
-// other inheritable handle too. The application name is required, the environment is always the parent's. The
-// thread handle can only be closed.
+// The child gets those of its three standard streams that it may inherit and, if there is no list of handles,
+// every other inheritable handle. The application name is required, the environment is always the parent's.
+// The thread handle can only be closed.
 BOOL WINAPI CreateProcessW(LPCWSTR application, LPWSTR command_line, LPSECURITY_ATTRIBUTES process_security,
                            LPSECURITY_ATTRIBUTES thread_security, BOOL inherit_handles, DWORD flags,
                            LPVOID environment, LPCWSTR current_directory, LPSTARTUPINFOW startup,
                            LPPROCESS_INFORMATION information);
-// Waits for processes only, and in real time even when the clock is taken over.
+// Waits for processes only, and in real time even with a test clock.
 DWORD WINAPI WaitForSingleObject(HANDLE handle, DWORD milliseconds);
 BOOL WINAPI GetExitCodeProcess(HANDLE process, LPDWORD exit_code);
 DWORD WINAPI GetCurrentProcessId();
 
-// A code above 255 must be an exception code that a signal stands for; the process then ends by that signal.
+// A code above 255 must be an exception code that corresponds to a signal; the process then ends by that
+// signal.
 [[noreturn]] void WINAPI ExitProcess(UINT exit_code);
 
 // --- time ---
 
 ULONGLONG WINAPI GetTickCount64();
 
-// With the clock taken over it moves the clock instead of waiting.
+// With a test clock it advances the clock instead of waiting.
 void WINAPI Sleep(DWORD milliseconds);
 
-// --- the wording of errors ---
+// --- the texts of errors ---
 
 constexpr DWORD FORMAT_MESSAGE_ALLOCATE_BUFFER = 0x100;
 constexpr DWORD FORMAT_MESSAGE_IGNORE_INSERTS = 0x200;
 constexpr DWORD FORMAT_MESSAGE_FROM_SYSTEM = 0x1000;
 
-// Only with these three flags together. The texts are those of an English system.
+// Only with these three flags together. The texts are those of an English Windows.
 DWORD WINAPI FormatMessageW(DWORD flags, LPCVOID source, DWORD code, DWORD language, LPWSTR buffer,
                             DWORD size, void* arguments);
 HLOCAL WINAPI LocalFree(HLOCAL memory);
 
-// --- the entry of a windowed program ---
+// --- the entry point of a windowed program ---
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE previous_instance, LPWSTR command_line, int show_command);

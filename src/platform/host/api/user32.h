@@ -1,5 +1,5 @@
-// Windows, messages, timers, input and painting (USER32), with the message numbers and styles of the standard
-// controls. All calls come from one thread.
+// Windows, messages, timers, input and painting (USER32), with the messages and styles of the standard
+// controls. All calls for a window must come from the thread that created it.
 #pragma once
 
 #include "platform/host/api/base.h"
@@ -438,7 +438,7 @@ BOOL WINAPI AdjustWindowRectEx(LPRECT rectangle, DWORD style, BOOL menu, DWORD e
 BOOL WINAPI InvalidateRect(HWND window, const RECT* rectangle, BOOL erase);
 BOOL WINAPI RedrawWindow(HWND window, const RECT* rectangle, HRGN region, UINT flags);
 BOOL WINAPI UpdateWindow(HWND window);
-// Whether the window waits to be painted; its rectangle and its erasing are not told.
+// Returns whether the window needs to be painted; `rectangle` must be null and `erase` FALSE.
 BOOL WINAPI GetUpdateRect(HWND window, LPRECT rectangle, BOOL erase);
 HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name);
 

@@ -1,8 +1,8 @@
-// The window of a box: where it stands, how the focus moves in it, and the loop that waits for its answer.
+// The window of a box: its position, its focus, and its message loop.
 #include "platform/host/boxes/box.h"
 
 #include "platform/host/controls/control.h"
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 
 namespace host {
 namespace {
@@ -29,7 +29,7 @@ bool HasDialogCode(HWND control, int code) {
     return (SendMessageW(control, WM_GETDLGCODE, 0, 0) & code) != 0;
 }
 
-// A button that gets the focus by an arrow key is the one that Enter presses.
+// A button that gets the focus by an arrow key becomes the one that Enter presses.
 LRESULT MoveFocus(const Box& box, HWND next) {
     for (HWND button = GetWindow(box.window, GW_CHILD); button != nullptr;
          button = GetWindow(button, GW_HWNDNEXT))
@@ -44,7 +44,7 @@ LRESULT MoveFocus(const Box& box, HWND next) {
 }
 
 bool TakeMessage(MSG& message) {
-    const OwnCalls own;
+    const SuspendHooks suspended;
     return GetMessageW(&message, nullptr, 0, 0) > 0;
 }
 
@@ -65,7 +65,7 @@ void PumpMessages(const Box& box) {
 }  // namespace
 
 void MakeBox(Box& box, HWND owner, const WCHAR* title, int width, int height) {
-    const OwnCalls own;
+    const SuspendHooks suspended;
     const HWND root = owner == nullptr ? nullptr : RootOf(owner);
     const POINT corner = MiddleOf(root, width, height);
     CreateWindowExW(BOX_EXTENDED_STYLE, u"#32770", title, BOX_STYLE, corner.x, corner.y, width, height, root,
@@ -73,7 +73,7 @@ void MakeBox(Box& box, HWND owner, const WCHAR* title, int width, int height) {
 }
 
 HWND AddToBox(const Box& box, const BoxControl& control) {
-    const OwnCalls own;
+    const SuspendHooks suspended;
     return CreateWindowExW(0, control.class_name, control.text, control.style | WS_CHILD | WS_VISIBLE,
                            control.place.left, control.place.top, control.place.width, control.place.height,
                            box.window, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(control.id)), nullptr,
@@ -107,7 +107,7 @@ LRESULT CALLBACK BoxProcedure(HWND window, UINT message, WPARAM wparam, LPARAM l
     if (message == WM_NCCREATE) {
         const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lparam);
         if (creation->lpCreateParams == nullptr)
-            NotImplemented("CreateWindowExW", "#32770 other than by the boxes");
+            NotImplemented("CreateWindowExW", "#32770 other than by the layer's boxes");
         SetWindowLongPtrW(window, STATE_OFFSET, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
         static_cast<Box*>(creation->lpCreateParams)->window = window;
     }
@@ -131,7 +131,7 @@ LRESULT CALLBACK BoxProcedure(HWND window, UINT message, WPARAM wparam, LPARAM l
         case DM_GETDEFID:
             return MAKELPARAM(static_cast<unsigned>(box->default_id), DC_HASDEFID);
         case WM_NCDESTROY:
-            // The owner may go, and the box with it, while the box is open.
+            // The owner may be destroyed, and the box with it, while the box is open.
             box->is_open = false;
             box->window = nullptr;
             SetWindowLongPtrW(window, STATE_OFFSET, 0);

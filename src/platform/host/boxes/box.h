@@ -1,5 +1,5 @@
-// A modal box of the layer: a window of class #32770 with controls, which its user answers while its owner
-// waits. The message box and the file boxes are made of it. Nothing outside the layer includes this.
+// A modal box: a window of class #32770 with controls, as the message box and the file boxes use it. Its
+// owner is disabled until the user answers.
 #pragma once
 
 #include <functional>
@@ -11,14 +11,14 @@ namespace host {
 
 struct Box {
     HWND window = nullptr;
-    HWND focus = nullptr;   // the control that has the focus, or gets it back with the activation
-    int default_id = IDOK;  // the button of the Enter key
-    int answer = IDCANCEL;  // the button that closed the box
+    HWND focus = nullptr;   // the control that gets the focus when the box is activated
+    int default_id = IDOK;  // the button that Enter presses
+    int answer = IDCANCEL;  // the identifier of the button that closed the box
     bool is_open = true;
     std::function<void(int id)> on_command;  // a button was pressed, or the box was cancelled
 };
 
-// In the client area of the box.
+// In client coordinates of the box.
 struct Place {
     int left;
     int top;
@@ -34,19 +34,23 @@ struct BoxControl {
     Place place;
 };
 
-// Makes the hidden box, in the middle of its owner or of the screen. The box must stay where it is until
-// RunBox is over. No fault strikes the windows of a box: they can always be made.
+// Creates the window of the box, hidden, in the middle of its owner or of the screen. The record must not
+// move until RunBox has returned. Faults do not apply to the windows of a box.
 void MakeBox(Box& box, HWND owner, const WCHAR* title, int width, int height);
 
 HWND AddToBox(const Box& box, const BoxControl& control);
 
 LRESULT CALLBACK BoxProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 
-// From inside a command: the box closes with this answer.
+// For `on_command`: closes the box with this answer.
 void CloseBox(Box& box, int answer);
 
-// Shows the box, with its owner disabled, until it is closed, and destroys it. Timers and everything else go
-// on meanwhile. Gives the answer; IDCANCEL when the program is to quit.
+// Shows the box until it is closed, in a message loop of its own, then destroys it. Returns the answer, or
+// IDCANCEL at a WM_QUIT, which is posted again.
 int RunBox(Box& box);
+
+// --- for ResetLayer ---
+
+void ResetLastFileBox();
 
 }  // namespace host

@@ -1,17 +1,17 @@
-// GetOpenFileNameW and GetSaveFileNameW: a box with the name of the file, typed or filled in, and two
-// buttons. There is no list of files to choose from.
+// GetOpenFileNameW and GetSaveFileNameW: a box with a field for the name of the file and two buttons. It has
+// no list of files.
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "platform/host/api/comdlg32.h"
 #include "platform/host/boxes/box.h"
-#include "platform/host/boxes/inspect.h"
 #include "platform/host/controls/control.h"
-#include "platform/host/hooks.h"
-#include "platform/host/system/inspect.h"
+#include "platform/host/hooks/call_hooks.h"
+#include "platform/host/hooks/test_hooks.h"
 #include "platform/host/system/native.h"
 
 namespace host {
@@ -28,31 +28,28 @@ constexpr int BOX_HEIGHT = 130;
 enum class Purpose { Open, Save };
 enum class FileKind { Missing, File, Folder };
 
-// One showing of a file box.
-struct Showing {
+struct FileBox {
     Purpose purpose;
     const OPENFILENAMEW& request;
-    Text folder;     // where relative names start
-    Text extension;  // what a name without one gets; empty for nothing
+    Text folder;     // of relative names
+    Text extension;  // added to a name without one; may be empty
     Box box;
     HWND name_field = nullptr;
-    Text chosen;  // the full path, once there is one
+    Text chosen;  // the full path after IDOK
 };
 
 struct LastBox {
-    DWORD error = 0;  // why it gave FALSE
+    DWORD error = 0;  // for CommDlgExtendedError
     FileBoxRequest request;
 };
 
-LastBox& Last() {
-    return Lasting<LastBox>();
-}
+LastBox last_box;
 
-Text TextOrNone(LPCWSTR text) {
+Text TextOrEmpty(LPCWSTR text) {
     return text == nullptr ? Text() : Text(text);
 }
 
-FileBoxRequest Recorded(const OPENFILENAMEW& request) {
+FileBoxRequest RecordOf(const OPENFILENAMEW& request) {
     Text filter;
     for (const WCHAR* text = request.lpstrFilter; *text != 0; text += View(text).size() + 1)
         filter += Text(text) + u'|';
@@ -60,34 +57,34 @@ FileBoxRequest Recorded(const OPENFILENAMEW& request) {
             request.Flags,
             request.nMaxFile,
             filter,
-            TextOrNone(request.lpstrDefExt),
-            TextOrNone(request.lpstrInitialDir),
+            TextOrEmpty(request.lpstrDefExt),
+            TextOrEmpty(request.lpstrInitialDir),
             request.lpstrFile};
 }
 
 // --- names ---
 
 FileKind KindOf(const Text& path) {
-    std::string native;
+    const std::optional<std::string> native = ToNativePath(path.c_str());
     struct stat status {};
-    if (!FindNative(path.c_str(), native) || stat(native.c_str(), &status) != 0)
+    if (!native || stat(native->c_str(), &status) != 0)
         return FileKind::Missing;
     return S_ISDIR(status.st_mode) ? FileKind::Folder : FileKind::File;
 }
 
-// Without a drive or a root at its start.
+// Whether it starts with neither a drive nor a root.
 bool IsRelative(View path) {
     return path.find(u':') == View::npos && !path.starts_with(u'\\');
 }
 
-// The full path by the rules of Windows; empty when no file can have this name.
+// Empty, with the last error set, if no file can have this name.
 Text FullPathOf(const Text& path) {
-    std::string native;
-    return FindNative(path.c_str(), native) ? WidePath(native) : Text();
+    const std::optional<std::string> native = ToNativePath(path.c_str());
+    return native ? FromNativePath(*native) : Text();
 }
 
-Text ResolveName(const Showing& showing, const Text& name) {
-    return FullPathOf(IsRelative(name) ? showing.folder + u'\\' + name : name);
+Text ResolveName(const FileBox& file_box, const Text& name) {
+    return FullPathOf(IsRelative(name) ? file_box.folder + u'\\' + name : name);
 }
 
 View LastElement(View path) {
@@ -101,14 +98,16 @@ Text ParentOf(View path) {
     return Text(path.substr(0, separator == 2 ? 3 : separator));
 }
 
-// What stands for the default extension: that of the first filter.
+// The extension that is added by default: that of the first filter, if the request has a default extension at
+// all.
 Text ExtensionOf(const OPENFILENAMEW& request) {
     if (request.lpstrDefExt == nullptr)
         return {};
     const View description = request.lpstrFilter;
     const View pattern = request.lpstrFilter + description.size() + 1;
     if (!pattern.starts_with(u"*.") || pattern.find_first_of(u"*?;", 1) != View::npos)
-        NotImplemented("GetOpenFileNameW, GetSaveFileNameW", "a default extension beside several patterns");
+        NotImplemented("GetOpenFileNameW, GetSaveFileNameW",
+                       "a default extension with several patterns in the filter");
     return Text(pattern.substr(1));
 }
 
@@ -116,101 +115,102 @@ bool HasExtension(View path) {
     return LastElement(path).find(u'.') != View::npos;
 }
 
-// --- what the user confirms ---
+// --- the answer of the user ---
 
-int Ask(const Showing& showing, const WCHAR* text, UINT flags) {
-    return MessageBoxW(showing.box.window, text, u"Fichier", flags);
+int Ask(const FileBox& file_box, const WCHAR* text, UINT flags) {
+    return MessageBoxW(file_box.box.window, text, u"Fichier", flags);
 }
 
-void Complain(const Showing& showing, const WCHAR* text) {
-    Ask(showing, text, MB_OK | MB_ICONWARNING);
+void Complain(const FileBox& file_box, const WCHAR* text) {
+    Ask(file_box, text, MB_OK | MB_ICONWARNING);
 }
 
-// A name without an extension stands for the file of just that name first.
-Text WithExtension(const Showing& showing, const Text& path) {
-    const bool is_there = showing.purpose == Purpose::Open && KindOf(path) == FileKind::File;
-    return HasExtension(path) || is_there ? path : path + showing.extension;
+// To open, a file whose name has no extension has precedence over one with the default extension.
+Text WithExtension(const FileBox& file_box, const Text& path) {
+    const bool is_there = file_box.purpose == Purpose::Open && KindOf(path) == FileKind::File;
+    return HasExtension(path) || is_there ? path : path + file_box.extension;
 }
 
-bool MayTake(const Showing& showing, const Text& path) {
+bool Accepts(const FileBox& file_box, const Text& path) {
     const FileKind kind = KindOf(path);
     if (KindOf(ParentOf(path)) != FileKind::Folder) {
-        Complain(showing, u"Ce dossier n'existe pas.");
+        Complain(file_box, u"Ce dossier n'existe pas.");
         return false;
     }
-    if (showing.purpose == Purpose::Open) {
+    if (file_box.purpose == Purpose::Open) {
         if (kind == FileKind::Missing)
-            Complain(showing, u"Ce fichier n'existe pas.");
+            Complain(file_box, u"Ce fichier n'existe pas.");
         return kind != FileKind::Missing;
     }
-    return kind != FileKind::File || Ask(showing, u"Ce fichier existe déjà.\nVoulez-vous le remplacer ?",
+    return kind != FileKind::File || Ask(file_box, u"Ce fichier existe déjà.\nVoulez-vous le remplacer ?",
                                          MB_YESNO | MB_ICONWARNING) == IDYES;
 }
 
-Text TypedName(const Showing& showing) {
-    const OwnCalls own;
-    Text name(static_cast<std::size_t>(GetWindowTextLengthW(showing.name_field)) + 1, u'\0');
-    GetWindowTextW(showing.name_field, name.data(), static_cast<int>(name.size()));
+Text TypedName(const FileBox& file_box) {
+    const SuspendHooks suspended;
+    Text name(static_cast<std::size_t>(GetWindowTextLengthW(file_box.name_field)) + 1, u'\0');
+    GetWindowTextW(file_box.name_field, name.data(), static_cast<int>(name.size()));
     name.pop_back();
     if (name.size() >= 2 && name.starts_with(u'"') && name.ends_with(u'"'))
         name = name.substr(1, name.size() - 2);
     return name;
 }
 
-void Confirm(Showing& showing) {
-    const Text name = TypedName(showing);
+void Confirm(FileBox& file_box) {
+    const Text name = TypedName(file_box);
     if (name.empty())
         return;
-    const Text path = name.find(u'/') == Text::npos ? ResolveName(showing, name) : Text();
+    const Text path = name.find(u'/') == Text::npos ? ResolveName(file_box, name) : Text();
     if (path.empty()) {
-        Complain(showing, u"Ce nom de fichier n'est pas valide.");
+        Complain(file_box, u"Ce nom de fichier n'est pas valide.");
         return;
     }
     if (KindOf(path) == FileKind::Folder) {
-        showing.folder = path;
-        SetWindowTextW(showing.name_field, u"");
+        file_box.folder = path;
+        SetWindowTextW(file_box.name_field, u"");
         return;
     }
-    const Text completed = WithExtension(showing, path);
-    if (MayTake(showing, completed)) {
-        showing.chosen = completed;
-        CloseBox(showing.box, IDOK);
+    const Text completed = WithExtension(file_box, path);
+    if (Accepts(file_box, completed)) {
+        file_box.chosen = completed;
+        CloseBox(file_box.box, IDOK);
     }
 }
 
 // --- the box ---
 
-// The folder of the first file where it has one, then the one asked for, then the current one.
-void StartFolder(Showing& showing, Text& name) {
-    const OPENFILENAMEW& request = showing.request;
-    showing.folder = FullPathOf(u".");
+// Sets the folder: that of the proposed name, or else the one in the request, or else the current one.
+// Removes it from the name.
+void SetFolder(FileBox& file_box, Text& name) {
+    const OPENFILENAMEW& request = file_box.request;
+    file_box.folder = FullPathOf(u".");
     if (KindOf(request.lpstrInitialDir) == FileKind::Folder)
-        showing.folder = FullPathOf(request.lpstrInitialDir);
+        file_box.folder = FullPathOf(request.lpstrInitialDir);
     if (name.find(u'\\') != Text::npos) {
-        const Text folder = ParentOf(ResolveName(showing, name));
+        const Text folder = ParentOf(ResolveName(file_box, name));
         if (KindOf(folder) == FileKind::Folder) {
-            showing.folder = folder;
+            file_box.folder = folder;
             name = LastElement(name);
         }
     }
 }
 
-void FillBox(Showing& showing, const Text& name) {
-    const WCHAR* const confirm = showing.purpose == Purpose::Save ? u"&Enregistrer" : u"&Ouvrir";
-    Box& box = showing.box;
+void FillBox(FileBox& file_box, const Text& name) {
+    const WCHAR* const confirm = file_box.purpose == Purpose::Save ? u"&Enregistrer" : u"&Ouvrir";
+    Box& box = file_box.box;
     AddToBox(box, {u"Static", u"Nom du fichier :", NAME_LABEL_ID, 0, {12, 14, 100, 20}});
-    showing.name_field =
+    file_box.name_field =
         AddToBox(box, {u"Edit", u"", NAME_ID, WS_TABSTOP | ES_AUTOHSCROLL, {116, 12, 380, 22}});
     AddToBox(box, {u"Button", confirm, IDOK, WS_TABSTOP | BS_DEFPUSHBUTTON, {300, 48, 94, 26}});
     AddToBox(box, {u"Button", u"Annuler", IDCANCEL, WS_TABSTOP, {402, 48, 94, 26}});
-    box.focus = showing.name_field;
-    const OwnCalls own;
-    SetWindowTextW(showing.name_field, name.c_str());
-    SendMessageW(showing.name_field, EM_SETSEL, 0, -1);
+    box.focus = file_box.name_field;
+    const SuspendHooks suspended;
+    SetWindowTextW(file_box.name_field, name.c_str());
+    SendMessageW(file_box.name_field, EM_SETSEL, 0, -1);
 }
 
-// Of the answer, just the path is written.
-BOOL Deliver(const Text& path, const OPENFILENAMEW& request) {
+// Sets only the path in the request.
+BOOL StorePath(const Text& path, const OPENFILENAMEW& request) {
     if (path.size() >= request.nMaxFile)
         NotImplemented("GetOpenFileNameW, GetSaveFileNameW", "a path that is longer than the buffer");
     *std::copy(path.begin(), path.end(), request.lpstrFile) = u'\0';
@@ -227,7 +227,7 @@ void CheckRequest(Purpose purpose, const OPENFILENAMEW& request) {
     const WCHAR* const first = request.lpstrFile;
     const WCHAR* const last = first + request.nMaxFile;
     if (std::find(first, last, u'\0') == last)
-        NotImplemented("GetOpenFileNameW, GetSaveFileNameW", "a first name without its end");
+        NotImplemented("GetOpenFileNameW, GetSaveFileNameW", "a proposed name without a terminating zero");
     if (request.lStructSize != sizeof(OPENFILENAMEW) || request.Flags != flags || has_hook || has_more ||
         has_less || request.nFilterIndex > 1)
         NotImplemented("GetOpenFileNameW, GetSaveFileNameW", "these flags or fields");
@@ -236,39 +236,43 @@ void CheckRequest(Purpose purpose, const OPENFILENAMEW& request) {
 BOOL ShowFileBox(const char* call, Purpose purpose, OPENFILENAMEW& request) {
     CheckRequest(purpose, request);
     const bool fails = CallFails(call);
-    Last().error = fails ? GetLastError() : 0;
-    Last().request = Recorded(request);
+    last_box.error = fails ? GetLastError() : 0;
+    last_box.request = RecordOf(request);
     if (fails)
         return FALSE;
-    Showing showing{purpose, request, {}, ExtensionOf(request), {}, nullptr, {}};
-    showing.box.on_command = [&showing](int id) {
+    FileBox file_box{purpose, request, {}, ExtensionOf(request), {}, nullptr, {}};
+    file_box.box.on_command = [&file_box](int id) {
         if (id == IDOK)
-            Confirm(showing);
+            Confirm(file_box);
         else if (id == IDCANCEL)
-            CloseBox(showing.box, IDCANCEL);
+            CloseBox(file_box.box, IDCANCEL);
     };
     Text name = request.lpstrFile;
     const bool is_absent = !name.empty() && FullPathOf(name).empty();
     if (is_absent && (GetLastError() == ERROR_INVALID_NAME || name.size() >= MAX_PATH)) {
-        Last().error = FNERR_INVALIDFILENAME;
+        last_box.error = FNERR_INVALIDFILENAME;
         return FALSE;
     }
-    StartFolder(showing, name);
+    SetFolder(file_box, name);
     const WCHAR* const title = purpose == Purpose::Save ? u"Enregistrer sous" : u"Ouvrir";
-    MakeBox(showing.box, request.hwndOwner, title, BOX_WIDTH, BOX_HEIGHT);
-    FillBox(showing, name);
-    if (RunBox(showing.box) != IDOK)
+    MakeBox(file_box.box, request.hwndOwner, title, BOX_WIDTH, BOX_HEIGHT);
+    FillBox(file_box, name);
+    if (RunBox(file_box.box) != IDOK)
         return FALSE;
-    // The box for opening may leave its folder as the current one, whatever its flags say.
+    // The box for opening changes the current folder even with OFN_NOCHANGEDIR.
     if (purpose == Purpose::Open)
-        SetCurrentDirectoryW(ParentOf(showing.chosen).c_str());
-    return Deliver(showing.chosen, request);
+        SetCurrentDirectoryW(ParentOf(file_box.chosen).c_str());
+    return StorePath(file_box.chosen, request);
 }
 
 }  // namespace
 
 const FileBoxRequest& LastFileBox() {
-    return Last().request;
+    return last_box.request;
+}
+
+void ResetLastFileBox() {
+    last_box = {};
 }
 
 }  // namespace host
@@ -282,5 +286,5 @@ BOOL WINAPI GetSaveFileNameW(OPENFILENAMEW* request) {
 }
 
 DWORD WINAPI CommDlgExtendedError() {
-    return host::Last().error;
+    return host::last_box.error;
 }

@@ -1,4 +1,4 @@
-// MessageBoxW, with the buttons and the icons that the program asks for.
+// MessageBoxW with the buttons and icons that the program uses.
 #include <algorithm>
 #include <string_view>
 #include <vector>
@@ -6,7 +6,7 @@
 #include "platform/host/api/kernel32.h"
 #include "platform/host/boxes/box.h"
 #include "platform/host/controls/control.h"
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/system/native.h"
 
 namespace host {
@@ -26,7 +26,7 @@ struct BoxButton {
 
 struct Choice {
     std::vector<BoxButton> buttons;
-    int cancelled;  // what closing the box without a button counts as; 0 where it must be answered
+    int cancelled;  // the answer when the box is closed otherwise; 0: it must be answered by a button
 };
 
 Choice ChoiceOf(UINT flags) {

@@ -1,14 +1,13 @@
-// BUTTON: push buttons, the default push button, check boxes that change by themselves, and group boxes.
+// BUTTON: push buttons, the default push button, automatic check boxes, and group boxes.
 #include "platform/host/controls/control.h"
-#include "platform/host/controls/procedures.h"
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 
 namespace host {
 namespace {
 
 struct Button {
     WPARAM check = BST_UNCHECKED;
-    bool is_held = false;  // pressed and not let go yet, by mouse or by the space bar
+    bool is_held = false;  // pressed and not yet released, by mouse or by the space bar
 };
 
 DWORD KindOf(HWND window) {
@@ -38,15 +37,15 @@ LRESULT Hold(HWND window, Button& button) {
     return 0;
 }
 
-// The last thing that a press does is to tell it: whoever hears of it may destroy the button.
+// The command is sent last, because its receiver may destroy the button.
 void Click(HWND window, Button& button) {
     if (KindOf(window) == BS_AUTOCHECKBOX)
         button.check = button.check == BST_CHECKED ? BST_UNCHECKED : BST_CHECKED;
     SendCommand(window, BN_CLICKED);
 }
 
-// Without the mouse, a button is held no more.
-LRESULT LetGo(HWND window, Button& button, bool clicks) {
+// ReleaseCapture ends `is_held`, by WM_CAPTURECHANGED.
+LRESULT Release(HWND window, Button& button, bool clicks) {
     if (!button.is_held)
         return 0;
     ReleaseCapture();
@@ -73,13 +72,13 @@ LRESULT HandleInput(HWND window, Button& button, UINT message, WPARAM wparam, LP
         case WM_LBUTTONDBLCLK:
             return Hold(window, button);
         case WM_LBUTTONUP:
-            return LetGo(window, button, IsInClientArea(window, lparam));
+            return Release(window, button, IsInClientArea(window, lparam));
         case WM_KEYDOWN:
             return wparam == VK_SPACE ? Hold(window, button) : 0;
         case WM_KEYUP:
-            return wparam == VK_SPACE ? LetGo(window, button, true) : 0;
+            return wparam == VK_SPACE ? Release(window, button, true) : 0;
         case WM_KILLFOCUS:
-            return LetGo(window, button, false);
+            return Release(window, button, false);
         case WM_CAPTURECHANGED:
             button.is_held = false;
             return 0;

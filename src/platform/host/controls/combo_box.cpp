@@ -1,32 +1,31 @@
-// COMBOBOX as a list of which one entry is chosen (CBS_DROPDOWNLIST), and the window in which the list drops
-// down.
+// COMBOBOX as a list of which one entry is selected (CBS_DROPDOWNLIST), and COMBOLBOX, the window of the
+// dropped list.
 #include <algorithm>
 #include <string>
 #include <vector>
 
 #include "platform/host/controls/control.h"
-#include "platform/host/controls/procedures.h"
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 
 namespace host {
 namespace {
 
-// The dropped list's window keeps the combo box that it belongs to.
+// The extra bytes of the list's window: the handle of its combo box.
 constexpr int FIELD_OFFSET = 0;
-// The field alone, in the system font before WM_SETFONT and in the one font of the layer after it.
-constexpr int FIRST_FIELD_HEIGHT = 24;
+// Before WM_SETFONT the field has the system font, after it the layer's only font.
+constexpr int SYSTEM_FONT_FIELD_HEIGHT = 24;
 constexpr int FIELD_HEIGHT = 20;
 constexpr int ITEM_HEIGHT = 12;
 
 struct Combo {
     std::vector<std::u16string> items;
-    int chosen = NONE;
-    int field_height = FIRST_FIELD_HEIGHT;
+    int selected = NONE;
+    int field_height = SYSTEM_FONT_FIELD_HEIGHT;
     HWND list = nullptr;
     bool is_dropped = false;
 };
 
-int Last(const Combo& combo) {
+int LastIndex(const Combo& combo) {
     return static_cast<int>(combo.items.size()) - 1;
 }
 
@@ -40,7 +39,7 @@ void ShowList(HWND window, Combo& combo) {
     SetFocus(window);
     RECT field{};
     GetWindowRect(window, &field);
-    const int height = std::max(Last(combo) + 1, 1) * ITEM_HEIGHT + 2;
+    const int height = std::max(LastIndex(combo) + 1, 1) * ITEM_HEIGHT + 2;
     SetWindowPos(combo.list, HWND_TOP, field.left, field.bottom, field.right - field.left, height,
                  SWP_NOACTIVATE);
     ShowWindow(combo.list, SW_SHOWNA);
@@ -65,11 +64,11 @@ LRESULT ToggleList(HWND window, Combo& combo) {
     return 0;
 }
 
-// --- choosing ---
+// --- selecting ---
 
-// The platform tells a user's choice even when it is the same entry again.
-LRESULT Choose(HWND window, Combo& combo, int index) {
-    combo.chosen = index;
+// A selection by the user is reported even if the entry is already selected.
+LRESULT Select(HWND window, Combo& combo, int index) {
+    combo.selected = index;
     SendCommand(window, CBN_SELCHANGE);
     return 0;
 }
@@ -80,16 +79,16 @@ LRESULT MoveByKey(HWND window, Combo& combo, WPARAM key) {
     switch (key) {
         case VK_UP:
         case VK_LEFT:
-            return Choose(window, combo, std::max(combo.chosen - 1, 0));
+            return Select(window, combo, std::max(combo.selected - 1, 0));
         case VK_DOWN:
         case VK_RIGHT:
-            return Choose(window, combo, std::min(combo.chosen + 1, Last(combo)));
+            return Select(window, combo, std::min(combo.selected + 1, LastIndex(combo)));
         case VK_HOME:
         case VK_PRIOR:
-            return Choose(window, combo, 0);
+            return Select(window, combo, 0);
         case VK_END:
         case VK_NEXT:
-            return Choose(window, combo, Last(combo));
+            return Select(window, combo, LastIndex(combo));
         default:
             return 0;
     }
@@ -107,30 +106,30 @@ LRESULT PressKey(HWND window, Combo& combo, WPARAM key) {
     }
 }
 
-// The next entry that starts with the character, the chosen one last.
+// Selects the next entry that starts with the character; the selected one is tried last.
 LRESULT TypeCharacter(HWND window, Combo& combo, WCHAR character) {
     const auto count = combo.items.size();
     for (std::size_t step = 1; step <= count; step++) {
-        const std::size_t index = (static_cast<std::size_t>(combo.chosen) + step) % count;
+        const std::size_t index = (static_cast<std::size_t>(combo.selected) + step) % count;
         if (combo.items[index].starts_with(character))
-            return Choose(window, combo, static_cast<int>(index));
+            return Select(window, combo, static_cast<int>(index));
     }
     return 0;
 }
 
-LRESULT ChooseByCode(HWND window, Combo& combo, WPARAM index) {
+LRESULT SelectByMessage(HWND window, Combo& combo, WPARAM index) {
     if (!IsItem(combo, index))
-        NotImplemented("CB_SETCURSEL", "no entry, or one that is not there");
+        NotImplemented("CB_SETCURSEL", "no entry, or one that does not exist");
     if (CallFails("CB_SETCURSEL"))
         return CB_ERR;
-    combo.chosen = static_cast<int>(index);
+    combo.selected = static_cast<int>(index);
     InvalidateRect(window, nullptr, TRUE);
-    return combo.chosen;
+    return combo.selected;
 }
 
 // --- the window ---
 
-// The height that a combo box is given is that of field and list together; the window itself has the field's.
+// The height in the request is that of field and list together; the window has that of the field.
 LRESULT LimitHeight(const Combo& combo, WINDOWPOS& position) {
     if ((position.flags & SWP_NOSIZE) == 0)
         position.cy = combo.field_height;
@@ -148,10 +147,10 @@ LRESULT Create(HWND window, Combo& combo) {
     const DWORD style = StyleOf(window);
     if ((style & (CBS_DROPDOWNLIST | CBS_SORT)) != CBS_DROPDOWNLIST)
         NotImplemented("COMBOBOX", "another kind than CBS_DROPDOWNLIST");
-    // The scroll bar that was asked for is the list's.
+    // WS_VSCROLL is meant for the list.
     SetWindowLongPtrW(window, GWL_STYLE, static_cast<LONG_PTR>(style & ~WS_VSCROLL));
     FitField(window, combo);
-    const OwnCalls own;
+    const SuspendHooks suspended;
     combo.list = CreateWindowExW(WS_EX_TOOLWINDOW, u"ComboLBox", nullptr, WS_POPUP | WS_BORDER, 0, 0, 1, 1,
                                  window, nullptr, nullptr, window);
     return combo.list == nullptr ? -1 : 0;
@@ -171,15 +170,15 @@ LRESULT DialogCode(const Combo& combo, LPARAM message) {
     return DLGC_WANTARROWS | DLGC_WANTCHARS | (closes_list ? DLGC_WANTMESSAGE : 0);
 }
 
-std::u16string ChosenText(const Combo& combo) {
-    return combo.chosen == NONE ? std::u16string() : combo.items[static_cast<std::size_t>(combo.chosen)];
+std::u16string SelectedText(const Combo& combo) {
+    return combo.selected == NONE ? std::u16string() : combo.items[static_cast<std::size_t>(combo.selected)];
 }
 
-LRESULT GiveItem(const Combo& combo, WPARAM index, LPARAM buffer) {
+LRESULT GetItem(const Combo& combo, WPARAM index, LPARAM buffer) {
     if (!IsItem(combo, index))
-        NotImplemented("CB_GETLBTEXT", "an entry that is not there");
+        NotImplemented("CB_GETLBTEXT", "an entry that does not exist");
     const std::u16string& item = combo.items[index];
-    return GiveText(item, item.size() + 1, buffer);
+    return CopyText(item, item.size() + 1, buffer);
 }
 
 LRESULT HandleListMessage(HWND window, Combo& combo, UINT message, WPARAM wparam, LPARAM lparam) {
@@ -188,19 +187,19 @@ LRESULT HandleListMessage(HWND window, Combo& combo, UINT message, WPARAM wparam
             if (CallFails("CB_ADDSTRING"))
                 return CB_ERRSPACE;
             combo.items.emplace_back(TextAt(lparam));
-            return Last(combo);
+            return LastIndex(combo);
         case CB_GETCURSEL:
-            return combo.chosen;
+            return combo.selected;
         case CB_SETCURSEL:
-            return ChooseByCode(window, combo, wparam);
+            return SelectByMessage(window, combo, wparam);
         case CB_GETLBTEXT:
-            return GiveItem(combo, wparam, lparam);
+            return GetItem(combo, wparam, lparam);
         case WM_SETTEXT:
             return CB_ERR;
         case WM_GETTEXT:
-            return GiveText(ChosenText(combo), wparam, lparam);
+            return CopyText(SelectedText(combo), wparam, lparam);
         case WM_GETTEXTLENGTH:
-            return static_cast<LRESULT>(ChosenText(combo).size());
+            return static_cast<LRESULT>(SelectedText(combo).size());
         default:
             return DefControlProcedure("COMBOBOX", window, message, wparam, lparam);
     }
@@ -235,7 +234,8 @@ LRESULT CALLBACK ComboProcedure(HWND window, UINT message, WPARAM wparam, LPARAM
     }
 }
 
-// The list holds the mouse while it is shown: a click on an entry chooses it, one elsewhere closes the list.
+// The list has the mouse capture while it is shown: a click on an entry selects it, any other click closes
+// the list.
 LRESULT CALLBACK ComboListProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_NCCREATE) {
         SetWindowLongPtrW(
@@ -252,10 +252,10 @@ LRESULT CALLBACK ComboListProcedure(HWND window, UINT message, WPARAM wparam, LP
             return IsInClientArea(window, lparam) ? 0 : HideList(*combo);
         case WM_LBUTTONUP: {
             const int index = YOf(lparam) / ITEM_HEIGHT;
-            if (!IsInClientArea(window, lparam) || index > Last(*combo))
+            if (!IsInClientArea(window, lparam) || index > LastIndex(*combo))
                 return 0;
             HideList(*combo);
-            return Choose(field, *combo, index);
+            return Select(field, *combo, index);
         }
         default:
             return DefWindowProcW(window, message, wparam, lparam);

@@ -1,12 +1,11 @@
-// How controls tell their parents, what they leave alone, and the start of the common controls.
+// Messages of controls to their parents, the messages that controls do not handle, and InitCommonControlsEx.
 #include <algorithm>
 #include <array>
-#include <cstdio>
 
 #include "platform/host/api/comctl32.h"
 #include "platform/host/api/kernel32.h"
 #include "platform/host/controls/control.h"
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 
 namespace host {
 namespace {
@@ -16,7 +15,7 @@ struct MessageRange {
     UINT last;
 };
 
-// The numbers that controls give to messages of their own; what lies between them is every window's.
+// The numbers of the messages that only controls define.
 constexpr auto CONTROL_MESSAGES = std::to_array<MessageRange>({
     {EM_GETSEL, BM_CLICK + 2},
     {0x0140, 0x01BF},
@@ -28,12 +27,6 @@ bool IsControlMessage(UINT message) {
     return std::any_of(
         CONTROL_MESSAGES.begin(), CONTROL_MESSAGES.end(),
         [message](const MessageRange& range) { return message >= range.first && message <= range.last; });
-}
-
-[[noreturn]] void RefuseMessage(const char* class_name, UINT message) {
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "message 0x%04X", message);
-    NotImplemented(class_name, text.data());
 }
 
 }  // namespace
@@ -65,7 +58,7 @@ LRESULT DefControlProcedure(const char* class_name, HWND window, UINT message, W
     if (message == WM_GETFONT)
         return GetWindowLongPtrW(window, FONT_OFFSET);
     if (IsControlMessage(message))
-        RefuseMessage(class_name, message);
+        NotImplemented(class_name, "message", message);
     return DefWindowProcW(window, message, wparam, lparam);
 }
 

@@ -1,5 +1,5 @@
-// What the controls and the boxes share: how one keeps its state and tells its parent, and the measures of
-// the one font of the layer.
+// What the controls and the boxes share: their state, the messages to their parents, and the measures of the
+// layer's only font.
 #pragma once
 
 #include <memory>
@@ -9,7 +9,7 @@
 
 namespace host {
 
-constexpr int NONE = -1;  // no entry, no tab, no row
+constexpr int NONE = -1;  // the index for no entry, no tab, no row
 
 // --- measures, in pixels ---
 
@@ -23,18 +23,17 @@ inline int YOf(LPARAM point) {
     return static_cast<SHORT>(HIWORD(point));
 }
 
-// Whether the point, in client coordinates, lies in the window's client area.
+// Whether the point, in client coordinates, is in the window's client area.
 bool IsInClientArea(HWND window, LPARAM point);
 
 // --- the state of a control ---
 
-// A control's window has room for two pointers: its state, then its font.
+// The extra bytes of a control's window: the pointer to its state, then its font.
 constexpr int STATE_OFFSET = 0;
 constexpr int FONT_OFFSET = sizeof(LONG_PTR);
 constexpr int CONTROL_EXTRA_BYTES = 2 * sizeof(LONG_PTR);
 
-// The state that the window keeps; null before WM_NCCREATE and after WM_NCDESTROY. It is made in the one and
-// freed in the other.
+// The state of the control, which WM_NCCREATE allocates and WM_NCDESTROY frees; null before and after.
 template <typename State>
 State* StateAt(HWND window, UINT message) {
     if (message == WM_NCCREATE) {
@@ -53,23 +52,36 @@ inline DWORD StyleOf(HWND window) {
     return static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
 }
 
-// --- telling the parent ---
-
-// Controls tell their parents just what the program acts on.
+// --- messages to the parent: only those that the program handles ---
 
 // WM_COMMAND with the control's identifier and the code.
 void SendCommand(HWND control, int code);
 
-// WM_NOTIFY with the record that starts with the header, whose fields are filled in here.
+// WM_NOTIFY with the record that starts with the header; sets the header's fields.
 void SendNotification(HWND control, UINT code, NMHDR& header);
 
-// --- what a control leaves alone ---
+// --- messages that a control does not handle ---
 
-// The font, then DefWindowProcW. A message of the kind that controls define stops the program by name.
+// Stores and returns the font; aborts on a message that only controls define; passes all others to
+// DefWindowProcW.
 LRESULT DefControlProcedure(const char* class_name, HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 
 inline const WCHAR* TextAt(LPARAM text) {
     return text == 0 ? u"" : reinterpret_cast<const WCHAR*>(text);
 }
+
+// --- the window procedures of the standard and the common controls ---
+
+LRESULT CALLBACK StaticProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+LRESULT CALLBACK EditProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+LRESULT CALLBACK ButtonProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+LRESULT CALLBACK ComboProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+LRESULT CALLBACK ComboListProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+LRESULT CALLBACK TabProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+LRESULT CALLBACK ListProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+
+// --- for ResetLayer ---
+
+void ResetClipboard();
 
 }  // namespace host

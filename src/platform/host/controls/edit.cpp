@@ -1,24 +1,23 @@
-// EDIT: the single-line field in which the user types, and the multi-line text that can only be read.
+// EDIT: the single-line field, and the read-only text of several lines.
 #include <algorithm>
 #include <string>
 #include <string_view>
 
 #include "platform/host/controls/control.h"
-#include "platform/host/controls/inspect.h"
-#include "platform/host/controls/procedures.h"
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
+#include "platform/host/hooks/test_hooks.h"
 
 namespace host {
 namespace {
 
-constexpr std::size_t FIRST_LIMIT = 32767;
-// How much narrower than the client area the text is that fits a field which does not scroll.
+constexpr std::size_t DEFAULT_LIMIT = 32767;
+// A field that does not scroll holds a text that is narrower than the client area by this much.
 constexpr int FIELD_MARGINS = 8;
 constexpr int FIRST_CHARACTER_X = 2;
 
 struct Edit {
     std::u16string text;
-    std::size_t limit = FIRST_LIMIT;
+    std::size_t limit = DEFAULT_LIMIT;
     std::size_t anchor = 0;
     std::size_t caret = 0;
 };
@@ -51,14 +50,14 @@ LRESULT SetText(HWND window, Edit& edit, const WCHAR* text) {
 
 LRESULT SetLimit(Edit& edit, std::size_t limit) {
     if (limit == 0)
-        NotImplemented("EM_LIMITTEXT", "the largest limit that there is");
+        NotImplemented("EM_LIMITTEXT", "the largest possible limit");
     edit.limit = limit;
     return 0;
 }
 
-// How many characters the field holds by hand and paste: the limit and, where the field does not scroll, what
-// is seen at once.
-std::size_t RoomFor(HWND window, const Edit& edit) {
+// The number of characters that the user can type: the limit and, if the field does not scroll, what fits
+// into its width.
+std::size_t CapacityOf(HWND window, const Edit& edit) {
     if (HasStyle(window, ES_MULTILINE | ES_AUTOHSCROLL))
         return edit.limit;
     RECT client{};
@@ -67,13 +66,13 @@ std::size_t RoomFor(HWND window, const Edit& edit) {
     return std::min(edit.limit, static_cast<std::size_t>(seen));
 }
 
-// --- the selection and what stands in it ---
+// --- the selection ---
 
-// Puts the text in the place of the selection, as much of it as the field has room for.
+// Replaces the selection by as much of the text as the field has room for.
 void ReplaceSelection(HWND window, Edit& edit, std::u16string_view text) {
     const Span selection = Selection(edit);
     edit.text.erase(selection.start, selection.end - selection.start);
-    const std::size_t room = RoomFor(window, edit);
+    const std::size_t room = CapacityOf(window, edit);
     text = text.substr(0, room - std::min(room, edit.text.size()));
     edit.text.insert(selection.start, text);
     edit.caret = selection.start + text.size();
@@ -85,17 +84,17 @@ LRESULT SetSelection(Edit& edit, WPARAM from, LPARAM to) {
     const auto start = static_cast<DWORD>(from);
     const auto end = static_cast<DWORD>(to);
     if (start == static_cast<DWORD>(-1))
-        NotImplemented("EM_SETSEL", "taking the selection away");
+        NotImplemented("EM_SETSEL", "removing the selection");
     edit.anchor = std::min<std::size_t>(start, edit.text.size());
     edit.caret = std::min<std::size_t>(end, edit.text.size());
     return 1;
 }
 
-LRESULT GiveSelection(const Edit& edit, WPARAM start, LPARAM end) {
+LRESULT GetSelection(const Edit& edit, WPARAM start, LPARAM end) {
     constexpr std::size_t LONGEST = 0xFFFF;
     const Span selection = Selection(edit);
     if (start != 0 || end != 0 || selection.end > LONGEST)
-        NotImplemented("EM_GETSEL", "places other than in the answer");
+        NotImplemented("EM_GETSEL", "positions returned other than in the result");
     return MAKELPARAM(static_cast<unsigned>(selection.start), static_cast<unsigned>(selection.end));
 }
 
@@ -113,14 +112,12 @@ void EraseNeighbour(HWND window, Edit& edit, bool backwards) {
 
 // --- keys ---
 
-struct Clipboard {
-    std::u16string text;
-};
+std::u16string clipboard_text;
 
 void Copy(const Edit& edit) {
     const Span selection = Selection(edit);
     if (selection.start != selection.end)
-        Lasting<Clipboard>().text = edit.text.substr(selection.start, selection.end - selection.start);
+        clipboard_text = edit.text.substr(selection.start, selection.end - selection.start);
 }
 
 LRESULT TypeCharacter(HWND window, Edit& edit, WCHAR character) {
@@ -128,6 +125,7 @@ LRESULT TypeCharacter(HWND window, Edit& edit, WCHAR character) {
     constexpr WCHAR CONTROL_V = 22;
     constexpr WCHAR CONTROL_X = 24;
     constexpr WCHAR CONTROL_Z = 26;
+    constexpr WCHAR DELETE = 0x7F;
     if (character == CONTROL_V || character == CONTROL_X || character == CONTROL_Z)
         NotImplemented("EDIT", "pasting, cutting and undoing");
     if (character == CONTROL_C)
@@ -137,7 +135,7 @@ LRESULT TypeCharacter(HWND window, Edit& edit, WCHAR character) {
         return 0;
     }
     const bool is_refused = HasStyle(window, ES_NUMBER) && (character < u'0' || character > u'9');
-    if (character < u' ' || character == 0x7F || is_refused || HasStyle(window, ES_READONLY))
+    if (character < u' ' || character == DELETE || is_refused || HasStyle(window, ES_READONLY))
         return 0;
     ReplaceSelection(window, edit, {&character, 1});
     return 0;
@@ -160,7 +158,7 @@ std::size_t LineEnd(std::u16string_view text, std::size_t place) {
     return std::min(text.find(LINE_END, place), text.size());
 }
 
-// The same column a line up or down, or the end of a line that is shorter.
+// The same column in the line above or below, or the end of that line if it is shorter.
 std::size_t LineUp(std::u16string_view text, std::size_t place) {
     const std::size_t start = LineStart(text, place);
     if (start == 0)
@@ -185,28 +183,29 @@ std::size_t CharacterRight(std::u16string_view text, std::size_t place) {
     return std::min(place + (text.substr(place).starts_with(LINE_END) ? 2 : 1), text.size());
 }
 
-constexpr std::u16string_view BETWEEN_WORDS = u" \t";
+constexpr std::u16string_view WORD_SEPARATORS = u" \t";
 
-// The start of the word at the place or before it, and of the next one; a line is left only from its edge.
+// The start of the word at or before the place, and of the next word. They cross to another line only from
+// the start or the end of their own.
 std::size_t WordLeft(std::u16string_view text, std::size_t place) {
     const std::size_t start = LineStart(text, place);
     if (place == start)
         return CharacterLeft(text, place);
     const std::u16string_view before = text.substr(start, place - start);
-    const std::size_t last = before.find_last_not_of(BETWEEN_WORDS);
-    return start + (last == before.npos ? 0 : before.substr(0, last).find_last_of(BETWEEN_WORDS) + 1);
+    const std::size_t last = before.find_last_not_of(WORD_SEPARATORS);
+    return start + (last == before.npos ? 0 : before.substr(0, last).find_last_of(WORD_SEPARATORS) + 1);
 }
 
 std::size_t WordRight(std::u16string_view text, std::size_t place) {
     const std::size_t end = LineEnd(text, place);
     if (place == end)
         return CharacterRight(text, place);
-    const std::size_t blank = std::min(text.find_first_of(BETWEEN_WORDS, place), end);
-    return std::min(text.find_first_not_of(BETWEEN_WORDS, blank), end);
+    const std::size_t blank = std::min(text.find_first_of(WORD_SEPARATORS, place), end);
+    return std::min(text.find_first_not_of(WORD_SEPARATORS, blank), end);
 }
 
-// As many lines away as are seen at once, in the same column.
-std::size_t PageAway(HWND window, std::u16string_view text, std::size_t place, WPARAM key) {
+// The same column one page up or down; a page is as many lines as fit into the client area.
+std::size_t PageUpOrDown(HWND window, std::u16string_view text, std::size_t place, WPARAM key) {
     RECT client{};
     GetClientRect(window, &client);
     std::size_t start = LineStart(text, place);
@@ -216,27 +215,27 @@ std::size_t PageAway(HWND window, std::u16string_view text, std::size_t place, W
     return std::min(LineStart(text, start) + column, LineEnd(text, start));
 }
 
-// Where a key takes the caret; the same place for a key that does not.
+// The place to which the key moves the caret; its present place for any other key.
 std::size_t PlaceByKey(HWND window, const Edit& edit, WPARAM key) {
     const std::u16string_view text = edit.text;
     const bool has_lines = HasStyle(window, ES_MULTILINE);
-    const bool far = GetKeyState(VK_CONTROL) < 0;
+    const bool with_control = GetKeyState(VK_CONTROL) < 0;
     switch (key) {
         case VK_LEFT:
-            return far ? WordLeft(text, edit.caret) : CharacterLeft(text, edit.caret);
+            return with_control ? WordLeft(text, edit.caret) : CharacterLeft(text, edit.caret);
         case VK_RIGHT:
-            return far ? WordRight(text, edit.caret) : CharacterRight(text, edit.caret);
+            return with_control ? WordRight(text, edit.caret) : CharacterRight(text, edit.caret);
         case VK_UP:
             return has_lines ? LineUp(text, edit.caret) : CharacterLeft(text, edit.caret);
         case VK_DOWN:
             return has_lines ? LineDown(text, edit.caret) : CharacterRight(text, edit.caret);
         case VK_HOME:
-            return far ? 0 : LineStart(text, edit.caret);
+            return with_control ? 0 : LineStart(text, edit.caret);
         case VK_END:
-            return far ? text.size() : LineEnd(text, edit.caret);
+            return with_control ? text.size() : LineEnd(text, edit.caret);
         case VK_PRIOR:
         case VK_NEXT:
-            return has_lines ? PageAway(window, text, edit.caret, key) : edit.caret;
+            return has_lines ? PageUpOrDown(window, text, edit.caret, key) : edit.caret;
         default:
             return edit.caret;
     }
@@ -307,7 +306,7 @@ LRESULT Create(HWND window, Edit& edit, const CREATESTRUCTW& creation) {
 LRESULT HandleEditMessage(HWND window, Edit& edit, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case EM_GETSEL:
-            return GiveSelection(edit, wparam, lparam);
+            return GetSelection(edit, wparam, lparam);
         case EM_SETSEL:
             return SetSelection(edit, wparam, lparam);
         case EM_LIMITTEXT:
@@ -327,7 +326,11 @@ LRESULT DialogCode(HWND window) {
 }  // namespace
 
 std::u16string ClipboardText() {
-    return Lasting<Clipboard>().text;
+    return clipboard_text;
+}
+
+void ResetClipboard() {
+    clipboard_text.clear();
 }
 
 LRESULT CALLBACK EditProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
@@ -340,7 +343,7 @@ LRESULT CALLBACK EditProcedure(HWND window, UINT message, WPARAM wparam, LPARAM 
         case WM_SETTEXT:
             return SetText(window, *edit, TextAt(lparam));
         case WM_GETTEXT:
-            return CallFails("WM_GETTEXT") ? 0 : GiveText(edit->text, wparam, lparam);
+            return CallFails("WM_GETTEXT") ? 0 : CopyText(edit->text, wparam, lparam);
         case WM_GETTEXTLENGTH:
             return static_cast<LRESULT>(edit->text.size());
         case WM_GETDLGCODE:

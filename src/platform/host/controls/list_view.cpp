@@ -1,5 +1,5 @@
-// SysListView32 in report mode with one selection at most: rows of texts in columns, of which one can be
-// selected and one has the focus.
+// SysListView32 in report mode: rows of texts in columns. At most one row is selected, at most one has the
+// focus.
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -7,8 +7,7 @@
 
 #include "platform/host/api/comctl32.h"
 #include "platform/host/controls/control.h"
-#include "platform/host/controls/procedures.h"
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 
 namespace host {
 namespace {
@@ -22,7 +21,7 @@ struct Column {
 };
 
 struct Row {
-    std::vector<std::u16string> texts;  // of the columns; a missing one is empty
+    std::vector<std::u16string> texts;  // by column; a missing one is empty
     UINT state = 0;
 };
 
@@ -30,7 +29,7 @@ struct List {
     std::vector<Column> columns;
     std::vector<Row> rows;
     LRESULT extended_style = 0;
-    int top = 0;
+    int top = 0;  // the first visible row
 };
 
 int Count(const List& list) {
@@ -45,7 +44,7 @@ Row& RowAt(List& list, int index) {
     return list.rows[static_cast<std::size_t>(index)];
 }
 
-// The first row after the start that is in all of these states.
+// The first row after the start that has all of these states; NONE if there is none.
 int NextRow(const List& list, int start, UINT states) {
     for (int index = std::max(start, NONE) + 1; index < Count(list); index++)
         if ((list.rows[static_cast<std::size_t>(index)].state & states) == states)
@@ -57,8 +56,8 @@ int NextRow(const List& list, int start, UINT states) {
 
 void SetRowState(HWND window, List& list, int index, UINT state, UINT mask);
 
-// Takes the state off the row that has it, unless that is the one given.
-void TakeFromOthers(HWND window, List& list, int kept, UINT state) {
+// Removes the state from every other row than the given one.
+void ClearOthers(HWND window, List& list, int kept, UINT state) {
     for (int index = NextRow(list, NONE, state); index != NONE; index = NextRow(list, index, state))
         if (index != kept)
             SetRowState(window, list, index, 0, state);
@@ -71,16 +70,16 @@ void SetRowState(HWND window, List& list, int index, UINT state, UINT mask) {
     if (after == before)
         return;
     if ((gained & LVIS_SELECTED) != 0)
-        TakeFromOthers(window, list, index, LVIS_SELECTED);
+        ClearOthers(window, list, index, LVIS_SELECTED);
     RowAt(list, index).state = after;
     if ((gained & LVIS_FOCUSED) != 0)
-        TakeFromOthers(window, list, index, LVIS_FOCUSED);
-    NMLISTVIEW told{};
-    told.iItem = index;
-    told.uNewState = after;
-    told.uOldState = before;
-    told.uChanged = LVIF_STATE;
-    SendNotification(window, LVN_ITEMCHANGED, told.hdr);
+        ClearOthers(window, list, index, LVIS_FOCUSED);
+    NMLISTVIEW notification{};
+    notification.iItem = index;
+    notification.uNewState = after;
+    notification.uOldState = before;
+    notification.uChanged = LVIF_STATE;
+    SendNotification(window, LVN_ITEMCHANGED, notification.hdr);
 }
 
 LRESULT SetState(HWND window, List& list, int index, const LVITEMW& item) {
@@ -92,9 +91,9 @@ LRESULT SetState(HWND window, List& list, int index, const LVITEMW& item) {
     return TRUE;
 }
 
-// What the user selects; NONE takes the selection away and leaves the focus where it is.
-void SelectByHand(HWND window, List& list, int index) {
-    TakeFromOthers(window, list, index, LVIS_SELECTED);
+// The user selects a row; NONE removes the selection and leaves the focus as it is.
+void SelectByUser(HWND window, List& list, int index) {
+    ClearOthers(window, list, index, LVIS_SELECTED);
     if (IsRow(list, index) && RowAt(list, index).state != KNOWN_STATES)
         SetRowState(window, list, index, KNOWN_STATES, KNOWN_STATES);
 }
@@ -103,7 +102,8 @@ void SelectByHand(HWND window, List& list, int index) {
 
 LRESULT InsertRow(HWND window, List& list, const LVITEMW& item) {
     if (item.mask != LVIF_TEXT || item.iSubItem != 0 || item.iItem != Count(list))
-        NotImplemented("LVM_INSERTITEMW", "more than the text of the first column, or before another row");
+        NotImplemented("LVM_INSERTITEMW",
+                       "more than the text of the first column, or an index other than the last");
     if (CallFails("LVM_INSERTITEMW"))
         return -1;
     list.rows.push_back({{item.pszText}, 0});
@@ -111,7 +111,7 @@ LRESULT InsertRow(HWND window, List& list, const LVITEMW& item) {
     return item.iItem;
 }
 
-// The rows go without a word on their states.
+// The changes of the rows' states are not reported.
 LRESULT DeleteAllRows(List& list) {
     if (CallFails("LVM_DELETEALLITEMS"))
         return FALSE;
@@ -134,30 +134,30 @@ LRESULT SetRowText(HWND window, List& list, int index, const LVITEMW& item) {
     return TRUE;
 }
 
-LRESULT GiveRowText(List& list, int index, const LVITEMW& item) {
+LRESULT GetRowText(List& list, int index, const LVITEMW& item) {
     const auto column = static_cast<std::size_t>(item.iSubItem);
     const bool has_text = IsRow(list, index) && column < RowAt(list, index).texts.size();
     const std::u16string text = has_text ? RowAt(list, index).texts[column] : std::u16string();
-    return GiveText(text, static_cast<std::size_t>(item.cchTextMax), reinterpret_cast<LPARAM>(item.pszText));
+    return CopyText(text, static_cast<std::size_t>(item.cchTextMax), reinterpret_cast<LPARAM>(item.pszText));
 }
 
 // --- columns ---
 
 LRESULT InsertColumn(List& list, WPARAM index, const LVCOLUMNW& column) {
     if (column.mask != (LVCF_WIDTH | LVCF_TEXT) || index != list.columns.size())
-        NotImplemented("LVM_INSERTCOLUMNW", "anything but width and title, or before another column");
+        NotImplemented("LVM_INSERTCOLUMNW", "anything but width and title, or an index other than the last");
     if (CallFails("LVM_INSERTCOLUMNW"))
         return -1;
     list.columns.push_back({column.pszText, column.cx});
     return static_cast<LRESULT>(index);
 }
 
-LRESULT GiveColumn(const List& list, WPARAM index, const LVCOLUMNW& column) {
+LRESULT GetColumn(const List& list, WPARAM index, const LVCOLUMNW& column) {
     if (column.mask != LVCF_TEXT)
         NotImplemented("LVM_GETCOLUMNW", "more than a title");
     if (index >= list.columns.size())
         return FALSE;
-    GiveText(list.columns[index].title, static_cast<std::size_t>(column.cchTextMax),
+    CopyText(list.columns[index].title, static_cast<std::size_t>(column.cchTextMax),
              reinterpret_cast<LPARAM>(column.pszText));
     return TRUE;
 }
@@ -166,7 +166,7 @@ LRESULT SetColumnWidth(List& list, WPARAM index, int width) {
     if (index >= list.columns.size())
         return FALSE;
     if (width < 0)
-        NotImplemented("LVM_SETCOLUMNWIDTH", "widths after the contents");
+        NotImplemented("LVM_SETCOLUMNWIDTH", "a width that depends on the content");
     list.columns[index].width = width;
     return TRUE;
 }
@@ -180,7 +180,7 @@ int WidthOfAll(const List& list) {
 
 // --- places ---
 
-int RowsInSight(HWND window) {
+int VisibleRows(HWND window) {
     RECT client{};
     GetClientRect(window, &client);
     return std::max<int>((client.bottom - HEADER_HEIGHT) / LINE_HEIGHT, 1);
@@ -192,10 +192,10 @@ int RowAtPoint(const List& list, LPARAM point) {
     return is_below_header && IsRow(list, index) && XOf(point) < WidthOfAll(list) ? index : NONE;
 }
 
-LRESULT GivePlace(const List& list, int index, RECT& place) {
-    // What part of the row is asked for stands in the rectangle's left side.
+LRESULT GetPlace(const List& list, int index, RECT& place) {
+    // The left side of the rectangle says which part of the row is asked for.
     if (place.left != LVIR_BOUNDS)
-        NotImplemented("LVM_GETITEMRECT", "the place of a part of the row");
+        NotImplemented("LVM_GETITEMRECT", "a part of the row");
     if (!IsRow(list, index))
         return FALSE;
     const int top = HEADER_HEIGHT + (index - list.top) * LINE_HEIGHT;
@@ -208,7 +208,7 @@ LRESULT GivePlace(const List& list, int index, RECT& place) {
 LRESULT PressMouse(HWND window, List& list, LPARAM point) {
     if (YOf(point) < HEADER_HEIGHT)
         return 0;
-    SelectByHand(window, list, RowAtPoint(list, point));
+    SelectByUser(window, list, RowAtPoint(list, point));
     SetFocus(window);
     return 0;
 }
@@ -225,16 +225,16 @@ int TargetOf(HWND window, const List& list, WPARAM key, int focused) {
         case VK_END:
             return Count(list) - 1;
         case VK_PRIOR:
-            return std::max(focused - RowsInSight(window), 0);
+            return std::max(focused - VisibleRows(window), 0);
         case VK_NEXT:
-            return std::min(focused + RowsInSight(window), Count(list) - 1);
+            return std::min(focused + VisibleRows(window), Count(list) - 1);
         default:
             return NONE;
     }
 }
 
-void BringIntoSight(HWND window, List& list, int index) {
-    const int last_top = std::max(index - RowsInSight(window) + 1, 0);
+void ScrollTo(HWND window, List& list, int index) {
+    const int last_top = std::max(index - VisibleRows(window) + 1, 0);
     list.top = std::clamp(list.top, last_top, index);
 }
 
@@ -246,8 +246,8 @@ LRESULT PressKey(HWND window, List& list, WPARAM key) {
     }
     const int target = TargetOf(window, list, key, focused);
     if (IsRow(list, target) && target != focused) {
-        SelectByHand(window, list, target);
-        BringIntoSight(window, list, target);
+        SelectByUser(window, list, target);
+        ScrollTo(window, list, target);
     }
     return 0;
 }
@@ -275,7 +275,7 @@ LRESULT HandleRowMessage(HWND window, List& list, UINT message, WPARAM wparam, L
         case LVM_SETITEMTEXTW:
             return SetRowText(window, list, index, *reinterpret_cast<const LVITEMW*>(lparam));
         case LVM_GETITEMTEXTW:
-            return GiveRowText(list, index, *reinterpret_cast<const LVITEMW*>(lparam));
+            return GetRowText(list, index, *reinterpret_cast<const LVITEMW*>(lparam));
         case LVM_SETITEMSTATE:
             return SetState(window, list, index, *reinterpret_cast<const LVITEMW*>(lparam));
         case LVM_GETNEXTITEM:
@@ -283,7 +283,7 @@ LRESULT HandleRowMessage(HWND window, List& list, UINT message, WPARAM wparam, L
                 NotImplemented("LVM_GETNEXTITEM", "directions");
             return NextRow(list, index, static_cast<UINT>(lparam));
         case LVM_GETITEMRECT:
-            return GivePlace(list, index, *reinterpret_cast<RECT*>(lparam));
+            return GetPlace(list, index, *reinterpret_cast<RECT*>(lparam));
         default:
             return DefControlProcedure("SysListView32", window, message, wparam, lparam);
     }
@@ -294,7 +294,7 @@ LRESULT HandleColumnMessage(HWND window, List& list, UINT message, WPARAM wparam
         case LVM_INSERTCOLUMNW:
             return InsertColumn(list, wparam, *reinterpret_cast<const LVCOLUMNW*>(lparam));
         case LVM_GETCOLUMNW:
-            return GiveColumn(list, wparam, *reinterpret_cast<const LVCOLUMNW*>(lparam));
+            return GetColumn(list, wparam, *reinterpret_cast<const LVCOLUMNW*>(lparam));
         case LVM_SETCOLUMNWIDTH:
             return SetColumnWidth(list, wparam, XOf(lparam));
         case LVM_GETCOLUMNWIDTH:

@@ -1,10 +1,9 @@
-// STATIC: a line of text that the mouse goes through. How a long path is shortened for display is drawing
-// only; the text stays whole.
+// STATIC: a line of text that does not take the mouse. A long path is shortened only in the platform's
+// drawing, so not here.
 #include <string>
 
 #include "platform/host/controls/control.h"
-#include "platform/host/controls/inspect.h"
-#include "platform/host/controls/procedures.h"
+#include "platform/host/hooks/test_hooks.h"
 
 namespace host {
 namespace {
@@ -14,9 +13,8 @@ struct Label {
 };
 
 void Draw(HWND window, Label& label) {
-    const auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
     label.drawn = FindWindowState(window)->text;
-    if ((style & SS_NOPREFIX) == 0)
+    if ((StyleOf(window) & SS_NOPREFIX) == 0)
         std::erase(label.drawn, u'&');
 }
 

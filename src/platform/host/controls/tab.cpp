@@ -1,11 +1,11 @@
-// SysTabControl32: one row of tabs, of which one is chosen. What lies below the tabs lets the mouse through.
+// SysTabControl32: one row of tabs, of which one is selected. The area below the tabs does not take the
+// mouse.
 #include <string>
 #include <vector>
 
 #include "platform/host/api/comctl32.h"
 #include "platform/host/controls/control.h"
-#include "platform/host/controls/procedures.h"
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 
 namespace host {
 namespace {
@@ -17,7 +17,7 @@ constexpr int TAB_PADDING = 12;
 
 struct Tabs {
     std::vector<std::u16string> texts;
-    int chosen = NONE;
+    int selected = NONE;
 };
 
 int Count(const Tabs& tabs) {
@@ -37,45 +37,45 @@ int TabAt(const Tabs& tabs, POINT point) {
     return NONE;
 }
 
-void Choose(HWND window, Tabs& tabs, int index) {
-    if (index == NONE || index == tabs.chosen)
+void Select(HWND window, Tabs& tabs, int index) {
+    if (index == NONE || index == tabs.selected)
         return;
-    tabs.chosen = index;
+    tabs.selected = index;
     NMHDR header{};
     SendNotification(window, TCN_SELCHANGE, header);
 }
 
 LRESULT Insert(Tabs& tabs, WPARAM index, const TCITEMW& item) {
     if (item.mask != TCIF_TEXT || index != tabs.texts.size())
-        NotImplemented("TCM_INSERTITEMW", "more than a text, or before another tab");
+        NotImplemented("TCM_INSERTITEMW", "more than a text, or an index other than the last");
     if (CallFails("TCM_INSERTITEMW"))
         return -1;
     tabs.texts.emplace_back(item.pszText);
-    if (tabs.chosen == NONE)
-        tabs.chosen = 0;
+    if (tabs.selected == NONE)
+        tabs.selected = 0;
     return static_cast<LRESULT>(index);
 }
 
-LRESULT GiveItem(const Tabs& tabs, WPARAM index, const TCITEMW& item) {
+LRESULT GetItem(const Tabs& tabs, WPARAM index, const TCITEMW& item) {
     if (item.mask != TCIF_TEXT || index >= tabs.texts.size())
-        NotImplemented("TCM_GETITEMW", "more than a text, or of no tab");
-    GiveText(tabs.texts[index], static_cast<std::size_t>(item.cchTextMax),
+        NotImplemented("TCM_GETITEMW", "more than a text, or a tab that does not exist");
+    CopyText(tabs.texts[index], static_cast<std::size_t>(item.cchTextMax),
              reinterpret_cast<LPARAM>(item.pszText));
     return TRUE;
 }
 
 LRESULT PressKey(HWND window, Tabs& tabs, WPARAM key) {
-    const int target = tabs.chosen + (key == VK_RIGHT ? 1 : -1);
+    const int target = tabs.selected + (key == VK_RIGHT ? 1 : -1);
     if ((key == VK_LEFT || key == VK_RIGHT) && target >= 0 && target < Count(tabs))
-        Choose(window, tabs, target);
+        Select(window, tabs, target);
     return 0;
 }
 
 LRESULT PressMouse(HWND window, Tabs& tabs, LPARAM point) {
     const int index = TabAt(tabs, {XOf(point), YOf(point)});
-    if (index == tabs.chosen)
+    if (index == tabs.selected)
         SetFocus(window);
-    Choose(window, tabs, index);
+    Select(window, tabs, index);
     return 0;
 }
 
@@ -103,9 +103,9 @@ LRESULT CALLBACK TabProcedure(HWND window, UINT message, WPARAM wparam, LPARAM l
         case TCM_INSERTITEMW:
             return Insert(*tabs, wparam, *reinterpret_cast<const TCITEMW*>(lparam));
         case TCM_GETITEMW:
-            return GiveItem(*tabs, wparam, *reinterpret_cast<const TCITEMW*>(lparam));
+            return GetItem(*tabs, wparam, *reinterpret_cast<const TCITEMW*>(lparam));
         case TCM_GETCURSEL:
-            return tabs->chosen;
+            return tabs->selected;
         default:
             return DefControlProcedure("SysTabControl32", window, message, wparam, lparam);
     }

@@ -1,7 +1,9 @@
-// The entry of a console program with wide arguments: Linux calls main, the program has wmain.
+// The entry point of a console program: Linux calls main, the program defines wmain.
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/host/api/kernel32.h"
@@ -13,10 +15,12 @@ int main(int argc, char** argv) {
     std::vector<std::u16string> texts(static_cast<std::size_t>(argc));
     std::vector<WCHAR*> arguments;
     for (std::size_t at = 0; at < texts.size(); at++) {
-        if (!host::FromUtf8(argv[at], texts[at])) {
+        std::optional<std::u16string> text = host::FromUtf8(argv[at]);
+        if (!text) {
             std::fprintf(stderr, "Argument %zu is not UTF-8\n", at);
             std::abort();
         }
+        texts[at] = std::move(*text);
         arguments.push_back(texts[at].data());
     }
     arguments.push_back(nullptr);

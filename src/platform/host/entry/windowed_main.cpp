@@ -1,4 +1,4 @@
-// The entry of a windowed program: Linux calls main, the program has wWinMain.
+// The entry point of a windowed program: Linux calls main, the program defines wWinMain.
 #include "platform/host/api/kernel32.h"
 
 int main() {

@@ -1,5 +1,6 @@
-// The child processes that run, what becomes of them, and how this one ends: an exit code of Windows is wider
-// than one of Linux, and a fault is a signal here.
+// The running child processes, their exit codes, and the end of this process. Exit codes of Windows have 32
+// bits, those of Linux 8; a program that crashes ends by a signal on Linux and with an exception code on
+// Windows.
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -9,7 +10,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/system/native.h"
 
 namespace host {
@@ -20,7 +21,7 @@ struct SignalCode {
     DWORD exit_code;
 };
 
-// How a program that dies of the same fault ends on Windows.
+// The exit code on Windows of a program that crashes for the same reason.
 constexpr auto SIGNAL_CODES = std::to_array<SignalCode>({
     {SIGSEGV, 0xC0000005},
     {SIGBUS, 0xC0000006},
@@ -41,13 +42,10 @@ DWORD ExitCodeOf(int status) {
     return OTHER_SIGNAL_CODE;
 }
 
-std::vector<std::shared_ptr<ChildProcess>>& Running() {
-    return Lasting<std::vector<std::shared_ptr<ChildProcess>>>();
-}
+std::vector<std::shared_ptr<ChildProcess>> running_children;
 
 }  // namespace
 
-// Looks after one child, waiting for its end if asked to.
 void Reap(ChildProcess& child, int options) {
     int status = 0;
     pid_t ended = 0;
@@ -62,14 +60,17 @@ void Reap(ChildProcess& child, int options) {
 }
 
 void AddChild(std::shared_ptr<ChildProcess> child) {
-    Running().push_back(std::move(child));
+    running_children.push_back(std::move(child));
 }
 
 void ReapChildren() {
-    auto& running = Running();
-    for (const auto& child : running)
+    for (const auto& child : running_children)
         Reap(*child, WNOHANG);
-    std::erase_if(running, [](const auto& child) { return child->has_ended; });
+    std::erase_if(running_children, [](const auto& child) { return child->has_ended; });
+}
+
+void ResetChildren() {
+    running_children.clear();
 }
 
 }  // namespace host
@@ -85,5 +86,5 @@ void ReapChildren() {
             raise(entry.signal_number);
         }
     }
-    host::NotImplemented("ExitProcess", "an exit code that Linux cannot carry");
+    host::NotImplemented("ExitProcess", "an exit code above 255 that no signal stands for");
 }

@@ -1,4 +1,4 @@
-// A disk that forgets: what of the files would survive a loss of power.
+// The simulated loss of power: which contents of files would survive it.
 #include <unistd.h>
 
 #include <array>
@@ -10,23 +10,20 @@
 #include <optional>
 #include <string>
 
-#include "platform/host/hooks.h"
-#include "platform/host/system/inspect.h"
+#include "platform/host/hooks/test_hooks.h"
 #include "platform/host/system/native.h"
 
 namespace host {
 namespace {
 
-using Content = std::optional<std::string>;  // none: no file
+using Content = std::optional<std::string>;  // nothing: no such file
 
 struct Disk {
     bool forgets = false;
-    std::map<std::string, Content> kept;  // by path, for each file that was touched
+    std::map<std::string, Content> kept;  // by path, for each file that was changed
 };
 
-Disk& TheDisk() {
-    return Lasting<Disk>();
-}
+Disk disk;
 
 Content ContentOf(const std::string& native) {
     std::ifstream file(native, std::ios::binary);
@@ -38,35 +35,39 @@ Content ContentOf(const std::string& native) {
 }  // namespace
 
 void BeforeChange(const std::string& native) {
-    if (TheDisk().forgets && !TheDisk().kept.contains(native))
-        TheDisk().kept[native] = ContentOf(native);
+    if (disk.forgets && !disk.kept.contains(native))
+        disk.kept[native] = ContentOf(native);
 }
 
 void AfterFlush(int descriptor) {
     std::array<char, PATH_MAX> native{};
     const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
-    if (TheDisk().forgets && readlink(link.c_str(), native.data(), native.size() - 1) > 0)
-        TheDisk().kept[native.data()] = ContentOf(native.data());
+    if (disk.forgets && readlink(link.c_str(), native.data(), native.size() - 1) > 0)
+        disk.kept[native.data()] = ContentOf(native.data());
 }
 
 void AfterMove(const std::string& source, const std::string& target) {
-    if (!TheDisk().forgets)
+    if (!disk.forgets)
         return;
-    TheDisk().kept[target] = TheDisk().kept[source];
-    TheDisk().kept[source].reset();
+    disk.kept[target] = disk.kept[source];
+    disk.kept[source].reset();
 }
 
 void MakeDiskForgetful() {
-    TheDisk() = {true, {}};
+    disk = {true, {}};
 }
 
 void LosePower() {
-    for (const auto& [native, content] : TheDisk().kept)
+    for (const auto& [native, content] : disk.kept)
         if (content)
             std::ofstream(native, std::ios::binary) << *content;
         else
             std::filesystem::remove(native);
-    TheDisk() = {};
+    disk = {};
+}
+
+void ResetDisk() {
+    disk = {};
 }
 
 }  // namespace host

@@ -1,12 +1,13 @@
-// The wording of the errors that the layer gives and that tests ask for, as an English system has it.
+// The texts of the errors that the layer reports or that tests ask for, as an English Windows has them.
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <string_view>
 
 #include "platform/host/api/kernel32.h"
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 
+namespace host {
 namespace {
 
 struct ErrorText {
@@ -48,15 +49,14 @@ constexpr auto TEXTS = std::to_array<ErrorText>({
      u"No mapping for the Unicode character exists in the target multi-byte code page."},
     {ERROR_IO_DEVICE, u"The request could not be performed because of an I/O device error."},
     {ERROR_INVALID_WINDOW_HANDLE, u"Invalid window handle."},
-    {ERROR_CANNOT_FIND_WND_CLASS, u"Cannot find window class."},
     {ERROR_CLASS_ALREADY_EXISTS, u"Class already exists."},
-    {ERROR_CLASS_DOES_NOT_EXIST, u"Class does not exist."},
     {ERROR_CONTROL_ID_NOT_FOUND, u"Control ID not found."},
     {ERROR_NO_SYSTEM_RESOURCES, u"Insufficient system resources exist to complete the requested service."},
     {ERROR_CANT_RESOLVE_FILENAME, u"The name of the file cannot be resolved by the system."},
 });
 
 }  // namespace
+}  // namespace host
 
 DWORD WINAPI FormatMessageW(DWORD flags, LPCVOID source, DWORD code, DWORD language, LPWSTR buffer,
                             DWORD size, void* arguments) {
@@ -65,10 +65,11 @@ DWORD WINAPI FormatMessageW(DWORD flags, LPCVOID source, DWORD code, DWORD langu
     constexpr DWORD FLAGS =
         FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
     if (flags != FLAGS || source != nullptr || language != 0 || size != 0 || arguments != nullptr)
-        host::NotImplemented("FormatMessageW", "anything but a system text in a buffer of its own");
-    const auto* const found = std::find_if(TEXTS.begin(), TEXTS.end(),
-                                           [code](const ErrorText& entry) { return entry.code == code; });
-    if (found == TEXTS.end()) {
+        host::NotImplemented("FormatMessageW", "anything but a system text in an allocated buffer");
+    const auto* const found =
+        std::find_if(host::TEXTS.begin(), host::TEXTS.end(),
+                     [code](const host::ErrorText& entry) { return entry.code == code; });
+    if (found == host::TEXTS.end()) {
         SetLastError(ERROR_MR_MID_NOT_FOUND);
         return 0;
     }
@@ -81,7 +82,7 @@ DWORD WINAPI FormatMessageW(DWORD flags, LPCVOID source, DWORD code, DWORD langu
     }
     WCHAR* const end = std::copy(found->text.begin(), found->text.end(), text);
     *std::copy(LINE_END.begin(), LINE_END.end(), end) = u'\0';
-    // With this flag the buffer argument is the address of the caller's pointer.
+    // With FORMAT_MESSAGE_ALLOCATE_BUFFER this argument is the address of the caller's pointer.
     *reinterpret_cast<LPWSTR*>(buffer) = text;
     return static_cast<DWORD>(length);
 }

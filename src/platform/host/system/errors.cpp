@@ -1,4 +1,4 @@
-// What a mistake is called on Windows that Linux tells by its errno value.
+// The Windows error codes of errno values.
 #include <sys/stat.h>
 
 #include <array>

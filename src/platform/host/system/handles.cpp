@@ -1,4 +1,4 @@
-// Handles, the descriptors of files beneath them, and the standard streams.
+// Handles, the descriptors of their files, and the standard streams.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -7,47 +7,41 @@
 #include <map>
 #include <utility>
 
-#include "platform/host/hooks.h"
-#include "platform/host/system/inspect.h"
+#include "platform/host/hooks/call_hooks.h"
+#include "platform/host/hooks/test_hooks.h"
 #include "platform/host/system/native.h"
 
+namespace host {
 namespace {
 
-// Handles are numbers of the layer's own that never come back, so that a stale one is always noticed.
+// The number of a closed handle is never used again, so that its use is always noticed.
 struct HandleTable {
-    std::map<std::uintptr_t, host::KernelObject> open;
+    std::map<std::uintptr_t, KernelObject> open;
     std::uintptr_t next = 0x100;
-    std::array<host::KernelObject, 3> standard;
+    std::array<KernelObject, 3> standard;  // made at the first GetStdHandle
 };
 
-HandleTable& Table() {
-    return host::Lasting<HandleTable>();
-}
+HandleTable handles;
 
 constexpr std::uintptr_t HANDLE_STEP = 4;
 constexpr std::uintptr_t FIRST_STANDARD = 0x10;
 
-// The stream's place in the table, or its size for another handle.
+// The index of a standard stream in the table; the number of streams for any other handle.
 std::size_t StandardIndex(HANDLE handle) {
     const auto number = reinterpret_cast<std::uintptr_t>(handle);
-    const std::size_t count = Table().standard.size();
+    const std::size_t count = handles.standard.size();
     if (number < FIRST_STANDARD || number % HANDLE_STEP != 0)
         return count;
     return std::min<std::size_t>((number - FIRST_STANDARD) / HANDLE_STEP, count);
 }
 
-host::KernelObject StandardObject(int number) {
-    auto file = std::make_shared<host::OpenFile>();
-    file->descriptor = host::Descriptor(number);
-    file->can_read = number == STDIN_FILENO;
-    file->can_write = number != STDIN_FILENO;
-    file->is_inheritable = true;
-    return {file, nullptr};
+KernelObject StandardObject(int number) {
+    const bool is_input = number == STDIN_FILENO;
+    return {std::make_shared<OpenFile>(OpenFile{Descriptor(number), is_input, !is_input, true, nullptr}),
+            nullptr};
 }
 
 }  // namespace
-
-namespace host {
 
 Descriptor::~Descriptor() {
     // The three standard streams belong to the process and stay open.
@@ -63,20 +57,18 @@ Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
 }
 
 HANDLE AddHandle(KernelObject object) {
-    HandleTable& table = Table();
-    const std::uintptr_t number = table.next;
-    table.next += HANDLE_STEP;
-    table.open.emplace(number, std::move(object));
+    const std::uintptr_t number = handles.next;
+    handles.next += HANDLE_STEP;
+    handles.open.emplace(number, std::move(object));
     return reinterpret_cast<HANDLE>(number);
 }
 
 const KernelObject* FindObject(HANDLE handle) {
-    HandleTable& table = Table();
     const std::size_t standard = StandardIndex(handle);
-    if (standard < table.standard.size() && table.standard[standard].file != nullptr)
-        return &table.standard[standard];
-    const auto found = table.open.find(reinterpret_cast<std::uintptr_t>(handle));
-    if (found == table.open.end()) {
+    if (standard < handles.standard.size() && handles.standard[standard].file != nullptr)
+        return &handles.standard[standard];
+    const auto found = handles.open.find(reinterpret_cast<std::uintptr_t>(handle));
+    if (found == handles.open.end()) {
         SetLastError(ERROR_INVALID_HANDLE);
         return nullptr;
     }
@@ -94,7 +86,7 @@ OpenFile* FindFile(HANDLE handle) {
 
 std::vector<int> InheritableDescriptors() {
     std::vector<int> descriptors;
-    for (const auto& [number, object] : Table().open)
+    for (const auto& [number, object] : handles.open)
         if (object.file != nullptr && object.file->is_inheritable)
             descriptors.push_back(object.file->descriptor.number);
     std::sort(descriptors.begin(), descriptors.end());
@@ -102,7 +94,11 @@ std::vector<int> InheritableDescriptors() {
 }
 
 std::size_t OpenHandles() {
-    return Table().open.size();
+    return handles.open.size();
+}
+
+void ResetHandles() {
+    handles = {};
 }
 
 }  // namespace host
@@ -112,7 +108,7 @@ BOOL WINAPI CloseHandle(HANDLE handle) {
     const DWORD injected_error = GetLastError();
     if (host::FindObject(handle) == nullptr)
         return FALSE;
-    Table().open.erase(reinterpret_cast<std::uintptr_t>(handle));
+    host::handles.open.erase(reinterpret_cast<std::uintptr_t>(handle));
     host::ReapChildren();
     return must_fail ? host::Fail(injected_error) : TRUE;
 }
@@ -121,15 +117,15 @@ HANDLE WINAPI GetStdHandle(DWORD which) {
     if (host::CallFails("GetStdHandle"))
         return INVALID_HANDLE_VALUE;
     const DWORD index = STD_INPUT_HANDLE - which;
-    if (index >= Table().standard.size()) {
+    if (index >= host::handles.standard.size()) {
         host::Fail(ERROR_INVALID_HANDLE);
         return INVALID_HANDLE_VALUE;
     }
     const int number = static_cast<int>(index);
     if (fcntl(number, F_GETFD) == -1)
         return nullptr;
-    host::KernelObject& object = Table().standard[index];
+    host::KernelObject& object = host::handles.standard[index];
     if (object.file == nullptr)
-        object = StandardObject(number);
-    return reinterpret_cast<HANDLE>(FIRST_STANDARD + HANDLE_STEP * index);
+        object = host::StandardObject(number);
+    return reinterpret_cast<HANDLE>(host::FIRST_STANDARD + host::HANDLE_STEP * index);
 }

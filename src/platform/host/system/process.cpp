@@ -1,5 +1,5 @@
-// Starting a process and following it: the attribute list, the command line, the streams; and where the
-// program itself lies.
+// Processes: the attribute list, the command line and the streams of a start, the wait for the end, and the
+// path of the program itself.
 #include <fcntl.h>
 #include <limits.h>
 #include <signal.h>
@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -19,16 +20,17 @@
 #include <vector>
 
 #include "platform/host/api/kernel32.h"
-#include "platform/host/hooks.h"
-#include "platform/host/system/inspect.h"
+#include "platform/host/hooks/call_hooks.h"
+#include "platform/host/hooks/test_hooks.h"
 #include "platform/host/system/native.h"
 
+namespace host {
 namespace {
 
 constexpr std::size_t STREAMS = 3;
 constexpr DWORD ATTRIBUTE_LIST_MARK = 0x4C415054;
 
-// What the caller's buffer of an attribute list holds.
+// The content of the caller's buffer for an attribute list.
 struct AttributeList {
     DWORD mark;
     DWORD count;
@@ -36,28 +38,26 @@ struct AttributeList {
     std::size_t handle_count;
 };
 
-struct StartState {
+struct ProcessCalls {
     std::size_t attribute_lists = 0;
     std::u16string module_file;  // empty: the true one
 };
 
-StartState& Starts() {
-    return host::Lasting<StartState>();
-}
+ProcessCalls process_calls;
 
-host::ChildProcess* FindProcess(HANDLE handle, const char* call) {
-    const host::KernelObject* const object = host::FindObject(handle);
+ChildProcess* FindProcess(HANDLE handle, const char* call) {
+    const KernelObject* const object = FindObject(handle);
     if (object == nullptr)
         return nullptr;
     if (object->process == nullptr)
-        host::NotImplemented(call, "a handle that is no process");
-    host::ReapChildren();
+        NotImplemented(call, "a handle that is not that of a process");
+    ReapChildren();
     return object->process.get();
 }
 
 // --- the command line ---
 
-// The program's name ends at the first blank outside quotes; nothing in it is escaped.
+// The program's name ends at the first blank outside quotes; backslashes have no meaning in it.
 std::u16string TakeProgramName(std::u16string_view& line) {
     std::u16string name;
     bool is_quoted = false;
@@ -71,9 +71,9 @@ std::u16string TakeProgramName(std::u16string_view& line) {
     return name;
 }
 
-// Takes a run of backslashes and the quote that may follow: two backslashes in front of a quote are one, an
-// odd one makes the quote a character, and so does a second quote inside quotes. Without a quote they are
-// themselves.
+// Takes a run of backslashes and the quote that may follow. Before a quote two backslashes become one, and a
+// single one that is left makes the quote a character, as does a second quote inside quotes. Backslashes that
+// no quote follows stay as they are.
 void TakeBackslashesAndQuote(std::u16string_view& line, std::u16string& argument, bool& is_quoted) {
     const std::size_t run = std::min(line.find_first_not_of(u'\\'), line.size());
     line.remove_prefix(run);
@@ -111,12 +111,16 @@ void SkipBlanks(std::u16string_view& line) {
     line.remove_prefix(std::min(line.find_first_not_of(u" \t"), line.size()));
 }
 
-// The arguments in UTF-8; false where one is ill-formed.
+// Adds the arguments in UTF-8; false if one is ill-formed.
 bool SplitCommandLine(std::u16string_view line, std::vector<std::string>& arguments) {
-    bool is_sound = host::ToUtf8(TakeProgramName(line), arguments.emplace_back());
-    for (SkipBlanks(line); !line.empty(); SkipBlanks(line))
-        is_sound = host::ToUtf8(TakeArgument(line), arguments.emplace_back()) && is_sound;
-    return is_sound;
+    std::optional<std::string> argument = ToUtf8(TakeProgramName(line));
+    for (SkipBlanks(line); argument && !line.empty(); SkipBlanks(line)) {
+        arguments.push_back(*argument);
+        argument = ToUtf8(TakeArgument(line));
+    }
+    if (argument)
+        arguments.push_back(*argument);
+    return argument.has_value();
 }
 
 // --- starting ---
@@ -125,50 +129,49 @@ struct StartRequest {
     std::string program;
     std::string folder;
     std::vector<std::string> arguments;
-    std::array<host::Descriptor, STREAMS> streams;  // without a descriptor: the child does not get the stream
-    std::vector<int> more;                          // descriptors that it inherits beside its streams
-    std::vector<std::shared_ptr<const host::ShareClaim>> claims;
+    const AttributeList* list = nullptr;      // the only handles that the child may inherit; null: all
+    std::array<Descriptor, STREAMS> streams;  // -1: the child does not get this stream
+    std::vector<int> more;                    // further descriptors that it inherits
+    std::vector<std::shared_ptr<const ShareClaim>> claims;
     bool leaves_terminal = false;
 };
 
 void CheckStartArguments(LPCWSTR application, LPSECURITY_ATTRIBUTES process_security,
                          LPSECURITY_ATTRIBUTES thread_security, DWORD flags, LPVOID environment) {
     if (application == nullptr)
-        host::NotImplemented("CreateProcessW", "looking for the program in the command line");
+        NotImplemented("CreateProcessW", "a program that is named only in the command line");
     if (process_security != nullptr || thread_security != nullptr || environment != nullptr)
-        host::NotImplemented("CreateProcessW", "security attributes or an environment of the child's own");
+        NotImplemented("CreateProcessW", "security attributes or another environment");
     if ((flags & ~(CREATE_NO_WINDOW | EXTENDED_STARTUPINFO_PRESENT)) != 0)
-        host::NotImplemented("CreateProcessW", "this flag");
+        NotImplemented("CreateProcessW", "this flag");
 }
 
 AttributeList* ListIn(LPPROC_THREAD_ATTRIBUTE_LIST list, const char* call) {
     auto* const attributes = reinterpret_cast<AttributeList*>(list);
     if (attributes == nullptr || attributes->mark != ATTRIBUTE_LIST_MARK)
-        host::NotImplemented(call, "an attribute list that is not initialised");
+        NotImplemented(call, "an attribute list that is not initialised");
     return attributes;
 }
 
-// Which handles may be inherited: those of the list, or all where there is no list.
-bool ReadHandleList(LPSTARTUPINFOW startup, DWORD flags, BOOL inherit_handles, const AttributeList*& list) {
+// Sets the list of handles in the request, if there is one.
+bool ReadHandleList(const STARTUPINFOW& startup, DWORD flags, BOOL inherit_handles, StartRequest& request) {
     const bool is_extended = (flags & EXTENDED_STARTUPINFO_PRESENT) != 0;
-    if (startup->cb != (is_extended ? sizeof(STARTUPINFOEXW) : sizeof(STARTUPINFOW)))
-        return host::Fail(ERROR_INVALID_PARAMETER);
-    const auto* const extended = reinterpret_cast<const STARTUPINFOEXW*>(startup);
-    list = nullptr;
-    if (!is_extended || extended->lpAttributeList == nullptr)
+    if (startup.cb != (is_extended ? sizeof(STARTUPINFOEXW) : sizeof(STARTUPINFOW)))
+        return Fail(ERROR_INVALID_PARAMETER);
+    const auto& extended = reinterpret_cast<const STARTUPINFOEXW&>(startup);
+    if (!is_extended || extended.lpAttributeList == nullptr)
         return true;
-    list = ListIn(extended->lpAttributeList, "CreateProcessW");
-    if (list->handles == nullptr) {
-        list = nullptr;
+    const AttributeList& list = *ListIn(extended.lpAttributeList, "CreateProcessW");
+    if (list.handles == nullptr)
         return true;
-    }
+    request.list = &list;
     const auto can_be_inherited = [](HANDLE handle) {
-        const host::OpenFile* const file = host::FindFile(handle);
+        const OpenFile* const file = FindFile(handle);
         return file != nullptr && file->is_inheritable;
     };
-    const bool is_sound = inherit_handles != FALSE &&
-                          std::all_of(list->handles, list->handles + list->handle_count, can_be_inherited);
-    return is_sound || host::Fail(ERROR_INVALID_PARAMETER);
+    const bool can_inherit = inherit_handles != FALSE &&
+                             std::all_of(list.handles, list.handles + list.handle_count, can_be_inherited);
+    return can_inherit || Fail(ERROR_INVALID_PARAMETER);
 }
 
 bool IsListed(HANDLE handle, const AttributeList* list) {
@@ -176,21 +179,20 @@ bool IsListed(HANDLE handle, const AttributeList* list) {
                                   list->handles + list->handle_count;
 }
 
-// Takes copies beyond the standard three, so that placing one stream cannot overwrite the source of another.
-bool TakeStreams(const STARTUPINFOW& startup, BOOL inherit_handles, const AttributeList* list,
-                 StartRequest& request) {
+// Copies the streams to descriptors above the standard three, so that setting one stream of the child does
+// not overwrite the source of another.
+bool CopyStreams(const STARTUPINFOW& startup, BOOL inherit_handles, StartRequest& request) {
     if ((startup.dwFlags & STARTF_USESTDHANDLES) == 0 || inherit_handles == FALSE)
         return true;
     const std::array<HANDLE, STREAMS> handles = {startup.hStdInput, startup.hStdOutput, startup.hStdError};
     for (std::size_t at = 0; at < STREAMS; at++) {
-        const host::OpenFile* const file =
-            IsListed(handles[at], list) ? host::FindFile(handles[at]) : nullptr;
+        const OpenFile* const file = IsListed(handles[at], request.list) ? FindFile(handles[at]) : nullptr;
         if (file == nullptr || !file->is_inheritable)
             continue;
         const int copy = fcntl(file->descriptor.number, F_DUPFD_CLOEXEC, static_cast<int>(STREAMS));
         if (copy < 0)
-            return host::Fail(host::ErrorOf(errno));
-        request.streams[at] = host::Descriptor(copy);
+            return Fail(ErrorOf(errno));
+        request.streams[at] = Descriptor(copy);
         if (file->claim != nullptr)
             request.claims.push_back(file->claim);
     }
@@ -202,22 +204,27 @@ bool IsFolder(const std::string& native) {
     return stat(native.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// Full native paths of the program and of its folder, the former against the current folder.
-bool FindPlaces(LPCWSTR application, LPCWSTR folder, StartRequest& request) {
-    if (!host::FindNative(application, request.program))
+// Sets the native paths of the program and of the child's current folder. The program's path is relative to
+// the current folder of this process.
+bool SetPaths(LPCWSTR application, LPCWSTR folder, StartRequest& request) {
+    const std::optional<std::string> program = ToNativePath(application);
+    if (!program)
         return false;
+    request.program = *program;
     if (IsFolder(request.program))
-        return host::Fail(ERROR_ACCESS_DENIED);
+        return Fail(ERROR_ACCESS_DENIED);
     if (access(request.program.c_str(), F_OK) != 0)
-        return host::Fail(host::ErrorOf(errno, request.program));
+        return Fail(ErrorOf(errno, request.program));
     if (folder == nullptr)
         return true;
-    if (!host::FindNative(folder, request.folder) || !IsFolder(request.folder))
-        return host::Fail(ERROR_DIRECTORY);
+    const std::optional<std::string> native_folder = ToNativePath(folder);
+    if (!native_folder || !IsFolder(*native_folder))
+        return Fail(ERROR_DIRECTORY);
+    request.folder = *native_folder;
     return true;
 }
 
-// What the child does between its making and the start of the program.
+// Adds what the child does before it starts the program.
 void PrepareActions(const StartRequest& request, posix_spawn_file_actions_t& actions) {
     if (!request.folder.empty())
         posix_spawn_file_actions_addchdir_np(&actions, request.folder.c_str());
@@ -228,14 +235,14 @@ void PrepareActions(const StartRequest& request, posix_spawn_file_actions_t& act
         else
             posix_spawn_file_actions_addclose(&actions, stream);
     }
-    // Down from their own places, which lie above, in their order.
+    // In ascending order, so that no copy overwrites a descriptor that is still to be copied.
     int next = static_cast<int>(STREAMS);
     for (const int inherited : request.more)
         posix_spawn_file_actions_adddup2(&actions, inherited, next++);
     posix_spawn_file_actions_addclosefrom_np(&actions, next);
 }
 
-// Gives an errno value, or 0 with the child running.
+// Returns an errno value, or 0 if the child runs.
 int Spawn(StartRequest& request, pid_t& process_id) {
     std::vector<char*> arguments;
     for (std::string& argument : request.arguments)
@@ -246,7 +253,7 @@ int Spawn(StartRequest& request, pid_t& process_id) {
     PrepareActions(request, actions);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
-    // Without a window of its own the child must not hear from our terminal either.
+    // A child without a window must not receive the signals of our terminal either.
     posix_spawnattr_setflags(&attributes, request.leaves_terminal ? POSIX_SPAWN_SETSID : 0);
     const int error =
         posix_spawn(&process_id, request.program.c_str(), &actions, &attributes, arguments.data(), environ);
@@ -255,38 +262,40 @@ int Spawn(StartRequest& request, pid_t& process_id) {
     return error;
 }
 
-// A file without the right to be executed is to Linux what a file of another format is to Windows.
+// Linux refuses a file without the right to be executed. Windows would report that it is not a program.
 DWORD StartError(int error, const std::string& program) {
     struct stat status = {};
     constexpr mode_t ANY_EXECUTE_BIT = 0111;
     if (error == EACCES && stat(program.c_str(), &status) == 0 && (status.st_mode & ANY_EXECUTE_BIT) == 0)
         return ERROR_BAD_EXE_FORMAT;
-    return host::ErrorOf(error, program);
+    return ErrorOf(error, program);
 }
 
 BOOL Start(StartRequest& request, LPPROCESS_INFORMATION information) {
-    auto child = std::make_shared<host::ChildProcess>();
+    auto child = std::make_shared<ChildProcess>();
     pid_t process_id = 0;
     if (const int error = Spawn(request, process_id); error != 0)
-        return host::Fail(StartError(error, request.program));
+        return Fail(StartError(error, request.program));
     child->process_id = process_id;
     child->claims = std::move(request.claims);
-    host::AddChild(child);
+    AddChild(child);
     const auto number = static_cast<DWORD>(process_id);
-    *information = {host::AddHandle({nullptr, child}), host::AddHandle({}), number, number};
+    *information = {AddHandle({nullptr, child}), AddHandle({}), number, number};
     return TRUE;
 }
 
 }  // namespace
 
-namespace host {
-
 std::size_t OpenAttributeLists() {
-    return Starts().attribute_lists;
+    return process_calls.attribute_lists;
 }
 
 void SetModuleFile(std::u16string path) {
-    Starts().module_file = std::move(path);
+    process_calls.module_file = std::move(path);
+}
+
+void ResetProcessCalls() {
+    process_calls = {};
 }
 
 }  // namespace host
@@ -298,11 +307,11 @@ BOOL WINAPI InitializeProcThreadAttributeList(LPPROC_THREAD_ATTRIBUTE_LIST list,
     if (flags != 0 || count != 1)
         host::NotImplemented("InitializeProcThreadAttributeList", "anything but one attribute without flags");
     const SIZE_T given = *size;
-    *size = sizeof(AttributeList);
-    if (list == nullptr || given < sizeof(AttributeList))
+    *size = sizeof(host::AttributeList);
+    if (list == nullptr || given < sizeof(host::AttributeList))
         return host::Fail(ERROR_INSUFFICIENT_BUFFER);
-    *reinterpret_cast<AttributeList*>(list) = {ATTRIBUTE_LIST_MARK, count, nullptr, 0};
-    Starts().attribute_lists++;
+    *reinterpret_cast<host::AttributeList*>(list) = {host::ATTRIBUTE_LIST_MARK, count, nullptr, 0};
+    host::process_calls.attribute_lists++;
     return TRUE;
 }
 
@@ -310,10 +319,10 @@ BOOL WINAPI UpdateProcThreadAttribute(LPPROC_THREAD_ATTRIBUTE_LIST list, DWORD f
                                       PVOID value, SIZE_T size, PVOID previous_value, SIZE_T* return_size) {
     if (host::CallFails("UpdateProcThreadAttribute"))
         return FALSE;
-    AttributeList* const attributes = ListIn(list, "UpdateProcThreadAttribute");
+    host::AttributeList* const attributes = host::ListIn(list, "UpdateProcThreadAttribute");
     if (attribute != PROC_THREAD_ATTRIBUTE_HANDLE_LIST || flags != 0 || previous_value != nullptr ||
         return_size != nullptr)
-        host::NotImplemented("UpdateProcThreadAttribute", "anything but a new list of handles");
+        host::NotImplemented("UpdateProcThreadAttribute", "anything but a list of handles");
     if (value == nullptr || size == 0 || size % sizeof(HANDLE) != 0)
         return host::Fail(ERROR_BAD_LENGTH);
     attributes->handles = static_cast<const HANDLE*>(value);
@@ -322,8 +331,8 @@ BOOL WINAPI UpdateProcThreadAttribute(LPPROC_THREAD_ATTRIBUTE_LIST list, DWORD f
 }
 
 void WINAPI DeleteProcThreadAttributeList(LPPROC_THREAD_ATTRIBUTE_LIST list) {
-    *ListIn(list, "DeleteProcThreadAttributeList") = {};
-    Starts().attribute_lists--;
+    *host::ListIn(list, "DeleteProcThreadAttributeList") = {};
+    host::process_calls.attribute_lists--;
 }
 
 BOOL WINAPI CreateProcessW(LPCWSTR application, LPWSTR command_line, LPSECURITY_ATTRIBUTES process_security,
@@ -332,29 +341,28 @@ BOOL WINAPI CreateProcessW(LPCWSTR application, LPWSTR command_line, LPSECURITY_
                            LPPROCESS_INFORMATION information) {
     if (host::CallFails("CreateProcessW", {flags}))
         return FALSE;
-    CheckStartArguments(application, process_security, thread_security, flags, environment);
+    host::CheckStartArguments(application, process_security, thread_security, flags, environment);
     host::ReapChildren();
-    StartRequest request;
-    const AttributeList* list = nullptr;
-    if (!FindPlaces(application, current_directory, request) ||
-        !ReadHandleList(startup, flags, inherit_handles, list) ||
-        !TakeStreams(*startup, inherit_handles, list, request))
+    host::StartRequest request;
+    if (!host::SetPaths(application, current_directory, request) ||
+        !host::ReadHandleList(*startup, flags, inherit_handles, request) ||
+        !host::CopyStreams(*startup, inherit_handles, request))
         return FALSE;
     constexpr std::size_t LONGEST_LINE = 32766;
     if (command_line != nullptr && std::u16string_view(command_line).size() > LONGEST_LINE)
         return host::Fail(ERROR_FILENAME_EXCED_RANGE);
-    if (!SplitCommandLine(command_line != nullptr ? command_line : application, request.arguments))
+    if (!host::SplitCommandLine(command_line != nullptr ? command_line : application, request.arguments))
         return host::Fail(ERROR_NO_UNICODE_TRANSLATION);
     request.leaves_terminal = (flags & CREATE_NO_WINDOW) != 0;
-    if (list == nullptr && inherit_handles != FALSE)
+    if (request.list == nullptr && inherit_handles != FALSE)
         request.more = host::InheritableDescriptors();
-    return Start(request, information);
+    return host::Start(request, information);
 }
 
 DWORD WINAPI WaitForSingleObject(HANDLE handle, DWORD milliseconds) {
     if (host::CallFails("WaitForSingleObject"))
         return WAIT_FAILED;
-    host::ChildProcess* const child = FindProcess(handle, "WaitForSingleObject");
+    host::ChildProcess* const child = host::FindProcess(handle, "WaitForSingleObject");
     if (child == nullptr)
         return WAIT_FAILED;
     if (milliseconds == INFINITE) {
@@ -373,7 +381,7 @@ DWORD WINAPI WaitForSingleObject(HANDLE handle, DWORD milliseconds) {
 BOOL WINAPI GetExitCodeProcess(HANDLE process, LPDWORD exit_code) {
     if (host::CallFails("GetExitCodeProcess"))
         return FALSE;
-    const host::ChildProcess* const child = FindProcess(process, "GetExitCodeProcess");
+    const host::ChildProcess* const child = host::FindProcess(process, "GetExitCodeProcess");
     if (child == nullptr)
         return FALSE;
     *exit_code = child->has_ended ? child->exit_code : STILL_ACTIVE;
@@ -389,18 +397,18 @@ DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
         return 0;
     if (module != nullptr)
         host::NotImplemented("GetModuleFileNameW", "a module other than the program");
-    std::u16string file = Starts().module_file;
+    std::u16string file = host::process_calls.module_file;
     std::array<char, PATH_MAX> native{};
     if (file.empty() && readlink("/proc/self/exe", native.data(), native.size() - 1) > 0)
-        file = host::WidePath(native.data());
+        file = host::FromNativePath(native.data());
     if (file.empty() || size == 0) {
         host::Fail(file.empty() ? ERROR_FILE_NOT_FOUND : ERROR_INSUFFICIENT_BUFFER);
         return 0;
     }
-    // Too long a path is cut and counts as filling the buffer.
+    // A path that is too long is cut, and the result is the size of the buffer.
     const bool is_cut = file.size() >= size;
     file.resize(std::min<std::size_t>(file.size(), size - 1));
-    host::CopyOut(file, path, size);
+    host::CopyIfItFits(file, path, size);
     SetLastError(is_cut ? ERROR_INSUFFICIENT_BUFFER : ERROR_SUCCESS);
     return is_cut ? size : static_cast<DWORD>(file.size());
 }

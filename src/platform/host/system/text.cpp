@@ -1,24 +1,27 @@
 // Text between UTF-8 and UTF-16, and from code page 1252.
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
 #include "platform/host/api/kernel32.h"
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/system/native.h"
 
+namespace host {
 namespace {
 
 constexpr char32_t REPLACEMENT = 0xFFFD;
 
-// Code page 1252 from 0x80 to 0x9F. The five bytes that it leaves free stand for the control characters.
+// Code page 1252 from 0x80 to 0x9F. The five bytes that it does not define become control characters.
 constexpr std::array<WCHAR, 32> HIGH_1252 = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
                                              0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
                                              0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                              0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
-// Where a conversion writes; without a buffer it only counts.
+// The output of a conversion; without a buffer it is only counted.
 template <typename Unit>
 struct Sink {
     Unit* buffer;
@@ -27,7 +30,7 @@ struct Sink {
 };
 
 template <typename Unit>
-bool Room(const Sink<Unit>& sink, std::size_t count) {
+bool HasRoom(const Sink<Unit>& sink, std::size_t count) {
     return sink.buffer == nullptr || sink.size - sink.used >= count;
 }
 
@@ -38,7 +41,7 @@ void Put(Sink<Unit>& sink, unsigned value) {
     sink.used++;
 }
 
-// One well-formed sequence, or the longest start of one, which counts as one mistake.
+// One well-formed sequence; or, with is_valid false, the longest start of one, which counts as one error.
 struct Sequence {
     char32_t point;
     std::size_t length;
@@ -50,7 +53,8 @@ struct SecondByteRange {
     unsigned char highest;
 };
 
-// What may follow the lead byte: overlong forms, surrogates and values above U+10FFFF are ruled out here.
+// The range of the byte after the lead byte; it rules out overlong forms, surrogates and values above
+// U+10FFFF.
 SecondByteRange SecondBytes(unsigned char lead) {
     switch (lead) {
         case 0xE0:
@@ -83,7 +87,8 @@ Sequence DecodeSequence(std::string_view bytes) {
     return {point, length, true};
 }
 
-// How many units from the start are ASCII; block by block, in a form that the compiler turns into vectors.
+// The number of ASCII units at the start of the text. It goes block by block, so that the compiler can use
+// vector instructions.
 template <typename Unit>
 std::size_t AsciiRun(std::basic_string_view<Unit> text) {
     using Bits = std::make_unsigned_t<Unit>;
@@ -103,7 +108,7 @@ std::size_t AsciiRun(std::basic_string_view<Unit> text) {
 
 template <typename From, typename To>
 DWORD PutAscii(std::basic_string_view<From> ascii, Sink<To>& sink) {
-    if (!Room(sink, ascii.size()))
+    if (!HasRoom(sink, ascii.size()))
         return ERROR_INSUFFICIENT_BUFFER;
     if (sink.buffer != nullptr)
         std::transform(ascii.begin(), ascii.end(), sink.buffer + sink.used,
@@ -114,7 +119,7 @@ DWORD PutAscii(std::basic_string_view<From> ascii, Sink<To>& sink) {
 
 DWORD PutPoint(char32_t point, Sink<WCHAR>& sink) {
     const bool needs_pair = point > 0xFFFF;
-    if (!Room(sink, needs_pair ? 2 : 1))
+    if (!HasRoom(sink, needs_pair ? 2 : 1))
         return ERROR_INSUFFICIENT_BUFFER;
     if (needs_pair) {
         Put(sink, 0xD7C0 + (point >> 10));
@@ -142,7 +147,7 @@ DWORD DecodeUtf8(std::string_view bytes, bool strict, Sink<WCHAR>& sink) {
 }
 
 DWORD Decode1252(std::string_view bytes, Sink<WCHAR>& sink) {
-    if (!Room(sink, bytes.size()))
+    if (!HasRoom(sink, bytes.size()))
         return ERROR_INSUFFICIENT_BUFFER;
     for (const char byte : bytes) {
         const auto code = static_cast<unsigned char>(byte);
@@ -153,7 +158,7 @@ DWORD Decode1252(std::string_view bytes, Sink<WCHAR>& sink) {
 
 DWORD PutUtf8(char32_t point, Sink<char>& sink) {
     const unsigned tail = point < 0x80 ? 0 : point < 0x800 ? 1 : point < 0x10000 ? 2 : 3;
-    if (!Room(sink, tail + 1))
+    if (!HasRoom(sink, tail + 1))
         return ERROR_INSUFFICIENT_BUFFER;
     constexpr std::array<unsigned, 4> LEADS = {0, 0xC0, 0xE0, 0xF0};
     Put(sink, LEADS[tail] | (point >> (6 * tail)));
@@ -188,10 +193,10 @@ DWORD EncodeUtf8(std::u16string_view wide, bool strict, Sink<char>& sink) {
     return ERROR_SUCCESS;
 }
 
-// What both calls ask of their arguments; a size without a buffer is a mistake, a size of 0 asks for the
-// size.
+// Whether the arguments of a conversion are valid. A buffer may be missing only with the size 0, which asks
+// for the size needed.
 template <typename From, typename To>
-bool ArgumentsAreSound(const From* text, int count, const To* buffer, int size) {
+bool AreValidArguments(const From* text, int count, const To* buffer, int size) {
     return text != nullptr && count != 0 && size >= 0 && (size == 0 || buffer != nullptr);
 }
 
@@ -209,36 +214,27 @@ Sink<Unit> SinkFor(Unit* buffer, int size) {
 
 template <typename Unit>
 int Result(DWORD error, const Sink<Unit>& sink) {
-    if (error != ERROR_SUCCESS) {
-        SetLastError(error);
-        return 0;
-    }
-    return static_cast<int>(sink.used);
-}
-
-int Refuse(DWORD error) {
-    SetLastError(error);
-    return 0;
+    return error == ERROR_SUCCESS ? static_cast<int>(sink.used) : Fail(error);
 }
 
 }  // namespace
 
-namespace host {
-
-bool ToUtf8(std::u16string_view wide, std::string& utf8) {
-    utf8.resize(wide.size() * 3);
+std::optional<std::string> ToUtf8(std::u16string_view wide) {
+    std::string utf8(wide.size() * 3, '\0');
     Sink<char> sink = {utf8.data(), utf8.size()};
-    const DWORD error = EncodeUtf8(wide, true, sink);
+    if (EncodeUtf8(wide, true, sink) != ERROR_SUCCESS)
+        return std::nullopt;
     utf8.resize(sink.used);
-    return error == ERROR_SUCCESS;
+    return utf8;
 }
 
-bool FromUtf8(std::string_view utf8, std::u16string& wide) {
-    wide.resize(utf8.size());
+std::optional<std::u16string> FromUtf8(std::string_view utf8) {
+    std::u16string wide(utf8.size(), u'\0');
     Sink<WCHAR> sink = {wide.data(), wide.size()};
-    const DWORD error = DecodeUtf8(utf8, true, sink);
+    if (DecodeUtf8(utf8, true, sink) != ERROR_SUCCESS)
+        return std::nullopt;
     wide.resize(sink.used);
-    return error == ERROR_SUCCESS;
+    return wide;
 }
 
 }  // namespace host
@@ -247,30 +243,30 @@ int WINAPI MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR bytes, int by
                                int wide_size) {
     if (host::CallFails("MultiByteToWideChar"))
         return 0;
-    if (!ArgumentsAreSound(bytes, byte_count, wide, wide_size))
-        return Refuse(ERROR_INVALID_PARAMETER);
-    Sink<WCHAR> sink = SinkFor(wide, wide_size);
+    if (!host::AreValidArguments(bytes, byte_count, wide, wide_size))
+        return host::Fail(ERROR_INVALID_PARAMETER);
+    host::Sink<WCHAR> sink = host::SinkFor(wide, wide_size);
     if (code_page == CP_ACP)
-        return Result(Decode1252(TextOf(bytes, byte_count), sink), sink);
+        return host::Result(host::Decode1252(host::TextOf(bytes, byte_count), sink), sink);
     if (code_page != CP_UTF8)
         host::NotImplemented("MultiByteToWideChar", "a code page other than CP_ACP and UTF-8");
     if ((flags & ~MB_ERR_INVALID_CHARS) != 0)
-        return Refuse(ERROR_INVALID_FLAGS);
-    return Result(DecodeUtf8(TextOf(bytes, byte_count), flags != 0, sink), sink);
+        return host::Fail(ERROR_INVALID_FLAGS);
+    return host::Result(host::DecodeUtf8(host::TextOf(bytes, byte_count), flags != 0, sink), sink);
 }
 
 int WINAPI WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, int wide_count, LPSTR bytes,
                                int byte_size, LPCSTR default_char, LPBOOL used_default_char) {
     if (host::CallFails("WideCharToMultiByte"))
         return 0;
-    if (!ArgumentsAreSound(wide, wide_count, bytes, byte_size))
-        return Refuse(ERROR_INVALID_PARAMETER);
-    Sink<char> sink = SinkFor(bytes, byte_size);
+    if (!host::AreValidArguments(wide, wide_count, bytes, byte_size))
+        return host::Fail(ERROR_INVALID_PARAMETER);
+    host::Sink<char> sink = host::SinkFor(bytes, byte_size);
     if (code_page != CP_UTF8)
         host::NotImplemented("WideCharToMultiByte", "a code page other than UTF-8");
     if ((flags & ~WC_ERR_INVALID_CHARS) != 0)
-        return Refuse(ERROR_INVALID_FLAGS);
+        return host::Fail(ERROR_INVALID_FLAGS);
     if (default_char != nullptr || used_default_char != nullptr)
-        return Refuse(ERROR_INVALID_PARAMETER);
-    return Result(EncodeUtf8(TextOf(wide, wide_count), flags != 0, sink), sink);
+        return host::Fail(ERROR_INVALID_PARAMETER);
+    return host::Result(host::EncodeUtf8(host::TextOf(wide, wide_count), flags != 0, sink), sink);
 }

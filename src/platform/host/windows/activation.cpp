@@ -1,35 +1,32 @@
-// Which window is active, which has the keyboard, which has the mouse to itself, and which are enabled.
+// The active window, the focus, the mouse capture, and enabling.
 #include <utility>
 
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
 namespace {
 
-// Who has what there is only one of.
 struct InputHolders {
     HWND active = nullptr;
     HWND focus = nullptr;
     HWND capture = nullptr;
 };
 
-InputHolders& Holders() {
-    return Lasting<InputHolders>();
-}
+InputHolders holders;
 
 bool IsInside(HWND outer, HWND inner) {
     return inner != nullptr && (outer == inner || IsChild(outer, inner) != FALSE);
 }
 
 void MoveFocus(HWND next) {
-    const HWND previous = Holders().focus;
+    const HWND previous = holders.focus;
     if (previous == next)
         return;
-    Holders().focus = next;
+    holders.focus = next;
     if (previous != nullptr)
         SendMessageW(previous, WM_KILLFOCUS, reinterpret_cast<WPARAM>(next), 0);
-    if (next != nullptr && Holders().focus == next)
+    if (next != nullptr && holders.focus == next)
         SendMessageW(next, WM_SETFOCUS, reinterpret_cast<WPARAM>(previous), 0);
 }
 
@@ -58,9 +55,9 @@ HWND NextActive(const Window& leaving) {
 
 void Disable(Window& window) {
     window.style |= WS_DISABLED;
-    if (Holders().focus == window.handle)
+    if (holders.focus == window.handle)
         MoveFocus(nullptr);
-    if (Holders().capture == window.handle)
+    if (holders.capture == window.handle)
         ReleaseCapture();
     SendMessageW(window.handle, WM_ENABLE, FALSE, 0);
 }
@@ -68,12 +65,12 @@ void Disable(Window& window) {
 }  // namespace
 
 void ActivateWindow(HWND handle, int how) {
-    const HWND previous = Holders().active;
+    const HWND previous = holders.active;
     if (previous == handle)
         return;
     if (previous != nullptr)
         SendMessageW(previous, WM_ACTIVATE, WA_INACTIVE, reinterpret_cast<LPARAM>(handle));
-    Holders().active = handle;
+    holders.active = handle;
     if (handle == nullptr) {
         MoveFocus(nullptr);
         return;
@@ -84,21 +81,24 @@ void ActivateWindow(HWND handle, int how) {
 
 void PassActivationOn(const Window& window) {
     const HWND handle = window.handle;
-    if (IsInside(handle, Holders().capture))
+    if (IsInside(handle, holders.capture))
         ReleaseCapture();
     if (window.parent != nullptr) {
-        if (IsInside(handle, Holders().focus))
+        if (IsInside(handle, holders.focus))
             SetFocus(window.parent);
-    } else if (Holders().active == handle) {
+    } else if (holders.active == handle) {
         ActivateWindow(NextActive(window), WA_ACTIVE);
     }
 }
 
 void ForgetActivation(HWND handle) {
-    InputHolders& holders = Holders();
     for (HWND* const held : {&holders.active, &holders.focus, &holders.capture})
         if (*held == handle)
             *held = nullptr;
+}
+
+void ResetActivation() {
+    holders = {};
 }
 
 }  // namespace host
@@ -107,7 +107,7 @@ using host::FindWindowState;
 using host::WindowPointer;
 
 HWND WINAPI SetFocus(HWND handle) {
-    const HWND previous = host::Holders().focus;
+    const HWND previous = host::holders.focus;
     if (handle == previous)
         return previous;
     if (handle == nullptr) {
@@ -123,11 +123,11 @@ HWND WINAPI SetFocus(HWND handle) {
 }
 
 HWND WINAPI GetFocus() {
-    return host::Holders().focus;
+    return host::holders.focus;
 }
 
 HWND WINAPI SetActiveWindow(HWND handle) {
-    const HWND previous = host::Holders().active;
+    const HWND previous = host::holders.active;
     const WindowPointer window = FindWindowState(handle);
     if (window == nullptr || window->parent != nullptr || (window->style & WS_DISABLED) != 0)
         return nullptr;
@@ -136,7 +136,7 @@ HWND WINAPI SetActiveWindow(HWND handle) {
 }
 
 HWND WINAPI GetActiveWindow() {
-    return host::Holders().active;
+    return host::holders.active;
 }
 
 BOOL WINAPI SetForegroundWindow(HWND handle) {
@@ -168,7 +168,7 @@ BOOL WINAPI IsWindowEnabled(HWND handle) {
 HWND WINAPI SetCapture(HWND handle) {
     if (handle != nullptr && !IsWindow(handle))
         return nullptr;
-    const HWND previous = std::exchange(host::Holders().capture, handle);
+    const HWND previous = std::exchange(host::holders.capture, handle);
     if (previous != nullptr && previous != handle)
         SendMessageW(previous, WM_CAPTURECHANGED, 0, reinterpret_cast<LPARAM>(handle));
     return previous;
@@ -180,5 +180,5 @@ BOOL WINAPI ReleaseCapture() {
 }
 
 HWND WINAPI GetCapture() {
-    return host::Holders().capture;
+    return host::holders.capture;
 }

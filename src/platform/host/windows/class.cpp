@@ -2,13 +2,13 @@
 #include <algorithm>
 #include <map>
 
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
 namespace {
 
-// Class names are plain ASCII.
+// In lower case. Class names are plain ASCII.
 std::u16string Folded(std::u16string_view name) {
     std::u16string folded(name);
     std::transform(folded.begin(), folded.end(), folded.begin(), [](char16_t unit) {
@@ -30,23 +30,21 @@ ClassMap BuiltInClasses() {
     return classes;
 }
 
-struct RegisteredClasses {
-    ClassMap by_folded_name = BuiltInClasses();
-};
-
+// By folded name; made at the first use, because it needs the table of another file.
 ClassMap& Classes() {
-    return Lasting<RegisteredClasses>().by_folded_name;
+    static ClassMap classes = BuiltInClasses();
+    return classes;
 }
 
 }  // namespace
 
-bool SameName(std::u16string_view one, std::u16string_view other) {
-    return one.size() == other.size() && Folded(one) == Folded(other);
-}
-
 ClassPointer FindWindowClass(LPCWSTR name) {
     const auto found = Classes().find(Folded(name));
     return found == Classes().end() ? nullptr : found->second;
+}
+
+void ResetClasses() {
+    Classes() = BuiltInClasses();
 }
 
 }  // namespace host
@@ -67,9 +65,9 @@ ATOM WINAPI RegisterClassW(const WNDCLASSW* window_class) {
 
 BOOL WINAPI UnregisterClassW(LPCWSTR name, HINSTANCE) {
     const host::ClassPointer found = host::FindWindowClass(name);
-    // Besides this one the map holds a reference, and so does each window of the class.
+    // Two references are this one and the map's; each window of the class holds another.
     if (found == nullptr || found.use_count() > 2)
-        host::NotImplemented("UnregisterClassW", "a class that is not there or has windows");
+        host::NotImplemented("UnregisterClassW", "a class that does not exist or has windows");
     return host::Classes().erase(host::Folded(name)) > 0;
 }
 
@@ -77,6 +75,6 @@ int WINAPI GetClassNameW(HWND window, LPWSTR name, int capacity) {
     const host::WindowPointer found = host::FindWindowState(window);
     if (found == nullptr)
         return 0;
-    return static_cast<int>(host::GiveText(found->window_class->name, static_cast<std::size_t>(capacity),
+    return static_cast<int>(host::CopyText(found->window_class->name, static_cast<std::size_t>(capacity),
                                            reinterpret_cast<LPARAM>(name)));
 }

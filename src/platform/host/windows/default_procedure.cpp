@@ -1,5 +1,5 @@
-// What a window does with the messages that its own procedure leaves alone.
-#include "platform/host/hooks.h"
+// DefWindowProcW: what a window does with the messages that its own procedure does not handle.
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
@@ -22,7 +22,7 @@ void LimitSize(const Window& window, WINDOWPOS& position) {
     }
 }
 
-void TellChange(const Window& window, UINT flags) {
+void SendChange(const Window& window, UINT flags) {
     const RECT client = window.client;
     const WPARAM kind = (window.style & WS_MINIMIZE) != 0 ? SIZE_MINIMIZED : SIZE_RESTORED;
     if ((flags & SWP_NOCLIENTMOVE) == 0)
@@ -31,24 +31,7 @@ void TellChange(const Window& window, UINT flags) {
         SendSize(window.handle, kind, client);
 }
 
-const char* NameOfSystemCommand(WPARAM command) {
-    constexpr struct {
-        WPARAM command;
-        const char* name;
-    } NAMES[] = {
-        {0xF000, "SC_SIZE"},       {0xF010, "SC_MOVE"},         {0xF030, "SC_MAXIMIZE"},
-        {0xF040, "SC_NEXTWINDOW"}, {0xF050, "SC_PREVWINDOW"},   {0xF070, "SC_VSCROLL"},
-        {0xF080, "SC_HSCROLL"},    {0xF090, "SC_MOUSEMENU"},    {0xF100, "SC_KEYMENU"},
-        {0xF130, "SC_TASKLIST"},   {0xF140, "SC_SCREENSAVE"},   {0xF150, "SC_HOTKEY"},
-        {0xF160, "SC_DEFAULT"},    {0xF170, "SC_MONITORPOWER"}, {0xF180, "SC_CONTEXTHELP"},
-    };
-    for (const auto& row : NAMES)
-        if (row.command == command)
-            return row.name;
-    return "a command that is none of the platform's";
-}
-
-LRESULT ObeySystemCommand(HWND handle, WPARAM command) {
+LRESULT HandleSystemCommand(HWND handle, WPARAM command) {
     constexpr WPARAM COMMAND_BITS = 0xFFF0;
     switch (command & COMMAND_BITS) {
         case SC_CLOSE:
@@ -60,20 +43,20 @@ LRESULT ObeySystemCommand(HWND handle, WPARAM command) {
             ShowWindow(handle, SW_RESTORE);
             return 0;
         default:
-            NotImplemented("WM_SYSCOMMAND", NameOfSystemCommand(command & COMMAND_BITS));
+            NotImplemented("WM_SYSCOMMAND", "command", command & COMMAND_BITS);
     }
 }
 
-// Children ask their parent first whether a click may activate it.
-LRESULT MayActivate(const Window& window, WPARAM wparam, LPARAM lparam) {
+// A child asks its parent first whether a click may activate the top-level window.
+LRESULT HandleMouseActivate(const Window& window, WPARAM wparam, LPARAM lparam) {
     if (window.parent == nullptr)
         return MA_ACTIVATE;
     const LRESULT answer = SendMessageW(window.parent, WM_MOUSEACTIVATE, wparam, lparam);
     return answer == 0 ? MA_ACTIVATE : answer;
 }
 
-// Alt and F4 close the window.
-void PressSystemKey(HWND handle, WPARAM key) {
+// Alt+F4 closes the window.
+void HandleSystemKey(HWND handle, WPARAM key) {
     if (key == VK_F4 && GetKeyState(VK_MENU) < 0)
         PostMessageW(RootOf(handle), WM_SYSCOMMAND, SC_CLOSE, 0);
 }
@@ -85,7 +68,7 @@ void FocusOnActivation(const Window& window, WPARAM wparam) {
 
 LRESULT HandleText(Window& window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_GETTEXT)
-        return GiveText(window.text, wparam, lparam);
+        return CopyText(window.text, wparam, lparam);
     if (message == WM_GETTEXTLENGTH)
         return static_cast<LRESULT>(window.text.size());
     const LPCWSTR text = message == WM_NCCREATE ? reinterpret_cast<const CREATESTRUCTW*>(lparam)->lpszName
@@ -116,13 +99,13 @@ LRESULT WINAPI DefWindowProcW(HWND handle, UINT message, WPARAM wparam, LPARAM l
             host::LimitSize(*window, *reinterpret_cast<WINDOWPOS*>(lparam));
             return 0;
         case WM_WINDOWPOSCHANGED:
-            host::TellChange(*window, reinterpret_cast<const WINDOWPOS*>(lparam)->flags);
+            host::SendChange(*window, reinterpret_cast<const WINDOWPOS*>(lparam)->flags);
             return 0;
         case WM_NCHITTEST:
             return host::HitPart(handle,
                                  {static_cast<SHORT>(LOWORD(lparam)), static_cast<SHORT>(HIWORD(lparam))});
         case WM_PAINT:
-            host::PaintWindow(*window);
+            host::EraseAndValidate(*window);
             return 0;
         case WM_ERASEBKGND:
             return window->window_class->background != nullptr;
@@ -133,11 +116,11 @@ LRESULT WINAPI DefWindowProcW(HWND handle, UINT message, WPARAM wparam, LPARAM l
             host::FocusOnActivation(*window, wparam);
             return 0;
         case WM_MOUSEACTIVATE:
-            return host::MayActivate(*window, wparam, lparam);
+            return host::HandleMouseActivate(*window, wparam, lparam);
         case WM_SYSCOMMAND:
-            return host::ObeySystemCommand(handle, wparam);
+            return host::HandleSystemCommand(handle, wparam);
         case WM_SYSKEYDOWN:
-            host::PressSystemKey(handle, wparam);
+            host::HandleSystemKey(handle, wparam);
             return 0;
         default:
             return 0;

@@ -1,4 +1,4 @@
-// The texts of windows and the controls of a window by their identifiers.
+// The texts of windows, and the controls of a window by their identifiers.
 #include "platform/host/windows/window.h"
 
 using host::FindWindowState;

@@ -1,4 +1,4 @@
-// The keyboard of a dialog box, for any window that wants it: Tab, Enter, Escape, the arrow keys.
+// The keys of a dialog box in any window: Tab, Enter, Escape and the arrow keys.
 #include <algorithm>
 
 #include "platform/host/windows/window.h"
@@ -6,7 +6,7 @@
 namespace host {
 namespace {
 
-// The control that the window is, or is a part of: a direct child of the dialog; null for the dialog itself.
+// The direct child of the dialog that the window is or is inside of; null for the dialog itself.
 HWND ControlOf(HWND dialog, HWND handle) {
     while (handle != nullptr && handle != dialog) {
         const WindowPointer window = FindWindowState(handle);
@@ -29,7 +29,7 @@ bool StartsGroup(HWND handle) {
     return (FindWindowState(handle)->style & WS_GROUP) != 0;
 }
 
-// What the control wants of the keyboard, or of this one key.
+// Which keys the control wants to handle itself; with a message, its answer for that one key.
 int DialogCode(HWND control, const MSG* key = nullptr) {
     const WPARAM pressed = key == nullptr ? 0 : key->wParam;
     return static_cast<int>(SendMessageW(control, WM_GETDLGCODE, pressed, reinterpret_cast<LPARAM>(key)));
@@ -46,7 +46,7 @@ void SetButtonStyle(HWND button, DWORD style) {
     SendMessageW(button, BM_SETSTYLE, style, TRUE);
 }
 
-// The button with the focus wears the mark of the default button; the others take it off.
+// The button with the focus gets the style of a default button; the others lose it.
 void MarkDefaultButton(HWND dialog, HWND focus) {
     const int code = DialogCode(focus);
     const std::vector<HWND> children = FindWindowState(dialog)->children;
@@ -63,7 +63,7 @@ void MarkDefaultButton(HWND dialog, HWND focus) {
 
 // --- the keys ---
 
-void Tab(HWND dialog, const MSG& key) {
+void HandleTab(HWND dialog, const MSG& key) {
     const HWND from = key.hwnd == dialog ? nullptr : key.hwnd;
     const HWND next = GetNextDlgTabItem(dialog, from, GetKeyState(VK_SHIFT) < 0);
     if (next == nullptr)
@@ -74,24 +74,24 @@ void Tab(HWND dialog, const MSG& key) {
     MarkDefaultButton(dialog, next);
 }
 
-void Press(HWND dialog, int id, HWND button) {
+void SendClick(HWND dialog, int id, HWND button) {
     SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(button));
 }
 
-void Enter(HWND dialog) {
+void HandleEnter(HWND dialog) {
     const HWND focus = GetFocus();
     if (IsChild(dialog, focus) && (DialogCode(focus) & DLGC_DEFPUSHBUTTON) != 0) {
-        Press(dialog, GetDlgCtrlID(focus), focus);
+        SendClick(dialog, GetDlgCtrlID(focus), focus);
         return;
     }
     const int id = DefaultId(dialog);
     const HWND button = GetDlgItem(dialog, id);
     if (button == nullptr || IsWindowEnabled(button))
-        Press(dialog, id, button);
+        SendClick(dialog, id, button);
 }
 
-// The first of the windows that passes, in a circle from the one after the index up to the one there; null
-// when none does.
+// The first window that passes the test; null if none does. The search starts after the index, goes around,
+// and ends at the index.
 template <typename Passes>
 HWND NextInCircle(std::span<const HWND> windows, std::size_t index, bool backwards, const Passes& passes) {
     for (std::size_t looked_at = 0; looked_at < windows.size(); ++looked_at) {
@@ -102,7 +102,7 @@ HWND NextInCircle(std::span<const HWND> windows, std::size_t index, bool backwar
     return nullptr;
 }
 
-void Arrow(HWND dialog, const MSG& key) {
+void HandleArrow(HWND dialog, const MSG& key) {
     const bool backwards = key.wParam == VK_LEFT || key.wParam == VK_UP;
     const std::vector<HWND>& children = FindWindowState(dialog)->children;
     const auto start = std::find(children.begin(), children.end(), ControlOf(dialog, key.hwnd));
@@ -118,11 +118,11 @@ void Arrow(HWND dialog, const MSG& key) {
         SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(next), TRUE);
 }
 
-// Whether the key was one for the dialog.
-bool TakeKeyDown(HWND dialog, const MSG& key, int code) {
+// True: the dialog handled the key.
+bool HandleKeyDown(HWND dialog, const MSG& key, int code) {
     switch (key.wParam) {
         case VK_TAB:
-            Tab(dialog, key);
+            HandleTab(dialog, key);
             return true;
         case VK_RIGHT:
         case VK_DOWN:
@@ -130,13 +130,13 @@ bool TakeKeyDown(HWND dialog, const MSG& key, int code) {
         case VK_UP:
             if ((code & DLGC_WANTARROWS) != 0)
                 return false;
-            Arrow(dialog, key);
+            HandleArrow(dialog, key);
             return true;
         case VK_ESCAPE:
-            Press(dialog, IDCANCEL, GetDlgItem(dialog, IDCANCEL));
+            SendClick(dialog, IDCANCEL, GetDlgItem(dialog, IDCANCEL));
             return true;
         case VK_RETURN:
-            Enter(dialog);
+            HandleEnter(dialog);
             return true;
         default:
             return false;
@@ -163,7 +163,7 @@ BOOL WINAPI IsDialogMessageW(HWND dialog, LPMSG message) {
         return FALSE;
     if (message->message == WM_KEYDOWN) {
         const int code = host::DialogCode(message->hwnd, message);
-        if ((code & DLGC_WANTALLKEYS) == 0 && host::TakeKeyDown(dialog, *message, code))
+        if ((code & DLGC_WANTALLKEYS) == 0 && host::HandleKeyDown(dialog, *message, code))
             return TRUE;
     }
     TranslateMessage(message);

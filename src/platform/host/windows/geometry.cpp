@@ -1,7 +1,7 @@
 // Rectangles: frames, client areas, limits and coordinates.
 #include <algorithm>
 
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
@@ -14,7 +14,7 @@ constexpr LONG SIZING_FRAME = 4;
 constexpr LONG DIALOG_FRAME = 3;
 constexpr LONG CLIENT_EDGE = 2;
 
-// The origin of a window's client area on the screen; that of the screen itself for none.
+// The origin of the window's client area on the screen; (0, 0) if there is no window.
 POINT ClientOrigin(HWND handle) {
     const WindowPointer window = handle == nullptr ? nullptr : FindWindowState(handle);
     if (window == nullptr)

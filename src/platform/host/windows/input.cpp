@@ -1,10 +1,10 @@
-// Mouse and keyboard: what SendInput puts in becomes messages for the window that is hit, or has the focus,
-// at the moment when the message is taken out. Keys follow the plain American layout.
+// Mouse and keyboard: the input of SendInput becomes messages. The receiver of a message, the window at the
+// pointer or with the focus, is determined when the message is taken. Keys follow the American layout.
 #include <algorithm>
 #include <array>
 #include <deque>
 
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
@@ -26,16 +26,14 @@ struct Click {
 
 struct InputQueue {
     std::deque<InputEvent> waiting;
-    std::array<bool, 256> keys_down{};  // as the messages that were taken out tell it
+    std::array<bool, 256> keys_down{};  // after the messages that were taken
     Click last_click;
 };
 
-InputQueue& Input() {
-    return Lasting<InputQueue>();
-}
+InputQueue input_queue;
 
 bool IsDown(int key) {
-    return Input().keys_down.at(static_cast<std::size_t>(key));
+    return input_queue.keys_down.at(static_cast<std::size_t>(key));
 }
 
 WPARAM MouseKeys() {
@@ -45,7 +43,7 @@ WPARAM MouseKeys() {
 
 // --- the mouse ---
 
-// A press on a window that is not the active one. False: the window is gone.
+// For a click: activates the window if it is not active. False: the window was destroyed.
 bool ActivateByClick(HWND target) {
     const HWND root = RootOf(target);
     if (target == GetActiveWindow())
@@ -60,7 +58,7 @@ bool ActivateByClick(HWND target) {
 bool IsSecondClick(HWND target, POINT point) {
     constexpr std::uint64_t DOUBLE_CLICK_MS = 500;
     constexpr LONG NEAR = 2;
-    Click& last = Input().last_click;
+    Click& last = input_queue.last_click;
     const std::uint64_t now = Now();
     const bool second = last.window == target && now - last.at_ms <= DOUBLE_CLICK_MS &&
                         std::abs(point.x - last.point.x) <= NEAR && std::abs(point.y - last.point.y) <= NEAR;
@@ -68,55 +66,53 @@ bool IsSecondClick(HWND target, POINT point) {
     return second && (FindWindowState(target)->window_class->style & CS_DBLCLKS) != 0;
 }
 
-// False: nobody gets the event.
-bool TakeMouse(const InputEvent& event, MSG& message) {
+// Nothing: no window gets the event.
+std::optional<MSG> MouseMessage(const InputEvent& event) {
     const bool pressed = event.mouse_message == WM_LBUTTONDOWN;
-    LRESULT part = HTCLIENT;
-    const HWND target = GetCapture() != nullptr ? GetCapture() : HitWindow(event.point, part);
+    const auto [target, part] =
+        GetCapture() != nullptr ? Hit{GetCapture(), HTCLIENT} : HitWindow(event.point);
     if (event.mouse_message != WM_MOUSEMOVE)
-        Input().keys_down[VK_LBUTTON] = pressed;
+        input_queue.keys_down[VK_LBUTTON] = pressed;
     if (target == nullptr || part == HTERROR)
-        return false;
+        return std::nullopt;
     if (part != HTCLIENT) {
         if (event.mouse_message != WM_MOUSEMOVE)
             NotImplemented("SendInput", "the mouse on the frame of a window");
-        return false;
+        return std::nullopt;
     }
     if (pressed && GetCapture() == nullptr && !ActivateByClick(target))
-        return false;
+        return std::nullopt;
     POINT inside = event.point;
     ScreenToClient(target, &inside);
     const bool second = pressed && IsSecondClick(target, event.point);
-    message = MakeMessage(target, second ? WM_LBUTTONDBLCLK : event.mouse_message, MouseKeys(),
-                          MAKELPARAM(inside.x, inside.y));
-    return true;
+    return MakeMessage(target, second ? WM_LBUTTONDBLCLK : event.mouse_message, MouseKeys(),
+                       MAKELPARAM(inside.x, inside.y));
 }
 
 // --- the keyboard ---
 
-bool TakeKey(const InputEvent& event, MSG& message) {
+std::optional<MSG> KeyMessage(const InputEvent& event) {
     const HWND focus = GetFocus();
     const HWND target = focus != nullptr ? focus : GetActiveWindow();
     const bool with_alt = (IsDown(VK_MENU) && !IsDown(VK_CONTROL)) || event.key == VK_MENU;
-    // Without a focus the active window gets its keys as system keys.
+    // If no window has the focus, the active window gets the keys as system keys.
     const bool system = focus == nullptr || with_alt;
     UINT number = system ? WM_SYSKEYDOWN : WM_KEYDOWN;
     if (event.up)
         number = system ? WM_SYSKEYUP : WM_KEYUP;
-    Input().keys_down.at(event.key) = !event.up;
+    input_queue.keys_down.at(event.key) = !event.up;
     if (target == nullptr)
-        return false;
+        return std::nullopt;
     constexpr DWORD REPEAT_ONCE = 1;
     constexpr DWORD ALT_IS_DOWN = 0x20000000;
     constexpr DWORD RELEASED = 0xC0000000;
     DWORD details = REPEAT_ONCE | (static_cast<DWORD>(event.scan) << 16);
     details |= with_alt ? ALT_IS_DOWN : 0;
     details |= event.up && event.key != VK_PACKET ? RELEASED : 0;
-    message = MakeMessage(target, number, event.key, static_cast<LONG>(details));
-    return true;
+    return MakeMessage(target, number, event.key, static_cast<LONG>(details));
 }
 
-// The character of a key as the state keys stand; 0 for a key without one.
+// The character of a key with Shift and Ctrl as they are; 0 for a key without one.
 WCHAR CharacterOf(WPARAM key) {
     constexpr unsigned CONTROL_BITS = 0x1F;
     if (key >= u'A' && key <= u'Z') {
@@ -128,19 +124,19 @@ WCHAR CharacterOf(WPARAM key) {
         return static_cast<WCHAR>(key);
     constexpr WPARAM FIRST_SIGN = 0xBA;
     if (key >= u'0' && key != VK_PACKET && (key <= u'9' || key >= FIRST_SIGN))
-        NotImplemented("TranslateMessage", "the keys of punctuation; send such characters as text");
+        NotImplemented("TranslateMessage", "the keys of punctuation");
     const bool plain =
         key == VK_SPACE || key == VK_BACK || key == VK_TAB || key == VK_RETURN || key == VK_ESCAPE;
     return plain ? static_cast<WCHAR>(key) : u'\0';
 }
 
-// --- what comes in ---
+// --- adding input ---
 
 void AddMouse(UINT message) {
     InputEvent event;
     event.mouse_message = message;
     event.point = PointerPosition();
-    Input().waiting.push_back(event);
+    input_queue.waiting.push_back(event);
 }
 
 void AddButton(DWORD flags) {
@@ -156,20 +152,24 @@ void AddKey(const KEYBDINPUT& key) {
     event.key = (key.dwFlags & KEYEVENTF_UNICODE) != 0 ? WORD{VK_PACKET} : static_cast<WORD>(key.wVk & 0xFF);
     event.scan = key.wScan;
     event.up = (key.dwFlags & KEYEVENTF_KEYUP) != 0;
-    Input().waiting.push_back(event);
+    input_queue.waiting.push_back(event);
 }
 
 }  // namespace
 
-bool TakeInput(MSG& message) {
-    while (!Input().waiting.empty()) {
-        // Out of the queue first: on its way the event can make windows run loops of their own.
-        const InputEvent event = Input().waiting.front();
-        Input().waiting.pop_front();
-        if (event.mouse_message == 0 ? TakeKey(event, message) : TakeMouse(event, message))
-            return true;
+std::optional<MSG> TakeInput() {
+    while (!input_queue.waiting.empty()) {
+        // Removed first: while its message is made, a window can run a message loop.
+        const InputEvent event = input_queue.waiting.front();
+        input_queue.waiting.pop_front();
+        if (const auto message = event.mouse_message == 0 ? KeyMessage(event) : MouseMessage(event))
+            return message;
     }
-    return false;
+    return std::nullopt;
+}
+
+void ResetInput() {
+    input_queue = {};
 }
 
 }  // namespace host

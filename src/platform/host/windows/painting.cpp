@@ -1,71 +1,76 @@
-// Painting without a picture: which windows are due, and in which order they are told. A window is damaged as
-// a whole; what it would draw is not kept.
+// Painting without a picture: which windows need to be painted, and in which order they get WM_PAINT. A
+// window is always painted as a whole; what it draws is not stored.
 #include <utility>
 
 #include "platform/host/api/gdi32.h"
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
 namespace {
 
-// Stands for every device context.
+// The only device context.
 constexpr WPARAM DEVICE_CONTEXT = 0x70000;
 
-HWND DamagedIn(HWND handle) {
+HWND WindowToPaintIn(HWND handle) {
     const WindowPointer window = FindWindowState(handle);
     if (window == nullptr || (window->style & WS_VISIBLE) == 0 || (window->style & WS_MINIMIZE) != 0)
         return nullptr;
-    if (window->damaged)
+    if (window->needs_paint)
         return handle;
     for (const HWND child : window->children)
-        if (const HWND found = DamagedIn(child); found != nullptr)
+        if (const HWND found = WindowToPaintIn(child); found != nullptr)
             return found;
     return nullptr;
 }
 
-// Up to the first window that does not paint when it is told to: it stays due.
+// Sends WM_PAINT to the window and those in it that need it. Ends early at a window that does not paint
+// itself.
 void PaintNow(HWND handle) {
     HWND last = nullptr;
-    for (HWND next = DamagedIn(handle); next != nullptr && next != last; next = DamagedIn(handle)) {
+    for (HWND next = WindowToPaintIn(handle); next != nullptr && next != last;
+         next = WindowToPaintIn(handle)) {
         SendMessageW(next, WM_PAINT, 0, 0);
         last = next;
     }
 }
 
-// The window itself is damaged as a whole, and of its children those that reach into the part.
-void DamagePart(Window& window, const RECT& part, bool with_children, bool erase) {
-    DamageWindow(window, false, erase);
-    for (const HWND child : with_children ? window.children : std::vector<HWND>{}) {
+// Marks the window as a whole, and those of its children that overlap the part.
+void MarkPartForPaint(Window& window, const RECT& part, bool with_children, bool erase) {
+    MarkForPaint(window, false, erase);
+    if (!with_children)
+        return;
+    for (const HWND child : window.children) {
         const WindowPointer touched = FindWindowState(child);
         const RECT& place = touched->outer;
         if (place.left < part.right && place.right > part.left && place.top < part.bottom &&
             place.bottom > part.top)
-            DamageWindow(*touched, true, erase);
+            MarkForPaint(*touched, true, erase);
     }
 }
 
 }  // namespace
 
-void DamageWindow(Window& window, bool with_children, bool erase) {
+void MarkForPaint(Window& window, bool with_children, bool erase) {
     if (IsWindowVisible(window.handle) == FALSE)
         return;
-    window.damaged = true;
-    window.unerased = window.unerased || erase;
-    for (const HWND child : with_children ? window.children : std::vector<HWND>{})
-        DamageWindow(*FindWindowState(child), true, erase);
+    window.needs_paint = true;
+    window.needs_erase = window.needs_erase || erase;
+    if (with_children)
+        for (const HWND child : window.children)
+            MarkForPaint(*FindWindowState(child), true, erase);
 }
 
-HWND NextDamagedWindow() {
+HWND NextWindowToPaint() {
     for (const HWND handle : TopLevelWindows())
-        if (const HWND found = DamagedIn(handle); found != nullptr)
+        if (const HWND found = WindowToPaintIn(handle); found != nullptr)
             return found;
     return nullptr;
 }
 
-void PaintWindow(Window& window) {
-    window.damaged = false;
-    if (std::exchange(window.unerased, false))
+void EraseAndValidate(Window& window) {
+    window.needs_paint = false;
+    if (std::exchange(window.needs_erase, false))
         SendMessageW(window.handle, WM_ERASEBKGND, DEVICE_CONTEXT, 0);
 }
 
@@ -80,9 +85,9 @@ BOOL WINAPI RedrawWindow(HWND handle, const RECT* rectangle, HRGN, UINT flags) {
         host::NotImplemented("RedrawWindow", "these flags");
     const bool with_children = (flags & RDW_ALLCHILDREN) != 0 || (window->style & WS_CLIPCHILDREN) == 0;
     if ((flags & RDW_INVALIDATE) != 0 && rectangle == nullptr)
-        host::DamageWindow(*window, with_children, (flags & RDW_ERASE) != 0);
+        host::MarkForPaint(*window, with_children, (flags & RDW_ERASE) != 0);
     else if ((flags & RDW_INVALIDATE) != 0)
-        host::DamagePart(*window, *rectangle, with_children, (flags & RDW_ERASE) != 0);
+        host::MarkPartForPaint(*window, *rectangle, with_children, (flags & RDW_ERASE) != 0);
     if ((flags & RDW_UPDATENOW) != 0 && IsWindowVisible(handle))
         host::PaintNow(handle);
     return TRUE;
@@ -96,9 +101,9 @@ BOOL WINAPI InvalidateRect(HWND window, const RECT* rectangle, BOOL erase) {
 
 BOOL WINAPI GetUpdateRect(HWND handle, LPRECT rectangle, BOOL erase) {
     if (rectangle != nullptr || erase != FALSE)
-        host::NotImplemented("GetUpdateRect", "more than whether the window waits");
+        host::NotImplemented("GetUpdateRect", "more than whether the window needs to be painted");
     const host::WindowPointer window = host::FindWindowState(handle);
-    return window != nullptr && window->damaged;
+    return window != nullptr && window->needs_paint;
 }
 
 BOOL WINAPI UpdateWindow(HWND window) {
@@ -119,6 +124,6 @@ int WINAPI ExcludeClipRect(HDC, int, int, int, int) {
 HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name) {
     constexpr std::uintptr_t CURSORS = 0x60000;
     if (instance != nullptr)
-        host::NotImplemented("LoadCursorW", "cursors of the program's own");
+        host::NotImplemented("LoadCursorW", "a cursor of the program's own");
     return reinterpret_cast<HCURSOR>(CURSORS + reinterpret_cast<std::uintptr_t>(name));
 }

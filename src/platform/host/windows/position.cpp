@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <map>
 
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
@@ -13,9 +13,7 @@ struct MoveBatches {
     std::uintptr_t last_handle = 0x30000;
 };
 
-MoveBatches& Batches() {
-    return Lasting<MoveBatches>();
-}
+MoveBatches batches;
 
 LONG WidthOf(const RECT& rectangle) {
     return rectangle.right - rectangle.left;
@@ -25,7 +23,7 @@ LONG HeightOf(const RECT& rectangle) {
     return rectangle.bottom - rectangle.top;
 }
 
-// Drops what would change nothing.
+// Clears the flags of what would change nothing.
 void TrimFlags(const Window& window, WINDOWPOS& position) {
     position.cx = std::max(position.cx, 0);
     position.cy = std::max(position.cy, 0);
@@ -74,25 +72,25 @@ void ShowOrHide(Window& window, UINT flags) {
         window.style &= ~WS_VISIBLE;
 }
 
-// A window that moves or changes its size takes what it shows along, its own surface apart; one that appears
-// or gets another frame is drawn anew with everything in it.
-void DamageChanged(Window& window, UINT flags) {
+// A window that moves or changes its size is painted again without its children; one that appears or gets
+// another frame, with its children.
+void MarkChangeForPaint(Window& window, UINT flags) {
     const bool appears = (flags & (SWP_SHOWWINDOW | SWP_FRAMECHANGED)) != 0;
     if (appears || (flags & SWP_NOMOVE) == 0 || (flags & SWP_NOSIZE) == 0)
-        DamageWindow(window, appears, true);
+        MarkForPaint(window, appears, true);
 }
 
 void Change(Window& window, WINDOWPOS& position) {
     if ((position.flags & SWP_NOZORDER) == 0) {
         if (window.parent != nullptr || position.hwndInsertAfter != HWND_TOP)
-            NotImplemented("SetWindowPos", "another order than a top-level window in front");
+            NotImplemented("SetWindowPos", "another order than a top-level window moved to the front");
         RaiseWindow(window.handle);
     }
     SetRectangles(window, position);
     ShowOrHide(window, position.flags);
     if ((position.flags & (SWP_NOACTIVATE | SWP_HIDEWINDOW)) == 0 && window.parent == nullptr)
         ActivateWindow(window.handle, WA_ACTIVE);
-    DamageChanged(window, position.flags);
+    MarkChangeForPaint(window, position.flags);
 }
 
 bool ApplyPosition(WINDOWPOS position) {
@@ -114,6 +112,11 @@ bool ApplyPosition(WINDOWPOS position) {
 }
 
 }  // namespace
+
+void ResetMoves() {
+    batches = {};
+}
+
 }  // namespace host
 
 BOOL WINAPI SetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
@@ -122,34 +125,34 @@ BOOL WINAPI SetWindowPos(HWND window, HWND after, int x, int y, int width, int h
 
 BOOL WINAPI MoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint) {
     if (repaint == FALSE)
-        host::NotImplemented("MoveWindow", "without painting");
+        host::NotImplemented("MoveWindow", "without repainting");
     return SetWindowPos(window, nullptr, x, y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 HDWP WINAPI BeginDeferWindowPos(int count) {
     if (host::CallFails("BeginDeferWindowPos"))
         return nullptr;
-    const HDWP moves = reinterpret_cast<HDWP>(++host::Batches().last_handle);
-    host::Batches().by_handle[moves].reserve(static_cast<std::size_t>(count));
+    const HDWP moves = reinterpret_cast<HDWP>(++host::batches.last_handle);
+    host::batches.by_handle[moves].reserve(static_cast<std::size_t>(count));
     return moves;
 }
 
 HDWP WINAPI DeferWindowPos(HDWP moves, HWND window, HWND after, int x, int y, int width, int height,
                            UINT flags) {
-    auto& batches = host::Batches().by_handle;
+    auto& by_handle = host::batches.by_handle;
     if (host::CallFails("DeferWindowPos")) {
-        // A batch that could not grow is given up.
-        batches.erase(moves);
+        // The whole batch is lost.
+        by_handle.erase(moves);
         return nullptr;
     }
-    if (!batches.contains(moves) || host::FindWindowState(window) == nullptr)
+    if (!by_handle.contains(moves) || host::FindWindowState(window) == nullptr)
         return nullptr;
-    batches[moves].push_back({window, after, x, y, width, height, flags});
+    by_handle[moves].push_back({window, after, x, y, width, height, flags});
     return moves;
 }
 
 BOOL WINAPI EndDeferWindowPos(HDWP moves) {
-    const auto batch = host::Batches().by_handle.extract(moves);
+    const auto batch = host::batches.by_handle.extract(moves);
     if (batch.empty()) {
         SetLastError(ERROR_INVALID_DWP_HANDLE);
         return FALSE;

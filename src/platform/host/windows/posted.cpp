@@ -1,8 +1,9 @@
-// What has been posted and waits: messages, the end of the program, and where the pointer stood meanwhile.
+// Posted messages, the quit message, and the position of the mouse pointer.
 #include <algorithm>
 #include <deque>
+#include <utility>
 
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
@@ -15,9 +16,7 @@ struct PostedQueue {
     POINT pointer{};
 };
 
-PostedQueue& Queue() {
-    return Lasting<PostedQueue>();
-}
+PostedQueue queue;
 
 }  // namespace
 
@@ -25,37 +24,39 @@ MSG MakeMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     return {window, message, wparam, lparam, static_cast<DWORD>(Now()), PointerPosition()};
 }
 
-bool TakePosted(UINT wanted, MSG& message) {
-    std::deque<MSG>& posted = Queue().messages;
+std::optional<MSG> TakePosted(UINT wanted) {
+    std::deque<MSG>& posted = queue.messages;
     const auto found = std::find_if(posted.begin(), posted.end(), [wanted](const MSG& waiting) {
         return wanted == 0 || waiting.message == wanted;
     });
     if (found == posted.end())
-        return false;
-    message = *found;
+        return std::nullopt;
+    const MSG message = *found;
     posted.erase(found);
-    return true;
+    return message;
 }
 
-bool TakeQuit(MSG& message) {
-    if (!Queue().quits)
-        return false;
-    message = MakeMessage(nullptr, WM_QUIT, static_cast<WPARAM>(Queue().exit_code), 0);
-    Queue().quits = false;
-    return true;
+std::optional<MSG> TakeQuit() {
+    if (!std::exchange(queue.quits, false))
+        return std::nullopt;
+    return MakeMessage(nullptr, WM_QUIT, static_cast<WPARAM>(queue.exit_code), 0);
 }
 
 void ForgetMessages(HWND handle) {
     std::erase_if(
-        Queue().messages, [handle](const MSG& message) { return message.hwnd == handle; });
+        queue.messages, [handle](const MSG& message) { return message.hwnd == handle; });
 }
 
 POINT PointerPosition() {
-    return Queue().pointer;
+    return queue.pointer;
 }
 
 void MovePointer(POINT point) {
-    Queue().pointer = point;
+    queue.pointer = point;
+}
+
+void ResetMessages() {
+    queue = {};
 }
 
 }  // namespace host
@@ -63,11 +64,11 @@ void MovePointer(POINT point) {
 BOOL WINAPI PostMessageW(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (window != nullptr && host::FindWindowState(window) == nullptr)
         return FALSE;
-    host::Queue().messages.push_back(host::MakeMessage(window, message, wparam, lparam));
+    host::queue.messages.push_back(host::MakeMessage(window, message, wparam, lparam));
     return TRUE;
 }
 
 void WINAPI PostQuitMessage(int exit_code) {
-    host::Queue().quits = true;
-    host::Queue().exit_code = exit_code;
+    host::queue.quits = true;
+    host::queue.exit_code = exit_code;
 }

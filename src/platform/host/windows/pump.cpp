@@ -1,29 +1,33 @@
-// Waiting for messages and dispatching them. What waits is given out in the platform's order: posted
-// messages, the quit message, input, painting, timers.
+// Waiting for messages and dispatching them. They are taken in the platform's order: posted messages, the
+// quit message, input, painting, timers.
 #include <algorithm>
 #include <chrono>
 #include <thread>
 
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
 namespace {
 
-bool TakePaint(MSG& message) {
-    const HWND window = NextDamagedWindow();
-    if (window == nullptr)
-        return false;
-    // It stays due until the window has painted.
-    message = MakeMessage(window, WM_PAINT, 0, 0);
-    return true;
+// The window still needs to be painted until it handles the message.
+std::optional<MSG> PaintMessage() {
+    const HWND window = NextWindowToPaint();
+    return window == nullptr ? std::nullopt : std::optional(MakeMessage(window, WM_PAINT, 0, 0));
 }
 
-// Of all that waits, or of the wanted kind where that is not 0.
-bool Take(UINT wanted, MSG& message) {
-    return TakePosted(wanted, message) || TakeQuit(message) ||
-           (wanted == 0 && (TakeInput(message) || TakePaint(message))) ||
-           (wanted != WM_QUIT && TakeTimer(message));
+// The next message, or the next of the wanted kind if that is not 0.
+std::optional<MSG> TakeMessage(UINT wanted) {
+    std::optional<MSG> message = TakePosted(wanted);
+    if (!message)
+        message = TakeQuit();
+    if (!message && wanted == 0)
+        message = TakeInput();
+    if (!message && wanted == 0)
+        message = PaintMessage();
+    if (!message && wanted != WM_QUIT)
+        message = TakeTimer();
+    return message;
 }
 
 UINT WantedKind(const char* call, HWND window, UINT lowest, UINT highest) {
@@ -33,16 +37,16 @@ UINT WantedKind(const char* call, HWND window, UINT lowest, UINT highest) {
     return lowest;
 }
 
-// Sleeps a moment in real time, never past the next timer. The clock of a test may be moved by another of its
-// threads.
+// Sleeps for a few milliseconds of real time, but not past the next timer. Another thread of a test may
+// advance the test clock meanwhile.
 void Pause(std::chrono::steady_clock::time_point idle_since) {
-    constexpr std::int64_t LONGEST_MS = 10;
-    constexpr std::chrono::seconds PATIENCE{60};
-    const std::int64_t delay_ms = NextTimerDelay();
-    const bool timer_comes = delay_ms >= 0 && !ClockIsTaken();
-    if (!timer_comes && std::chrono::steady_clock::now() - idle_since > PATIENCE)
-        NotImplemented("GetMessageW", "waiting for a message that nothing can bring any more");
-    const std::int64_t pause_ms = timer_comes ? std::min(delay_ms, LONGEST_MS) : 1;
+    constexpr std::uint64_t LONGEST_MS = 10;
+    constexpr std::chrono::seconds LONGEST_WAIT{60};
+    const std::optional<std::uint64_t> delay_ms = NextTimerDelay();
+    const bool timer_comes = delay_ms && !IsTestClock();
+    if (!timer_comes && std::chrono::steady_clock::now() - idle_since > LONGEST_WAIT)
+        NotImplemented("GetMessageW", "waiting for a message that cannot come any more");
+    const std::uint64_t pause_ms = timer_comes ? std::min(*delay_ms, LONGEST_MS) : 1;
     std::this_thread::sleep_for(std::chrono::milliseconds(pause_ms));
 }
 
@@ -54,15 +58,21 @@ BOOL WINAPI GetMessageW(LPMSG message, HWND window, UINT lowest, UINT highest) {
         return -1;
     const UINT wanted = host::WantedKind("GetMessageW", window, lowest, highest);
     const auto idle_since = std::chrono::steady_clock::now();
-    while (!host::Take(wanted, *message))
+    std::optional<MSG> taken = host::TakeMessage(wanted);
+    for (; !taken; taken = host::TakeMessage(wanted))
         host::Pause(idle_since);
+    *message = *taken;
     return message->message != WM_QUIT;
 }
 
 BOOL WINAPI PeekMessageW(LPMSG message, HWND window, UINT lowest, UINT highest, UINT flags) {
     if (flags != PM_REMOVE)
         host::NotImplemented("PeekMessageW", "these flags");
-    return host::Take(host::WantedKind("PeekMessageW", window, lowest, highest), *message);
+    const std::optional<MSG> taken =
+        host::TakeMessage(host::WantedKind("PeekMessageW", window, lowest, highest));
+    if (taken)
+        *message = *taken;
+    return taken.has_value();
 }
 
 LRESULT WINAPI DispatchMessageW(const MSG* message) {

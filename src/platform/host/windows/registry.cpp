@@ -1,11 +1,10 @@
-// The windows that there are: how a handle leads to its window, a window to its siblings and its root, and a
-// message to its procedure.
+// All windows by handle, their siblings and roots, and sending a message to a window's procedure.
 #include <unistd.h>
 
 #include <algorithm>
 #include <unordered_map>
 
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
@@ -17,30 +16,28 @@ struct WindowRegistry {
     std::uintptr_t last_handle = 0x10010;
 };
 
-WindowRegistry& Registry() {
-    return Lasting<WindowRegistry>();
-}
+WindowRegistry registry;
 
 }  // namespace
 
 WindowPointer FindWindowState(HWND handle) {
-    const auto found = Registry().by_handle.find(handle);
-    if (found == Registry().by_handle.end()) {
+    const auto found = registry.by_handle.find(handle);
+    if (found == registry.by_handle.end()) {
         SetLastError(ERROR_INVALID_WINDOW_HANDLE);
         return nullptr;
     }
     if (found->second->thread != static_cast<DWORD>(gettid()))
-        NotImplemented("a window call", "coming from another thread than the window's");
+        NotImplemented("a window call", "from a thread that did not create the window");
     return found->second;
 }
 
 std::vector<HWND>& SiblingsOf(const Window& window) {
-    const auto parent = Registry().by_handle.find(window.parent);
-    return parent == Registry().by_handle.end() ? Registry().top_levels : parent->second->children;
+    const auto parent = registry.by_handle.find(window.parent);
+    return parent == registry.by_handle.end() ? registry.top_levels : parent->second->children;
 }
 
 std::vector<HWND>& TopLevelWindows() {
-    return Registry().top_levels;
+    return registry.top_levels;
 }
 
 HWND RootOf(HWND handle) {
@@ -50,11 +47,11 @@ HWND RootOf(HWND handle) {
     return window == nullptr ? nullptr : window->handle;
 }
 
-HWND EnterWindow(const WindowPointer& window) {
-    Registry().last_handle += 2;
-    window->handle = reinterpret_cast<HWND>(Registry().last_handle);
-    Registry().by_handle.emplace(window->handle, window);
-    // The first child made lies on top of its siblings, and the newest top-level window on top of the others.
+HWND AddWindow(const WindowPointer& window) {
+    registry.last_handle += 2;
+    window->handle = reinterpret_cast<HWND>(registry.last_handle);
+    registry.by_handle.emplace(window->handle, window);
+    // A new child is below its siblings, a new top-level window above the others.
     std::vector<HWND>& siblings = SiblingsOf(*window);
     siblings.insert(window->parent != nullptr ? siblings.end() : siblings.begin(), window->handle);
     return window->handle;
@@ -63,8 +60,12 @@ HWND EnterWindow(const WindowPointer& window) {
 void RemoveWindow(HWND handle) {
     if (const WindowPointer window = FindWindowState(handle); window != nullptr) {
         std::erase(SiblingsOf(*window), handle);
-        Registry().by_handle.erase(handle);
+        registry.by_handle.erase(handle);
     }
+}
+
+void ResetWindows() {
+    registry = {};
 }
 
 }  // namespace host
@@ -73,7 +74,7 @@ using host::FindWindowState;
 using host::WindowPointer;
 
 BOOL WINAPI IsWindow(HWND handle) {
-    return host::Registry().by_handle.contains(handle);
+    return host::registry.by_handle.contains(handle);
 }
 
 BOOL WINAPI IsChild(HWND parent, HWND handle) {

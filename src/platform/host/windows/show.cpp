@@ -1,11 +1,11 @@
 // Showing, hiding, minimising and restoring windows.
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
 namespace {
 
-constexpr UINT ONLY_SHOWN_OR_HIDDEN = SWP_NOSIZE | SWP_NOMOVE;
+constexpr UINT SAME_RECTANGLE = SWP_NOSIZE | SWP_NOMOVE;
 
 void MoveTo(HWND handle, const RECT& outer, UINT flags) {
     SetWindowPos(handle, nullptr, outer.left, outer.top, outer.right - outer.left, outer.bottom - outer.top,
@@ -16,8 +16,8 @@ void Hide(const WindowPointer& window) {
     const HWND handle = window->handle;
     if ((window->style & WS_VISIBLE) == 0)
         return;
-    const UINT still = IsChildStyle(window->style) ? SWP_NOACTIVATE | SWP_NOZORDER : 0;
-    SetWindowPos(handle, nullptr, 0, 0, 0, 0, SWP_HIDEWINDOW | ONLY_SHOWN_OR_HIDDEN | still);
+    const UINT in_place = IsChildStyle(window->style) ? SWP_NOACTIVATE | SWP_NOZORDER : 0;
+    SetWindowPos(handle, nullptr, 0, 0, 0, 0, SWP_HIDEWINDOW | SAME_RECTANGLE | in_place);
     PassActivationOn(*window);
 }
 
@@ -30,8 +30,8 @@ void Show(const WindowPointer& window, bool activate) {
         window->style |= WS_VISIBLE;
         return;
     }
-    const UINT still = child || !activate ? SWP_NOACTIVATE | SWP_NOZORDER : 0;
-    SetWindowPos(handle, nullptr, 0, 0, 0, 0, SWP_SHOWWINDOW | ONLY_SHOWN_OR_HIDDEN | still);
+    const UINT in_place = child || !activate ? SWP_NOACTIVATE | SWP_NOZORDER : 0;
+    SetWindowPos(handle, nullptr, 0, 0, 0, 0, SWP_SHOWWINDOW | SAME_RECTANGLE | in_place);
     if (window->size_on_show && IsWindow(handle)) {
         window->size_on_show = false;
         SendSizeAndMove(handle);

@@ -1,7 +1,7 @@
-// Timers. A timer whose time has come counts once, however many periods have gone by.
+// Timers. A timer that is due sends one message, however many periods have passed.
 #include <algorithm>
 
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
@@ -17,16 +17,13 @@ struct Timer {
 
 struct TimerList {
     std::vector<Timer> running;
-    // The identifiers that timers without a window get.
-    UINT_PTR next_id = 0x7FFF;
+    UINT_PTR next_id = 0x7FFF;  // of a timer without a window
 };
 
-TimerList& Timers() {
-    return Lasting<TimerList>();
-}
+TimerList timers;
 
 Timer* FindTimer(HWND window, UINT_PTR id) {
-    std::vector<Timer>& running = Timers().running;
+    std::vector<Timer>& running = timers.running;
     const auto found = std::find_if(running.begin(), running.end(), [&](const Timer& timer) {
         return timer.window == window && timer.id == id;
     });
@@ -35,33 +32,36 @@ Timer* FindTimer(HWND window, UINT_PTR id) {
 
 }  // namespace
 
-// Of several timers that are due the one that has waited longest comes first.
-bool TakeTimer(MSG& message) {
-    std::vector<Timer>& running = Timers().running;
+// Of several timers that are due, the one that has been due longest is first.
+std::optional<MSG> TakeTimer() {
+    std::vector<Timer>& running = timers.running;
     const auto timer =
         std::min_element(running.begin(), running.end(),
                          [](const Timer& one, const Timer& other) { return one.due_ms < other.due_ms; });
     const std::uint64_t now = Now();
     if (timer == running.end() || timer->due_ms > now)
-        return false;
-    message = MakeMessage(timer->window, WM_TIMER, timer->id, reinterpret_cast<LPARAM>(timer->procedure));
+        return std::nullopt;
     timer->due_ms += ((now - timer->due_ms) / timer->period_ms + 1) * timer->period_ms;
-    return true;
+    return MakeMessage(timer->window, WM_TIMER, timer->id, reinterpret_cast<LPARAM>(timer->procedure));
 }
 
-std::int64_t NextTimerDelay() {
+std::optional<std::uint64_t> NextTimerDelay() {
     const std::uint64_t now = Now();
-    std::int64_t shortest = -1;
-    for (const Timer& timer : Timers().running) {
-        const std::int64_t delay = timer.due_ms <= now ? 0 : static_cast<std::int64_t>(timer.due_ms - now);
-        shortest = shortest < 0 ? delay : std::min(shortest, delay);
+    std::optional<std::uint64_t> shortest;
+    for (const Timer& timer : timers.running) {
+        const std::uint64_t delay = timer.due_ms <= now ? 0 : timer.due_ms - now;
+        shortest = std::min(shortest.value_or(delay), delay);
     }
     return shortest;
 }
 
 void ForgetTimers(HWND handle) {
     std::erase_if(
-        Timers().running, [handle](const Timer& timer) { return timer.window == handle; });
+        timers.running, [handle](const Timer& timer) { return timer.window == handle; });
+}
+
+void ResetTimers() {
+    timers = {};
 }
 
 }  // namespace host
@@ -73,8 +73,8 @@ UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT period_ms, TIMERPROC pro
     const std::uint64_t period = std::clamp(period_ms, USER_TIMER_MINIMUM, USER_TIMER_MAXIMUM);
     host::Timer* timer = host::FindTimer(window, id);
     if (timer == nullptr) {
-        const UINT_PTR new_id = window == nullptr ? host::Timers().next_id-- : id;
-        timer = &host::Timers().running.emplace_back(host::Timer{window, new_id, 0, 0, nullptr});
+        const UINT_PTR new_id = window == nullptr ? host::timers.next_id-- : id;
+        timer = &host::timers.running.emplace_back(host::Timer{window, new_id, 0, 0, nullptr});
     }
     timer->period_ms = period;
     timer->due_ms = host::Now() + period;
@@ -83,7 +83,7 @@ UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT period_ms, TIMERPROC pro
 }
 
 BOOL WINAPI KillTimer(HWND window, UINT_PTR id) {
-    std::vector<host::Timer>& running = host::Timers().running;
+    std::vector<host::Timer>& running = host::timers.running;
     const host::Timer* const timer = host::FindTimer(window, id);
     if (timer == nullptr) {
         SetLastError(ERROR_INVALID_PARAMETER);

@@ -1,47 +1,45 @@
-// How windows hang together: parents, owners, siblings, and what lies at a point of the screen.
+// Parents, owners and siblings of windows, and the window at a point of the screen.
 #include <algorithm>
 
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
 namespace {
 
-HWND HitInside(HWND handle, POINT point, LRESULT& part);
+Hit HitInside(HWND handle, POINT point);
 
-HWND HitAmong(const std::vector<HWND>& windows, POINT point, LRESULT& part) {
-    // A window that is asked may change the list.
+Hit HitAmong(const std::vector<HWND>& windows, POINT point) {
+    // A copy, because a window's procedure may change the list.
     const std::vector<HWND> asked(windows.begin(), windows.end());
     for (const HWND window : asked)
-        if (const HWND hit = HitInside(window, point, part); hit != nullptr)
+        if (const Hit hit = HitInside(window, point); hit.window != nullptr)
             return hit;
-    return nullptr;
+    return {nullptr, HTNOWHERE};
 }
 
-HWND HitInside(HWND handle, POINT point, LRESULT& part) {
+Hit HitInside(HWND handle, POINT point) {
     const WindowPointer window = FindWindowState(handle);
     RECT outer{};
     GetWindowRect(handle, &outer);
     if (window == nullptr || (window->style & WS_VISIBLE) == 0 || !Contains(outer, point))
-        return nullptr;
-    if ((window->style & WS_DISABLED) != 0) {
-        // A disabled child lets its parent have the mouse; a disabled top-level window swallows it.
-        part = HTERROR;
-        return window->parent == nullptr ? handle : nullptr;
-    }
+        return {nullptr, HTNOWHERE};
+    // The mouse goes through a disabled child to its parent; a disabled top-level window takes it.
+    if ((window->style & WS_DISABLED) != 0)
+        return {window->parent == nullptr ? handle : nullptr, HTERROR};
     RECT client{};
     GetClientRect(handle, &client);
     POINT inside = point;
     ScreenToClient(handle, &inside);
     if (Contains(client, inside))
-        if (const HWND hit = HitAmong(window->children, point, part); hit != nullptr)
+        if (const Hit hit = HitAmong(window->children, point); hit.window != nullptr)
             return hit;
-    part = SendMessageW(handle, WM_NCHITTEST, 0, MAKELPARAM(point.x, point.y));
-    return part == HTTRANSPARENT ? nullptr : handle;
+    const LRESULT part = SendMessageW(handle, WM_NCHITTEST, 0, MAKELPARAM(point.x, point.y));
+    return {part == HTTRANSPARENT ? nullptr : handle, part};
 }
 
-// Whether the window is the other one's owner, or its owner's, and so on; or the same.
-bool GoesBackTo(HWND owner, HWND window) {
+// Whether `owner` is the window itself, its owner, the owner of its owner, and so on.
+bool IsOwnedBy(HWND owner, HWND window) {
     while (window != nullptr && window != owner)
         window = FindWindowState(window)->owner;
     return window != nullptr;
@@ -49,22 +47,19 @@ bool GoesBackTo(HWND owner, HWND window) {
 
 }  // namespace
 
-HWND HitWindow(POINT point, LRESULT& part) {
-    const HWND hit = HitAmong(TopLevelWindows(), point, part);
-    if (hit == nullptr)
-        part = HTNOWHERE;
-    return hit;
+Hit HitWindow(POINT point) {
+    return HitAmong(TopLevelWindows(), point);
 }
 
-// An owned window never lies beneath its owner: everything that goes back to the same owner rises together,
-// in its order, and then the window with what it owns.
+// An owned window is never below its owner. So all windows with the same first owner move to the front in
+// their order, and then the window with those that it owns.
 void RaiseWindow(HWND handle) {
     HWND first_owner = handle;
     while (const HWND owner = FindWindowState(first_owner)->owner)
         first_owner = owner;
     for (const HWND raised : {first_owner, handle})
         std::stable_partition(TopLevelWindows().begin(), TopLevelWindows().end(),
-                              [raised](HWND other) { return GoesBackTo(raised, other); });
+                              [raised](HWND other) { return IsOwnedBy(raised, other); });
 }
 
 }  // namespace host
@@ -110,9 +105,10 @@ BOOL WINAPI EnumWindows(WNDENUMPROC procedure, LPARAM parameter) {
 
 HWND WINAPI FindWindowW(LPCWSTR class_name, LPCWSTR title) {
     if (title != nullptr)
-        host::NotImplemented("FindWindowW", "looking for a title");
+        host::NotImplemented("FindWindowW", "a title");
+    const host::ClassPointer window_class = host::FindWindowClass(class_name);
     for (const HWND handle : host::TopLevelWindows())
-        if (host::SameName(FindWindowState(handle)->window_class->name, class_name))
+        if (FindWindowState(handle)->window_class == window_class)
             return handle;
     return nullptr;
 }

@@ -1,10 +1,12 @@
-// What the files of this room share: the record of a window, how to find it, and the steps that one file does
-// for those above it. The groups stand in the order of the files, the lowest first.
+// What the files of this folder share: the record of a window, how to find it, and the functions that one
+// file offers to others. The groups follow the dependencies of the files: each uses only groups above its
+// own.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -36,13 +38,13 @@ struct Window {
     LONG_PTR id = 0;
     LONG_PTR user_data = 0;
     std::vector<std::byte> extra;
-    RECT outer{};     // in the client area of the parent, or on the screen
+    RECT outer{};     // in client coordinates of the parent, or in screen coordinates
     RECT client{};    // in the same coordinates
-    RECT restored{};  // the outer rectangle that a minimised window comes back to
+    RECT restored{};  // the outer rectangle before the window was minimised
     std::u16string text;
-    bool size_on_show = false;  // WM_SIZE and WM_MOVE wait for the first showing
-    bool damaged = false;       // WM_PAINT is due
-    bool unerased = false;      // WM_ERASEBKGND comes with it
+    bool size_on_show = false;  // WM_SIZE and WM_MOVE are sent when it is first shown
+    bool needs_paint = false;   // it gets a WM_PAINT
+    bool needs_erase = false;   // it gets a WM_ERASEBKGND with it
     DWORD thread = 0;
 };
 using WindowPointer = std::shared_ptr<Window>;
@@ -50,27 +52,28 @@ using WindowPointer = std::shared_ptr<Window>;
 constexpr LONG SCREEN_WIDTH = 1400;
 constexpr LONG SCREEN_HEIGHT = 1000;
 
-// --- registry: the windows that there are, and in which order they lie ---
+// --- registry: all windows and their order ---
 
-// The window of a handle, or null with ERROR_INVALID_WINDOW_HANDLE. Aborts when the window is another
-// thread's.
+// The window of a handle; null with ERROR_INVALID_WINDOW_HANDLE if there is none. Aborts if another thread
+// created the window.
 WindowPointer FindWindowState(HWND handle);
 // The top-level windows, topmost first.
 std::vector<HWND>& TopLevelWindows();
-// The list in which the window stands, topmost first: the children of its parent, or the top-level windows.
+// The children of the window's parent or, if it has none, the top-level windows; topmost first.
 std::vector<HWND>& SiblingsOf(const Window& window);
-// The window itself, or the outermost parent of a child.
+// The top-level window that the window is or is inside of.
 HWND RootOf(HWND handle);
 inline bool IsChildStyle(DWORD style) {
     return (style & (WS_CHILD | WS_POPUP)) == WS_CHILD;
 }
-// Gives a new window its handle and its place among its siblings; takes an old one out, handle and all.
-HWND EnterWindow(const WindowPointer& window);
+// AddWindow assigns the handle of a new window and adds it to its siblings; RemoveWindow removes it and its
+// handle.
+HWND AddWindow(const WindowPointer& window);
 void RemoveWindow(HWND handle);
 
-// --- class: what windows are made of ---
+// --- class: window classes ---
 
-// A class that is there before a program registers any.
+// A class that exists before the program registers any.
 struct BuiltInClass {
     const WCHAR* name;
     WNDPROC procedure;
@@ -78,64 +81,67 @@ struct BuiltInClass {
 extern const std::span<const BuiltInClass> BUILT_IN_CLASSES;
 extern const int BUILT_IN_EXTRA_BYTES;
 
+// Ignores case; null if there is none.
 ClassPointer FindWindowClass(LPCWSTR name);
-// Whether two class names are the same to the platform, which takes no notice of case.
-bool SameName(std::u16string_view one, std::u16string_view other);
 
 // --- geometry: rectangles, frames and coordinates ---
 
 bool Contains(const RECT& rectangle, POINT point);
-// How far the frame reaches on each side of the client area, scroll bars left out.
+// The thickness of the frame on each side of the client area, without scroll bars.
 RECT FrameOf(DWORD style, DWORD extended_style);
-// What the frame and the scroll bars leave of a window's outer rectangle.
+// The outer rectangle without the frame and the scroll bars.
 RECT InsideFrame(const Window& window, const RECT& outer);
-// Asks the window for its client area.
+// Asks the window for its client area by WM_NCCALCSIZE, and stores it.
 void CalculateClient(Window& window);
-// Asks a window that has limits for them; gives the size within them.
+// The size within the limits of the window, which is asked for them by WM_GETMINMAXINFO if it has any.
 SIZE WithinLimits(const Window& window, SIZE size);
 void SendMove(HWND handle, RECT client);
 void SendSize(HWND handle, WPARAM kind, RECT client);
 
-// --- posted: messages that wait, the end of the program, and the pointer ---
+// --- posted: posted messages, the quit message, and the mouse pointer ---
 
 MSG MakeMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
-// Takes out the first posted message, or the first of the wanted kind where that is not 0.
-bool TakePosted(UINT wanted, MSG& message);
-bool TakeQuit(MSG& message);
+// Removes the first posted message, or the first of the wanted kind if that is not 0.
+std::optional<MSG> TakePosted(UINT wanted);
+std::optional<MSG> TakeQuit();
 void ForgetMessages(HWND handle);
 POINT PointerPosition();
 void MovePointer(POINT point);
 
 // --- timer ---
 
-bool TakeTimer(MSG& message);
-// Milliseconds until the next timer is due; -1 without any.
-std::int64_t NextTimerDelay();
+std::optional<MSG> TakeTimer();
+// Milliseconds until the next timer is due; nothing if there is no timer.
+std::optional<std::uint64_t> NextTimerDelay();
 void ForgetTimers(HWND handle);
 
-// --- tree: parents, owners, siblings, and what lies at a point ---
+// --- tree: parents, owners, siblings, and the window at a point ---
 
-// The topmost window at a point of the screen that takes the mouse there, and the part of it that was hit.
-HWND HitWindow(POINT point, LRESULT& part);
-// Puts the top-level window and what it owns in front.
+struct Hit {
+    HWND window;   // null: none
+    LRESULT part;  // an HT value; HTERROR for a disabled window
+};
+// The topmost window at a point of the screen that takes the mouse there.
+Hit HitWindow(POINT point);
+// Moves the top-level window and the windows that it owns to the front.
 void RaiseWindow(HWND handle);
 
-// --- activation: who is active, who has the keyboard, who has the mouse to itself ---
+// --- activation: the active window, the focus and the mouse capture ---
 
 void ActivateWindow(HWND handle, int how);
-// When the window goes away or is hidden: the activation and the focus pass on.
+// Activates and focuses other windows when this one is hidden or about to be destroyed.
 void PassActivationOn(const Window& window);
 void ForgetActivation(HWND handle);
 
-// --- painting: which windows are due ---
+// --- painting: which windows need a WM_PAINT ---
 
-void DamageWindow(Window& window, bool with_children, bool erase);
-// The next window that waits for WM_PAINT; null when there is none.
-HWND NextDamagedWindow();
-// What WM_PAINT comes to where nothing is drawn: the background is erased, and the window is due no more.
-void PaintWindow(Window& window);
+void MarkForPaint(Window& window, bool with_children, bool erase);
+// Null if no window needs a WM_PAINT.
+HWND NextWindowToPaint();
+// What WM_PAINT does by default: the background is erased and the window no longer needs to be painted.
+void EraseAndValidate(Window& window);
 
-// --- position: what SetWindowPos tells a window beyond its public flags ---
+// --- position: flags in WINDOWPOS beyond the documented ones ---
 
 constexpr UINT SWP_NOCLIENTSIZE = 0x0800;
 constexpr UINT SWP_NOCLIENTMOVE = 0x1000;
@@ -147,12 +153,13 @@ void SendSizeAndMove(HWND handle);
 
 // --- input: mouse and keyboard ---
 
-bool TakeInput(MSG& message);
+std::optional<MSG> TakeInput();
 
 // --- dialog items: the texts of windows, and controls by their identifiers ---
 
-// Copies as much of the text as fits into the capacity, with its end; gives the characters without the end.
-inline LRESULT GiveText(std::u16string_view text, std::size_t capacity, LPARAM buffer) {
+// Copies as much of the text as fits into the capacity with a terminating zero. Returns the number of
+// characters without the zero.
+inline LRESULT CopyText(std::u16string_view text, std::size_t capacity, LPARAM buffer) {
     if (capacity == 0 || buffer == 0)
         return 0;
     auto* const characters = reinterpret_cast<WCHAR*>(buffer);
@@ -160,5 +167,15 @@ inline LRESULT GiveText(std::u16string_view text, std::size_t capacity, LPARAM b
     characters[length] = u'\0';
     return static_cast<LRESULT>(length);
 }
+
+// --- for ResetLayer: each sets the records of its file back to their state at the start of the program ---
+
+void ResetWindows();
+void ResetClasses();
+void ResetMessages();
+void ResetTimers();
+void ResetActivation();
+void ResetMoves();
+void ResetInput();
 
 }  // namespace host

@@ -1,10 +1,10 @@
-// The life of windows: creation, destruction and the values that a window keeps.
+// Creating and destroying windows, and the values of GetWindowLongPtrW.
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
 
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/call_hooks.h"
 #include "platform/host/windows/window.h"
 
 namespace host {
@@ -17,7 +17,7 @@ void SendDestroy(HWND handle) {
         SendDestroy(child);
 }
 
-// Children go first, each with its last message.
+// Removes the children first. Each window gets WM_NCDESTROY.
 void Remove(HWND handle) {
     const WindowPointer window = FindWindowState(handle);
     if (window == nullptr)
@@ -39,9 +39,9 @@ void DestroyOwned(HWND owner) {
             DestroyWindow(handle);
 }
 
-void PlaceFirst(Window& window, CREATESTRUCTW& create) {
+void SetInitialPlace(Window& window, CREATESTRUCTW& create) {
     if (create.cx == CW_USEDEFAULT)
-        NotImplemented("CreateWindowExW", "a size by default");
+        NotImplemented("CreateWindowExW", "a default size");
     if (create.x == CW_USEDEFAULT)
         create.x = create.y = 0;
     const SIZE size = WithinLimits(window, {create.cx, create.cy});
@@ -50,17 +50,18 @@ void PlaceFirst(Window& window, CREATESTRUCTW& create) {
     window.outer = {create.x, create.y, create.x + create.cx, create.y + create.cy};
 }
 
-// WM_NCCREATE to WM_CREATE. False: the window refused and is gone.
-bool Introduce(const WindowPointer& window, CREATESTRUCTW& create) {
+// Sends the messages from WM_NCCREATE to WM_CREATE. False: the window was destroyed or refused its creation;
+// then it is removed.
+bool SendCreation(const WindowPointer& window, CREATESTRUCTW& create) {
     const HWND handle = window->handle;
-    PlaceFirst(*window, create);
+    SetInitialPlace(*window, create);
     const LPARAM parameter = reinterpret_cast<LPARAM>(&create);
     if (SendMessageW(handle, WM_NCCREATE, 0, parameter) != FALSE) {
         CalculateClient(*window);
         if (IsWindow(handle) && SendMessageW(handle, WM_CREATE, 0, parameter) != -1)
             return IsWindow(handle) != FALSE;
     }
-    // A window that refuses goes without WM_DESTROY, and so do its children; what they own goes as ever.
+    // Neither the window nor its children get WM_DESTROY; the windows that it owns are destroyed as usual.
     DestroyOwned(handle);
     Remove(handle);
     return false;
@@ -86,15 +87,15 @@ WindowPointer MakeWindow(const CREATESTRUCTW& create, const ClassPointer& window
 
 void CheckCreation(const CREATESTRUCTW& create, const ClassPointer& window_class) {
     if (window_class == nullptr)
-        NotImplemented("CreateWindowExW", "a class that nobody has registered");
+        NotImplemented("CreateWindowExW", "a class that is not registered");
     const auto style = static_cast<DWORD>(create.style);
     if ((style & (WS_MINIMIZE | WS_MAXIMIZE)) != 0)
-        NotImplemented("CreateWindowExW", "a window that is born minimised or maximised");
+        NotImplemented("CreateWindowExW", "a window that is minimised or maximised from the start");
     if (create.hwndParent == nullptr && IsChildStyle(style))
         NotImplemented("CreateWindowExW", "a child without a parent");
 }
 
-// Where an index leads that stands for none of the platform's own values.
+// The extra bytes at an index that is not one of the platform's own.
 std::byte* ExtraBytes(Window& window, int index) {
     const auto offset = static_cast<std::size_t>(index);
     if (index < 0 || offset + sizeof(LONG_PTR) > window.extra.size())
@@ -119,8 +120,8 @@ HWND WINAPI CreateWindowExW(DWORD extended_style, LPCWSTR class_name, LPCWSTR ti
         title,     class_name, extended_style};
     host::CheckCreation(create, window_class);
     const WindowPointer window = host::MakeWindow(create, window_class);
-    const HWND handle = host::EnterWindow(window);
-    if (!host::Introduce(window, create))
+    const HWND handle = host::AddWindow(window);
+    if (!host::SendCreation(window, create))
         return nullptr;
     if ((style & (WS_CHILD | WS_POPUP)) == 0)
         window->size_on_show = true;
