@@ -43,7 +43,7 @@ LRESULT MoveFocus(const Box& box, HWND next) {
     return 0;
 }
 
-bool TakeMessage(MSG& message) {
+bool WaitForMessage(MSG& message) {
     const SuspendHooks suspended;
     return GetMessageW(&message, nullptr, 0, 0) > 0;
 }
@@ -51,7 +51,7 @@ bool TakeMessage(MSG& message) {
 void PumpMessages(const Box& box) {
     while (box.is_open) {
         MSG message{};
-        if (!TakeMessage(message)) {
+        if (!WaitForMessage(message)) {
             PostQuitMessage(static_cast<int>(message.wParam));
             return;
         }

@@ -15,8 +15,8 @@ namespace host {
 // --- text ---
 
 // Strict conversions; nothing if the text is ill-formed.
-std::optional<std::string> ToUtf8(std::u16string_view wide);
-std::optional<std::u16string> FromUtf8(std::string_view utf8);
+[[nodiscard]] std::optional<std::string> ToUtf8(std::u16string_view wide);
+[[nodiscard]] std::optional<std::u16string> FromUtf8(std::string_view utf8);
 
 // --- paths ---
 

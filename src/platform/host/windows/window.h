@@ -102,15 +102,15 @@ void SendSize(HWND handle, WPARAM kind, RECT client);
 
 MSG MakeMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 // Removes the first posted message, or the first of the wanted kind if that is not 0.
-std::optional<MSG> TakePosted(UINT wanted);
-std::optional<MSG> TakeQuit();
+[[nodiscard]] std::optional<MSG> TakePosted(UINT wanted);
+[[nodiscard]] std::optional<MSG> TakeQuit();
 void ForgetMessages(HWND handle);
 POINT PointerPosition();
 void MovePointer(POINT point);
 
 // --- timer ---
 
-std::optional<MSG> TakeTimer();
+[[nodiscard]] std::optional<MSG> TakeTimer();
 // Milliseconds until the next timer is due; nothing if there is no timer.
 std::optional<std::uint64_t> NextTimerDelay();
 void ForgetTimers(HWND handle);
@@ -153,7 +153,7 @@ void SendSizeAndMove(HWND handle);
 
 // --- input: mouse and keyboard ---
 
-std::optional<MSG> TakeInput();
+[[nodiscard]] std::optional<MSG> TakeInput();
 
 // --- dialog items: the texts of windows, and controls by their identifiers ---
 
