@@ -2,12 +2,14 @@
 // this process, with real mouse and keyboard input. With the argument `images` it says on standard output, in
 // a line that starts with @, when a picture can be taken and of which part of the screen, and waits until a
 // file says that it has been. With `machine` behind that the demonstration is that of a real machine.
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <exception>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include "base/file_system.h"
 #include "base/owned_handle.h"
@@ -22,8 +24,10 @@ namespace {
 constexpr DWORD SETTLE_MS = 30;  // between two actions of a user; input is handled in its order
 
 constexpr unsigned PAINT_MS = 400;
+constexpr ULONGLONG ANSWER_LIMIT_MS = 60000;
 
 HANDLE launcher_process = nullptr;
+std::atomic<ULONGLONG> last_action_ms = 0;
 bool pictures_wanted = false;
 
 OwnedHandle StartLauncher(const WideText& folder) {
@@ -42,11 +46,24 @@ OwnedHandle StartLauncher(const WideText& folder) {
     return OwnedHandle(process.hProcess);
 }
 
+// A message to a launcher that hangs does not return: the demonstration ends without a last word.
+void EndWhenNothingHappens() {
+    for (;;) {
+        Sleep(1000);
+        if (GetTickCount64() - last_action_ms > ANSWER_LIMIT_MS) {
+            std::fputs("veldranevm.exe does not answer\n", stderr);
+            TerminateProcess(launcher_process, 1);
+            TerminateProcess(GetCurrentProcess(), 1);
+        }
+    }
+}
+
 }  // namespace
 
 namespace user {
 
 void Do(const std::function<void()>& action) {
+    last_action_ms = GetTickCount64();
     action();
     Sleep(SETTLE_MS / 3);
 }
@@ -54,6 +71,9 @@ void Do(const std::function<void()>& action) {
 bool WaitUntil(const std::function<bool()>& condition, unsigned limit_ms) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::milliseconds(limit_ms);
     while (!condition()) {
+        last_action_ms = GetTickCount64();
+        if (WaitForSingleObject(launcher_process, 0) == WAIT_OBJECT_0)
+            throw std::runtime_error("veldranevm.exe has ended");
         if (std::chrono::steady_clock::now() > limit)
             return false;
         Sleep(SETTLE_MS);
@@ -91,6 +111,8 @@ int main(int count, char** arguments) {
         const WideText folder = CurrentDirectory();
         const OwnedHandle process = StartLauncher(folder);
         launcher_process = process.Get();
+        last_action_ms = GetTickCount64();
+        std::thread(EndWhenNothingHappens).detach();
         const bool is_machine = count == 3 && std::string_view(arguments[2]) == "machine";
         const bool right = is_machine ? MachineTour(folder) : Tour(folder);
         DWORD exit_code = 1;
