@@ -10,7 +10,7 @@
 #include "adapter/files.h"
 #include "cases.h"
 #include "engine_end.h"
-#include "platform/host/hooks.h"
+#include "platform/host/hooks/test_hooks.h"
 
 namespace {
 
