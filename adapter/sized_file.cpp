@@ -15,14 +15,15 @@ namespace {
 }  // namespace
 
 SizedFile::SizedFile(const WideText& path) : path_(path), handle_(OpenForReading(path)) {
-    if (!handle_ || !FileSize(handle_.Get(), bytes_))
+    const std::optional<std::uint64_t> size = FileSize(handle_.Get());
+    if (!size)
         Fail(path);
+    bytes_ = *size;
 }
 
 std::string SizedFile::Read(std::uint64_t offset, std::uint64_t count) const {
     std::string bytes(static_cast<std::size_t>(count), '\0');
-    std::size_t read = 0;
-    if (!ReadAt(handle_.Get(), offset, bytes.data(), bytes.size(), read) || read != bytes.size())
+    if (ReadAt(handle_.Get(), offset, bytes.data(), bytes.size()) != bytes.size())
         Fail(path_);
     return bytes;
 }

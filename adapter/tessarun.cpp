@@ -36,8 +36,7 @@ void CheckDisks(const VmConfig& config) {
                 (failure == ERROR_SHARING_VIOLATION
                      ? " : l'image de disque est nommée deux fois, ou un autre programme l'utilise."
                      : " : l'image de disque est protégée en écriture."));
-        std::uint64_t bytes = 0;
-        if (FileSize(file.Get(), bytes) && bytes == 0)
+        if (FileSize(file.Get()) == 0)
             throw std::runtime_error(Utf8FromWide(path) + " : l'image de disque est vide.");
         held.push_back(std::move(file));
     }

@@ -88,12 +88,8 @@ void AddModule(const WideText& path) {
 
 std::string ReadFile(const WideText& path) {
     const OwnedHandle file = OpenForReading(path);
-    std::uint64_t size = 0;
-    if (!file || !FileSize(file.Get(), size))
-        return {};
-    std::string content(static_cast<std::size_t>(size), '\0');
-    std::size_t read = 0;
-    ReadAt(file.Get(), 0, content.data(), content.size(), read);
+    std::string content(static_cast<std::size_t>(FileSize(file.Get()).value_or(0)), '\0');
+    content.resize(ReadAt(file.Get(), 0, content.data(), content.size()));
     return content;
 }
 

@@ -1,4 +1,4 @@
-// Questions to the file system, and the wording of its failures.
+// Queries of the file system and the texts of its errors.
 #include "base/file_system.h"
 
 #include <algorithm>
@@ -13,14 +13,14 @@ namespace {
 
 constexpr DWORD SHARE_ALL = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-// The errors by which a path counts as absent.
+// With one of these errors a path counts as missing.
 constexpr std::array<DWORD, 7> ABSENT{ERROR_FILE_NOT_FOUND,  ERROR_PATH_NOT_FOUND, ERROR_BAD_NETPATH,
                                       ERROR_NETNAME_DELETED, ERROR_INVALID_NAME,   ERROR_BAD_PATHNAME,
                                       ERROR_DIRECTORY};
 
 std::string FailureText(const char* operation, DWORD code) {
     WideText text = WindowsErrorText(code);
-    while (!text.empty() && (text.back() == 0x0D || text.back() == 0x0A))
+    while (!text.empty() && (text.back() == '\r' || text.back() == '\n'))
         text.pop_back();
     return std::string(operation) + ": " + Utf8FromWide(text);
 }
@@ -70,12 +70,12 @@ WideText CurrentDirectory() {
 }
 
 FileType QueryFileType(const WideText& path, const char* operation) {
-    // Folders can only be opened with this flag; the query of attributes alone would not follow a link.
+    // GetFileAttributesW would not follow a link; folders can be opened with FILE_FLAG_BACKUP_SEMANTICS only.
     const OwnedHandle file(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, SHARE_ALL, nullptr, OPEN_EXISTING,
                                        FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     if (!file)
         return FailedQuery(path, operation);
-    SetLastError(NO_ERROR);  // an unknown type is told from a failure by it
+    SetLastError(NO_ERROR);  // still there if the type is unknown and GetFileType has not failed
     const DWORD type = GetFileType(file.Get());
     if (type == FILE_TYPE_UNKNOWN && GetLastError() != NO_ERROR)
         return FailedQuery(path, operation);
@@ -93,28 +93,25 @@ OwnedHandle OpenForReading(const WideText& path) {
                                    FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
-bool FileSize(HANDLE file, std::uint64_t& size) {
-    LARGE_INTEGER value{};
-    if (GetFileSizeEx(file, &value) == FALSE || value.QuadPart < 0)
-        return false;
-    size = static_cast<std::uint64_t>(value.QuadPart);
-    return true;
+std::optional<std::uint64_t> FileSize(HANDLE file) {
+    LARGE_INTEGER size{};
+    if (GetFileSizeEx(file, &size) == FALSE)
+        return std::nullopt;
+    return static_cast<std::uint64_t>(size.QuadPart);
 }
 
-bool ReadAt(HANDLE file, std::uint64_t offset, char* buffer, std::size_t count, std::size_t& read) {
-    read = 0;
+std::size_t ReadAt(HANDLE file, std::uint64_t offset, char* buffer, std::size_t count) {
     LARGE_INTEGER position{};
     position.QuadPart = static_cast<LONGLONG>(offset);
     if (SetFilePointerEx(file, position, nullptr, FILE_BEGIN) == FALSE)
-        return false;
+        return 0;
+    std::size_t read = 0;
     while (read < count) {
         const auto wanted = static_cast<DWORD>(std::min<std::size_t>(count - read, 0x40000000));
         DWORD came = 0;
-        if (ReadFile(file, buffer + read, wanted, &came, nullptr) == FALSE)
-            return false;
-        if (came == 0)
+        if (ReadFile(file, buffer + read, wanted, &came, nullptr) == FALSE || came == 0)
             break;
         read += came;
     }
-    return true;
+    return read;
 }

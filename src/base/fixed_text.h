@@ -1,5 +1,4 @@
-// Short texts that need no memory beside their own record: what must be told also when memory is short is
-// composed in one.
+// Fixed-capacity strings that never allocate, for reporting errors when memory is short.
 #pragma once
 
 #include <algorithm>
@@ -10,7 +9,7 @@
 
 #include "platform/win32.h"
 
-// Holds up to CAPACITY characters; what no longer fits is left out. Nothing here fails.
+// At most CAPACITY characters and a NUL behind them; characters that no longer fit are dropped.
 template <std::size_t CAPACITY>
 class FixedText {
 public:
@@ -21,22 +20,19 @@ public:
         *this += text;
     }
 
-    FixedText& operator+=(WideView text) {
+    // No result: whoever returned it would copy the whole capacity.
+    void operator+=(WideView text) {
         text = text.substr(0, CAPACITY - size_);
         std::copy(text.begin(), text.end(), characters_.data() + size_);
         size_ += text.size();
         characters_[size_] = 0;
-        return *this;
     }
-    // Adds a number in plain decimal.
-    FixedText& operator+=(std::uint64_t number) {
+    // Appends the number in plain decimal.
+    void operator+=(std::uint64_t number) {
         std::array<char, 20> digits{};
-        const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-        for (const char* digit = digits.data(); digit != end; ++digit) {
-            const auto character = static_cast<WCHAR>(*digit);
-            *this += WideView(&character, 1);
-        }
-        return *this;
+        std::array<WCHAR, 20> wide{};
+        char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+        *this += WideView(wide.data(), std::copy(digits.data(), end, wide.data()));
     }
 
     operator WideView() const {

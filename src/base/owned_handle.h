@@ -1,11 +1,11 @@
-// A kernel handle that is closed when its owner goes.
+// A kernel handle with one owner, which closes it when it is destroyed.
 #pragma once
 
 #include <utility>
 
 #include "platform/win32.h"
 
-// Moved, never copied. Null and INVALID_HANDLE_VALUE both mean that there is none.
+// Can be moved, not copied. Null and INVALID_HANDLE_VALUE both mean that there is no handle.
 class OwnedHandle {
 public:
     OwnedHandle() = default;
@@ -28,12 +28,12 @@ public:
     HANDLE Get() const {
         return handle_;
     }
-    // Gives the handle up to the caller.
-    HANDLE Release() {
+    // Passes the ownership to the caller.
+    [[nodiscard]] HANDLE Release() noexcept {
         return std::exchange(handle_, nullptr);
     }
-    // Closes it now.
-    void Reset() {
+    // Closes the handle now.
+    void Reset() noexcept {
         if (handle_ != nullptr)
             CloseHandle(Release());
     }

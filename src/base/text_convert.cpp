@@ -1,5 +1,5 @@
-// Conversions in one call each, into the most that the text can become: no byte gives more than one code
-// unit.
+// Each conversion is one call into a buffer of the largest possible size: a byte becomes at most one code
+// unit, a code unit at most three bytes.
 #include "base/text_convert.h"
 
 #include <algorithm>
@@ -16,23 +16,21 @@ int CheckedLength(const Text& text) {
     return static_cast<int>(text.size());
 }
 
-// The text grows to what the addition can take at most, three bytes for a unit, and then shrinks to what it
-// took.
-void AppendEncoded(std::string& text, WideView addition, DWORD flags) {
-    if (addition.empty())
-        return;
-    const int length = CheckedLength(addition);
-    const std::size_t room = std::min(3 * addition.size(), LONGEST_TEXT);
-    const std::size_t start = text.size();
-    text.resize(start + room);
-    const int size = WideCharToMultiByte(CP_UTF8, flags, addition.data(), length, text.data() + start,
-                                         static_cast<int>(room), nullptr, nullptr);
+std::string Encode(WideView text, DWORD flags) {
+    if (text.empty())
+        return {};
+    const int length = CheckedLength(text);
+    std::string narrow(std::min(3 * text.size(), LONGEST_TEXT), '\0');
+    const int size = WideCharToMultiByte(CP_UTF8, flags, text.data(), length, narrow.data(),
+                                         static_cast<int>(narrow.size()), nullptr, nullptr);
     if (size < 1)
         throw std::runtime_error("Texte Unicode invalide.");
-    text.resize(start + static_cast<std::size_t>(size));
+    narrow.resize(static_cast<std::size_t>(size));
+    return narrow;
 }
 
-// Decodes into the buffer, or only counts without one; the number of code units.
+// Decodes into the buffer. Returns the number of code units; with a null buffer, the number that there would
+// be.
 std::size_t Decode(std::string_view text, WCHAR* buffer, int buffer_size) {
     const int size = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), CheckedLength(text),
                                          buffer, buffer_size);
@@ -43,20 +41,12 @@ std::size_t Decode(std::string_view text, WCHAR* buffer, int buffer_size) {
 
 }  // namespace
 
-void AppendUtf8(std::string& text, WideView addition) {
-    AppendEncoded(text, addition, WC_ERR_INVALID_CHARS);
-}
-
 std::string Utf8FromWide(WideView text) {
-    std::string narrow;
-    AppendUtf8(narrow, text);
-    return narrow;
+    return Encode(text, WC_ERR_INVALID_CHARS);
 }
 
 std::string Utf8ForDisplay(WideView text) {
-    std::string narrow;
-    AppendEncoded(narrow, text, 0);
-    return narrow;
+    return Encode(text, 0);
 }
 
 void RequireUtf8(std::string_view text) {

@@ -1,5 +1,5 @@
-// Text and numbers between their two forms: wide text inside the program, UTF-8 in files and messages. A
-// conversion gives an exact result or fails; nothing is replaced, cut off or passed through.
+// Conversion of text and numbers: wide text inside the program, UTF-8 in files and messages. A conversion is
+// exact or throws, except where its contract says otherwise.
 #pragma once
 
 #include <cstdint>
@@ -10,35 +10,31 @@
 
 #include "platform/win32.h"
 
-// Throws for an unpaired surrogate and for more than 2,147,483,647 code units. Zeros inside the text pass.
+// Throws for an unpaired surrogate and for more than 2,147,483,647 code units. A NUL is a character like any
+// other.
 std::string Utf8FromWide(WideView text);
 
-// The same at the end of a text, which is of no use after a throw.
-void AppendUtf8(std::string& text, WideView addition);
-
-// Text for display alone: what is no well-formed UTF-16 becomes replacement characters. Never fails on bad
-// text.
+// For display only: unpaired surrogates become replacement characters. Throws for too long a text only.
 std::string Utf8ForDisplay(WideView text);
 
-// Throws for ill-formed UTF-8 and for more than 2,147,483,647 bytes. Zeros inside the text pass.
+// Throws for ill-formed UTF-8 and for more than 2,147,483,647 bytes. A NUL is a character like any other.
 WideText WideFromUtf8(std::string_view text);
 
-// Throws what WideFromUtf8 throws, and makes nothing.
+// Throws what WideFromUtf8 throws, and builds no text.
 void RequireUtf8(std::string_view text);
 
-// Text in the ANSI code page, whatever its bytes.
+// Decodes any bytes by the ANSI code page.
 WideText WideFromAnsi(std::string_view text);
 
-// An error message for display: as UTF-8, or in the ANSI code page where it is not that. Never fails on bad
-// text.
+// An error message for display, decoded as UTF-8 or, if it is ill-formed, by the ANSI code page.
 WideText WideFromMessage(const char* message);
 
-// Unsigned decimal, as short as can be, in no locale's form.
+// The shortest unsigned decimal text, independent of any locale.
 std::string NumberText(std::uint64_t number);
 WideText WideNumberText(std::uint64_t number);
 
-// The number that a text of ASCII digits stands for, leading zeros and all; none if the text is empty or
-// holds anything else. What does not fit in 64 bits comes out as the largest number.
+// The number that a text of ASCII digits represents; leading zeros are accepted. None if the text is empty or
+// contains anything else. A number that does not fit in 64 bits becomes the largest that does.
 template <typename Character>
 std::optional<std::uint64_t> ParseDigits(std::basic_string_view<Character> text) {
     constexpr std::uint64_t largest = std::numeric_limits<std::uint64_t>::max();

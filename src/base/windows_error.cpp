@@ -1,4 +1,4 @@
-// The system's own texts, in a buffer that the system makes and we give back.
+// The system allocates the buffer of the text; it is freed here.
 #include "base/windows_error.h"
 
 #include <memory>

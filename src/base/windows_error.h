@@ -1,8 +1,8 @@
-// The wording of the platform's error codes.
+// Texts for the platform's error codes.
 #pragma once
 
 #include "platform/win32.h"
 
-// The system's own text for an error code, with the line end that the system puts after it; where it has
-// none, the code in words of ours. Fails only by exhaustion of memory.
+// The system's text for an error code, with the line end that the system appends; "Erreur Windows CODE" if it
+// has none.
 WideText WindowsErrorText(DWORD code);

@@ -14,14 +14,13 @@ namespace {
 
 std::string ReadWholeFile(const WideText& path) {
     const OwnedHandle file = OpenForReading(path);
-    std::uint64_t size = 0;
-    if (!file || !FileSize(file.Get(), size))
+    const std::optional<std::uint64_t> size = FileSize(file.Get());
+    if (!size)
         throw std::runtime_error("Impossible d'ouvrir la configuration.");
-    if (size > MAX_CONFIG_BYTES)
+    if (*size > MAX_CONFIG_BYTES)
         throw std::runtime_error("Configuration trop volumineuse.");
-    std::string text(static_cast<std::size_t>(size), '\0');
-    std::size_t read = 0;
-    if (!text.empty() && (!ReadAt(file.Get(), 0, text.data(), text.size(), read) || read != text.size()))
+    std::string text(static_cast<std::size_t>(*size), '\0');
+    if (ReadAt(file.Get(), 0, text.data(), text.size()) != text.size())
         throw std::runtime_error("Lecture de la configuration impossible.");
     return text;
 }

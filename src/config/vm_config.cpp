@@ -1,6 +1,7 @@
-// The limits of a record, in the order in which they are told.
+// The limits of a record, checked in the order in which they are reported.
 #include "config/vm_config.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace {
@@ -27,10 +28,9 @@ void ValidateNumbers(const VmConfig& config) {
 }  // namespace
 
 void RequireOneLine(WideView text) {
-    int breaks = 0;  // counted without an early end, which the compiler turns into vectors
-    for (const WCHAR unit : text)
-        breaks += (unit == 0x0D) + (unit == 0x0A) + (unit == 0x00);
-    Require(breaks == 0, "Les valeurs de configuration doivent tenir sur une ligne.");
+    for (const WCHAR forbidden : {'\r', '\n', '\0'})
+        Require(std::count(text.begin(), text.end(), forbidden) == 0,
+                "Les valeurs de configuration doivent tenir sur une ligne.");
 }
 
 void ValidateConfig(const VmConfig& config) {

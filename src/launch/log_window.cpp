@@ -64,14 +64,11 @@ bool MakeTextControl(HWND window) {
 // cannot be opened.
 bool ReadLogTail(const WideText& path, std::string& tail) {
     const OwnedHandle file = OpenForReading(path);
-    std::uint64_t size = 0;
-    if (!file || !FileSize(file.Get(), size))
+    const std::optional<std::uint64_t> size = FileSize(file.Get());
+    if (!size)
         return false;
-    tail.resize(static_cast<std::size_t>(std::min<std::uint64_t>(size, LOG_TAIL_LIMIT)));
-    std::size_t read = 0;
-    if (!tail.empty())
-        ReadAt(file.Get(), size - tail.size(), tail.data(), tail.size(), read);
-    tail.resize(read);
+    tail.resize(static_cast<std::size_t>(std::min<std::uint64_t>(*size, LOG_TAIL_LIMIT)));
+    tail.resize(ReadAt(file.Get(), *size - tail.size(), tail.data(), tail.size()));
     return true;
 }
 

@@ -7,5 +7,6 @@ RunResult RunResultText(DWORD exit_code, bool run_is_dry) {
                                     : TEXT("VM terminée."));
     RunResult text(TEXT("Échec (code "));
     text += exit_code;
-    return text += TEXT("). Consultez le journal.");
+    text += TEXT("). Consultez le journal.");
+    return text;
 }

@@ -45,9 +45,9 @@ bool IsLowSurrogate(WCHAR character) {
 FixedText<BOX_LIMIT_CHARACTERS> Shortened(WideView text) {
     constexpr std::size_t START = 600;
     constexpr std::size_t END = BOX_LIMIT_CHARACTERS - START - OMISSION.size();
-    FixedText<BOX_LIMIT_CHARACTERS> shortened;
     if (text.size() <= BOX_LIMIT_CHARACTERS)
-        return shortened += text;
+        return FixedText<BOX_LIMIT_CHARACTERS>(text);
+    FixedText<BOX_LIMIT_CHARACTERS> shortened;
     WideView start = text.substr(0, START);
     WideView end = text.substr(text.size() - END);
     if (IsHighSurrogate(start.back()))
@@ -56,7 +56,8 @@ FixedText<BOX_LIMIT_CHARACTERS> Shortened(WideView text) {
         end.remove_prefix(1);
     shortened += start;
     shortened += OMISSION;
-    return shortened += end;
+    shortened += end;
+    return shortened;
 }
 
 // Replaces control characters by blanks: a text full of them would make the box larger than the screen. The
