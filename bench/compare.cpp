@@ -76,7 +76,7 @@ Result Compare(const Work& ours, const Work& theirs) {
         ratios.push_back(our_time / (Seconds(theirs, their_times) / static_cast<double>(their_times)));
         seconds.push_back(our_time);
     }
-    return {At(ratios, 0.5), At(ratios, 0.1), At(ratios, 0.9), At(seconds, 0.1)};
+    return {Quantile(ratios, 0.5), Quantile(ratios, 0.1), Quantile(ratios, 0.9), Quantile(seconds, 0.1)};
 }
 
 struct Pair {

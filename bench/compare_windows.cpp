@@ -95,7 +95,7 @@ void TellTick(const char* state) {
         times.push_back(NowMs() - start);
     }
     std::printf("| tick on an unchanged log of 1 MiB, %s | - | %.2f ms | %.2f to %.2f |\n", state,
-                At(times, 0.5), At(times, 0.1), At(times, 0.9));
+                Quantile(times, 0.5), Quantile(times, 0.1), Quantile(times, 0.9));
     const double used = UsedMs();
     const double start = NowMs();
     Live(WATCHED_MS);
@@ -159,8 +159,9 @@ void TellStart() {
         ratios.push_back(our_times.back() / their_times.back());
     }
     std::printf("| start to fully painted, %.0f ms | the same 56 controls, %.0f ms | %.2f | %.2f to %.2f |\n",
-                At(our_times, 0.5), At(their_times, 0.5), At(our_times, 0.5) / At(their_times, 0.5),
-                At(ratios, 0.1), At(ratios, 0.9));
+                Quantile(our_times, 0.5), Quantile(their_times, 0.5),
+                Quantile(our_times, 0.5) / Quantile(their_times, 0.5), Quantile(ratios, 0.1),
+                Quantile(ratios, 0.9));
 }
 
 void TellSize() {

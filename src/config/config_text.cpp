@@ -87,6 +87,7 @@ void TakeValues(ConfigTable& table, VmConfig& config) {
 void TakeModules(ConfigTable& table, VmConfig& config) {
     const std::uint32_t count =
         ParseConfigNumber(TakeConfigValue(table, "module_count", "0"), 0, MAX_MODULES, "module_count");
+    config.modules.reserve(count);
     for (std::uint32_t index = 0; index < count; ++index) {
         ModuleEntry module;
         module.command = WideFromUtf8(TakeConfigValue(table, ModuleKey(index, "command"), {}));

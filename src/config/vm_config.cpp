@@ -28,9 +28,9 @@ void ValidateNumbers(const VmConfig& config) {
 }  // namespace
 
 void RequireOneLine(WideView text) {
-    for (const WCHAR forbidden : {'\r', '\n', '\0'})
-        Require(std::count(text.begin(), text.end(), forbidden) == 0,
-                "Les valeurs de configuration doivent tenir sur une ligne.");
+    const bool breaks = std::any_of(text.begin(), text.end(),
+                                    [](WCHAR unit) { return unit == '\r' || unit == '\n' || unit == '\0'; });
+    Require(!breaks, "Les valeurs de configuration doivent tenir sur une ligne.");
 }
 
 void ValidateConfig(const VmConfig& config) {
