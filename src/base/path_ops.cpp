@@ -1,11 +1,11 @@
-// Windows paths as text: where the root ends, and the one pass that builds a normal form.
+// The parts of Windows paths, and the pass that builds a normal form.
 #include "base/path_ops.h"
 
 #include <algorithm>
 
 namespace {
 
-constexpr WCHAR BACKSLASH = 0x5C;
+constexpr WCHAR BACKSLASH = TEXT('\\');
 constexpr WideView HERE = TEXT(".");
 constexpr WideView UP = TEXT("..");
 
@@ -18,7 +18,7 @@ bool IsDriveLetter(WCHAR character) {
     return lower >= TEXT('a') && lower <= TEXT('z');
 }
 
-// `\\?\`, `\\.\` and `\??\`, the forms that name devices.
+// `\\?\`, `\\.\` and `\??\`, the prefixes of device paths.
 bool HasDevicePrefix(WideView path) {
     if (path.size() < 4 || !IsSeparator(path[3]) || (path.size() > 4 && IsSeparator(path[4])))
         return false;
@@ -52,7 +52,7 @@ bool HasRootDirectory(WideView path) {
     return root_end < path.size() && IsSeparator(path[root_end]);
 }
 
-// Where the last element of a text that ends in a separator starts; not before the relative part.
+// The start of the last element of a text that ends in a separator, at least `root_end`.
 std::size_t LastNameStart(WideView text, std::size_t root_end) {
     std::size_t at = text.size() - 1;
     while (at > root_end && text[at - 1] != BACKSLASH)
@@ -104,7 +104,7 @@ WideText NormalPath(WideView path) {
     if (has_root_directory)
         text[used++] = BACKSLASH;
     const std::size_t root_end = used;
-    std::size_t names = 0;  // elements at the end that a `..` can take away
+    std::size_t names = 0;  // elements at the end that a `..` can remove
     for (std::size_t at = RelativeStart(path); at < path.size();) {
         const std::size_t start = used;
         while (at < path.size() && !IsSeparator(path[at]))

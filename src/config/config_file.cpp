@@ -1,4 +1,4 @@
-// Reading a whole file, and writing one.
+// Reads a whole file, and replaces one.
 #include "config/config_file.h"
 
 #include <stdexcept>

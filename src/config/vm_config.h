@@ -1,5 +1,4 @@
-// The launch configuration: everything that one launch of the virtual machine needs and a configuration file
-// holds.
+// The launch configuration: all that a launch of the virtual machine needs and a configuration file contains.
 #pragma once
 
 #include <array>
@@ -21,20 +20,19 @@ inline constexpr std::uint32_t TIMEOUT_MS_MAX = 3600000;
 // One Multiboot module.
 struct ModuleEntry {
     WideText path;     // never empty in a valid record
-    WideText command;  // its arguments; may be empty
+    WideText command;  // the module's arguments; may be empty
 };
 
-// A plain value; a new one holds the defaults, of which this is the one source. Paths are kept as they were
-// given.
+// The initial values are the program's defaults, and their only source. Paths are stored as they were given.
 struct VmConfig {
-    WideText kernel;   // the ELF file; a launch needs one, the record does not
+    WideText kernel;   // the ELF file; may be empty, but not for a launch
     WideText command;  // the kernel command line; empty: none is passed
     WideText dump;     // file for the PPM export of the framebuffer; empty: no export
     std::array<WideText, 4>
         ide;  // raw images: primary master and slave, secondary master and slave; empty: no disk
     std::vector<ModuleEntry> modules;  // in the order in which the engine gets them
     std::uint32_t ram_mib = 128;       // guest memory
-    std::uint32_t width = 800;         // pixels; reaches the engine with explicit_video only
+    std::uint32_t width = 800;         // pixels; passed to the engine only with explicit_video
     std::uint32_t height = 600;        // likewise
     std::uint32_t zoom = 2;            // whole multiples of 100 %
     std::uint32_t timeout_ms = 0;      // limit on the whole life of the machine; 0: none
@@ -55,9 +53,8 @@ void ForEachPath(VmConfig& config, const Visit& visit) {
         visit(module.path);
 }
 
-// Throws unless the text can stand on one line of a configuration file: no CR, LF or NUL in it.
+// Throws if the text contains CR, LF or NUL and so does not fit on one line of a configuration file.
 void RequireOneLine(WideView text);
 
-// Throws with the message of the first limit that the record breaks. Looks at numbers and text only, never at
-// files.
+// Throws with the message of the first limit that the record breaks. Does not check whether files exist.
 void ValidateConfig(const VmConfig& config);
