@@ -1,5 +1,4 @@
-// What the start of the program is held to: its window with its 56 controls, the hidden page hidden, and
-// nothing else. Nothing is filled in, nothing answers.
+// The program that the start is compared with: the same window with its 56 controls, and nothing behind them.
 #include "form/control_table.h"
 #include "form/form_layout.h"
 

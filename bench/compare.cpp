@@ -1,13 +1,12 @@
-// The program's text work beside what else one could take for it: both in this one process, in turn, many
-// times over. Told is our time divided by the other's: the middle of all turns, and the tenth and the
-// ninetieth of a hundred. The exponent says how our own time grows with the size over three sizes; 1 is
-// linear.
+// The program's text work beside libraries that one could use for it, in one process, in alternating turns.
+// Printed are our time divided by theirs (the median, the 10 % and the 90 % quantile of all turns) and the
+// exponent by which our own time grows with the size; 1 is linear.
 #include <glib.h>
-// Ours come from the platform.
+// The platform defines its own.
 #undef TRUE
 #undef FALSE
 #include <ini.h>
-#define SI_NO_CONVERSION  // Debian leaves out what the conversions include
+#define SI_NO_CONVERSION  // Debian's package lacks a header that the conversions include
 #include <SimpleIni.h>
 #include <fcntl.h>
 #include <stdlib.h>
@@ -51,7 +50,7 @@ double Seconds(const Work& work, std::size_t times) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// How often the work must run for its turn to last long enough.
+// How often the work must run for a turn of at least SECONDS_PER_TURN.
 std::size_t TimesPerTurn(const Work& work) {
     std::size_t times = 1;
     while (Seconds(work, times) < SECONDS_PER_TURN)
@@ -84,8 +83,8 @@ struct Pair {
     Work theirs;
 };
 
-// One line of the table for each of the last `told` sizes.
-void Row(const char* work, const char* peer, const std::vector<std::size_t>& sizes, std::size_t told,
+// Measures all sizes, and prints a line of the table for each of the last `printed` ones.
+void Row(const char* work, const char* peer, const std::vector<std::size_t>& sizes, std::size_t printed,
          const std::function<Pair(std::size_t)>& make) {
     std::vector<Result> results;
     for (const std::size_t size : sizes) {
@@ -94,13 +93,13 @@ void Row(const char* work, const char* peer, const std::vector<std::size_t>& siz
     }
     const double exponent = std::log(results.back().seconds / results.front().seconds) /
                             std::log(static_cast<double>(sizes.back()) / static_cast<double>(sizes.front()));
-    for (std::size_t at = sizes.size() - told; at < sizes.size(); ++at)
+    for (std::size_t at = sizes.size() - printed; at < sizes.size(); ++at)
         std::printf("| %s, %zu | %s | %.2f | %.2f to %.2f | %.2f |\n", work, sizes[at], peer,
                     results[at].ratio, results[at].low, results[at].high, exponent);
     std::fflush(stdout);
 }
 
-// A comparison in which somebody has done no work is none.
+// Ends the comparison if one side has not done its work.
 void Require(bool holds, const char* what) {
     if (holds)
         return;
@@ -117,7 +116,7 @@ std::string ManyKeys(std::size_t size) {
     return text;
 }
 
-// Each line of a configuration as TOML, whose strings stand in quotes.
+// The configuration as TOML: keys and values in quotes.
 std::string AsToml(const std::string& text) {
     std::string toml;
     for (std::size_t start = text.find('\n') + 1; start < text.size();) {
@@ -145,7 +144,7 @@ int PutIntoMap(void* map, const char*, const char* key, const char* value) {
     return 1;
 }
 
-// Debian builds it for lines of at most 200 bytes; it reads what is longer in pieces, and keeps the first.
+// Debian builds it for lines of at most 200 bytes; of longer values it keeps the first piece.
 void ParseWithInih(const std::string& text) {
     std::map<std::string, std::string> map;
     Require(ini_parse_string(text.c_str(), PutIntoMap, &map) >= 0 && map.size() > 3, "inih has not parsed");
@@ -178,7 +177,7 @@ std::string ModulesText(std::size_t size) {
     return ComposeConfigText(WithModules(size));
 }
 
-// Composes what ours composes, from texts that are UTF-8 already.
+// Its texts are UTF-8 already.
 void ComposeWithKeyFile(const std::vector<std::pair<std::string, std::string>>& entries) {
     GKeyFile* const file = g_key_file_new();
     for (const auto& [key, value] : entries)
@@ -203,7 +202,7 @@ Pair Compose(std::size_t size) {
 
 // --- writing ---
 
-// A folder beside the program, so on a disk rather than in memory.
+// A folder in build/, since that of temporary files can be in memory.
 std::string Folder() {
     static const std::string folder = [] {
         std::string name = (std::filesystem::current_path() / "build/compare-XXXXXX").string();
@@ -242,7 +241,7 @@ std::u16string UpAndDown(std::size_t size) {
     return path;
 }
 
-// The least that has to be done: one pass that writes in place and remembers where each name starts.
+// The least possible work: one pass in place that remembers the start of each name.
 std::u16string NormalInPlace(std::u16string path) {
     std::vector<std::size_t> starts;
     std::size_t used = 3;

@@ -1,5 +1,5 @@
-// The program on the real platform: the tick on a log that does not change, the start beside a bare program
-// with the same controls, the size of the executable. Writes into the current folder.
+// Measures the Windows build: a tick on an unchanged log, the start beside a bare program with the same
+// controls, the size of the executable. Writes into the current folder.
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -66,8 +66,8 @@ void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
     RefreshLogWindow(TheLauncher());
 }
 
-// Lets the timer tick as it does in the program.
-void Live(double milliseconds) {
+// Runs a timer and a message loop as the program does.
+void RunTimer(double milliseconds) {
     const UINT_PTR timer = SetTimer(nullptr, 0, TICK_PERIOD_MS, Tick);
     const double end = NowMs() + milliseconds;
     for (MSG message{}; NowMs() < end && GetMessageW(&message, nullptr, 0, 0) > 0;)
@@ -79,15 +79,15 @@ double Milliseconds(const FILETIME& time) {
     return (4294967296.0 * time.dwHighDateTime + time.dwLowDateTime) / 1e4;
 }
 
-// The processor time of this process, as the platform counts it.
+// The processor time of this process.
 double UsedMs() {
     FILETIME created{}, ended{}, kernel{}, user{};
     GetProcessTimes(GetCurrentProcess(), &created, &ended, &kernel, &user);
     return Milliseconds(kernel) + Milliseconds(user);
 }
 
-void TellTick(const char* state) {
-    Live(1000);  // until all is painted and the log has been seen twice
+void PrintTick(const char* state) {
+    RunTimer(1000);  // until all is painted and the log was read twice
     std::vector<double> times;
     for (int tick = 0; tick < TICKS; ++tick) {
         const double start = NowMs();
@@ -98,7 +98,7 @@ void TellTick(const char* state) {
                 Quantile(times, 0.5), Quantile(times, 0.1), Quantile(times, 0.9));
     const double used = UsedMs();
     const double start = NowMs();
-    Live(WATCHED_MS);
+    RunTimer(WATCHED_MS);
     std::printf("| its processor time every %u ms | - | %.2f %% of a core | |\n", TICK_PERIOD_MS,
                 100 * (UsedMs() - used) / (NowMs() - start));
 }
@@ -112,8 +112,7 @@ BOOL CALLBACK StopAtUnpainted(HWND window, LPARAM is_painted) {
     return FALSE;
 }
 
-// Told from outside, for any program alike: the window is there to be seen, and no part of it waits to be
-// painted.
+// True if the window is visible and no part of it waits to be painted. Works from another process.
 bool IsFullyPainted(HWND window) {
     bool is_painted = window != nullptr && IsWindowVisible(window) != FALSE;
     if (is_painted)
@@ -140,14 +139,14 @@ double StartMs(const WCHAR* name, const WCHAR* window_class) {
             Fail("a window does not come");
         Sleep(1);
     }
-    SendMessageW(window, WM_NULL, 0, 0);  // what it paints last is done when it answers
+    SendMessageW(window, WM_NULL, 0, 0);  // it answers when its last painting is done
     const double needed = NowMs() - start;
     PostMessageW(window, WM_CLOSE, 0, 0);
     WaitForSingleObject(process.hProcess, INFINITE);
     return needed;
 }
 
-void TellStart() {
+void PrintStart() {
     const auto ours = [] { return StartMs(TEXT("veldranevm.exe"), MAIN_WINDOW_CLASS); };
     const auto theirs = [] { return StartMs(TEXT("bare_form.exe"), TEXT("BareForm")); };
     std::vector<double> our_times, their_times, ratios;
@@ -164,7 +163,7 @@ void TellStart() {
                 Quantile(ratios, 0.9));
 }
 
-void TellSize() {
+void PrintSize() {
     WIN32_FILE_ATTRIBUTE_DATA data{};
     if (GetFileAttributesExW(BesideThis(TEXT("veldranevm.exe")).c_str(), GetFileExInfoStandard, &data) ==
         FALSE)
@@ -177,11 +176,11 @@ void TellSize() {
 int wmain() {
     std::puts("| on the Windows build | beside | figure | 10 % to 90 % |\n|---|---|---|---|");
     ShowLog();
-    TellTick("shown");
+    PrintTick("shown");
     ShowWindow(TheLauncher().log_window, SW_HIDE);
-    TellTick("hidden");
+    PrintTick("hidden");
     DestroyWindow(TheLauncher().log_window);
-    TellStart();
-    TellSize();
+    PrintStart();
+    PrintSize();
     return 0;
 }

@@ -1,4 +1,4 @@
-// The configuration at three sizes each. The same rate at every size means time linear in the input.
+// Configurations, each of three sizes. The same rate at every size means time linear in the input.
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
@@ -15,7 +15,7 @@ constexpr std::int64_t SMALL = 16384;
 constexpr std::int64_t MIDDLE = 131072;
 constexpr std::int64_t LARGE = MAX_CONFIG_BYTES;
 
-// As many different keys as fit, all of them unknown: the most entries that a text can make.
+// As many different keys as fit, all unknown: the most entries that a text can have.
 std::string ManyKeys(std::size_t size) {
     std::string text = "version=1\n";
     for (unsigned number = 0;; ++number) {
@@ -40,7 +40,7 @@ void WriteText(const WideText& path, const std::string& text) {
     CloseHandle(file);
 }
 
-// A refusal is a result like any other.
+// Measures an operation that may throw.
 template <typename Operation>
 void RunRefusable(benchmark::State& state, std::size_t bytes, const Operation& operation) {
     for (auto _ : state) {

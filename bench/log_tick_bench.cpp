@@ -1,5 +1,4 @@
-// One tick of the log window on a log that has not changed, from the file to the comparison with the
-// control's text.
+// One tick of the log window on an unchanged log: reads the file and compares it with the control's text.
 #include <benchmark/benchmark.h>
 
 #include <string>
@@ -9,7 +8,7 @@
 
 namespace {
 
-// A launcher with an open log window on a log of this content.
+// A launcher whose log window shows these bytes.
 struct OpenLog {
     ScratchFolder folder;
     Launcher launcher;

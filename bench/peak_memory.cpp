@@ -1,4 +1,4 @@
-// The memory that reading the largest configurations takes at its peak, counted at the allocator.
+// The peak memory of parsing the largest configurations, counted at the allocator.
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>

@@ -1,11 +1,11 @@
-// The configurations that more than one program here works on.
+// Configurations for more than one of the programs here.
 #pragma once
 
 #include <string>
 
 #include "config/vm_config.h"
 
-// As many modules as a record may have, together about `size` bytes of text.
+// As many modules as a record may have, about `size` bytes of text in all.
 inline VmConfig WithModules(std::size_t size) {
     VmConfig config;
     config.modules.assign(MAX_MODULES, {});

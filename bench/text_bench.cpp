@@ -1,4 +1,4 @@
-// Paths, the engine's command line and the log at three sizes each. The same rate at every size means time
+// Paths, the engine's command line and the log, each at three sizes. The same rate at every size means time
 // linear in the input.
 #include <benchmark/benchmark.h>
 
@@ -18,7 +18,7 @@ void Run(benchmark::State& state, const Operation& operation) {
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-// The piece again and again, up to the size.
+// The piece repeated up to the size.
 template <typename Character>
 std::basic_string<Character> Repeated(std::basic_string_view<Character> piece, std::int64_t size) {
     std::basic_string<Character> text;
@@ -32,7 +32,7 @@ void Normalize(benchmark::State& state, WideView piece) {
     Run(state, [&] { return NormalPath(path); });
 }
 
-// Names first then as many `..`: the names go one by one from the end.
+// Names and then as many `..`, which remove the names one by one.
 void NormalizeNested(benchmark::State& state) {
     const std::int64_t names = state.range(0) / 5;
     const WideText path =
@@ -44,7 +44,7 @@ void CommandLine(benchmark::State& state, WCHAR unit) {
     constexpr std::int64_t REST_OF_LINE = 80;
     VmConfig config;
     config.kernel = TEXT("k.elf");
-    // A backslash at the end of an argument takes up two.
+    // A backslash at the end of an argument is doubled.
     const std::int64_t width = unit == '\\' ? 2 : 1;
     config.command.assign(static_cast<std::size_t>((state.range(0) - REST_OF_LINE) / width), unit);
     Run(state, [&] { return BuildEngineCommandLine(TEXT("C:\\e.exe"), config, false); });

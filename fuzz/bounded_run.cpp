@@ -1,5 +1,5 @@
-// bounded_run FOLDER: the inputs in the folder, then pieces of them put together at random, but the same on
-// every run and every machine: for compilers that bring no fuzzer.
+// bounded_run FOLDER: tests the inputs in the folder, then random mutations of them, the same ones on every
+// run and every machine. For compilers that have no fuzzer.
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
@@ -25,7 +25,7 @@ int main(int, char** arguments) {
         std::ifstream file(entry.path(), std::ios::binary);
         inputs.emplace_back(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
     }
-    std::sort(inputs.begin(), inputs.end());  // a folder has no order
+    std::sort(inputs.begin(), inputs.end());  // a folder is listed in no fixed order
     std::for_each(inputs.begin(), inputs.end(), Test);
     std::mt19937 random(20240229);
     const auto below = [&random](std::size_t limit) { return random() % limit; };

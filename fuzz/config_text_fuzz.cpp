@@ -1,4 +1,5 @@
-// Any bytes as a configuration: refused with a message, or a record that is composed and read back the same.
+// Takes any bytes as a configuration. They are refused with a message, or become a record that is the same
+// after it is composed and parsed again.
 #include "config/config_text.h"
 
 #include <algorithm>

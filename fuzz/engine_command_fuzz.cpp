@@ -1,5 +1,4 @@
-// The command line for any configuration, taken apart again: the engine's path and the options in their
-// order.
+// The command line of any configuration, split again, is the engine's path and the options in their order.
 #include "launch/engine_command.h"
 
 #include "config/config_text.h"

@@ -1,4 +1,4 @@
-// What the fuzz targets share: claims, and what text is by the language's own library and by plain tables.
+// Shared by the fuzz targets: checks, and conversions by the standard library and by tables.
 #pragma once
 
 #include <cstdint>
@@ -12,13 +12,13 @@
 
 #include "platform/win32.h"
 
-// A claim about the program; one that does not hold is a finding.
+// Ends the program if the condition does not hold; the fuzzer reports that as a finding.
 inline void Require(bool holds) {
     if (!holds)
         std::abort();
 }
 
-// What the operation gives; none where it throws.
+// The result of the operation; none if it throws.
 template <typename Operation>
 auto ResultOf(const Operation& operation) -> std::optional<decltype(operation())> {
     try {
@@ -28,7 +28,7 @@ auto ResultOf(const Operation& operation) -> std::optional<decltype(operation())
     }
 }
 
-// These two throw for what is ill-formed.
+// These two throw for ill-formed text.
 inline std::string EncodedUtf8(const WideText& wide) {
     const auto bytes = std::filesystem::path(std::u16string(wide.begin(), wide.end())).u8string();
     return {bytes.begin(), bytes.end()};
@@ -41,7 +41,7 @@ inline WideText DecodedUtf8(std::string_view bytes) {
     return text;
 }
 
-// As UTF-8, or where it is not that, the whole of it in code page 1252.
+// Decoded as UTF-8 or, if ill-formed, all of it as code page 1252.
 inline WideText ReadableText(std::string_view bytes) {
     constexpr WideView FROM_80_TO_9F = TEXT("€\u0081‚ƒ„…†‡ˆ‰Š‹Œ\u008DŽ\u008F\u0090‘’“”•–—˜™š›œ\u009DžŸ");
     WideText text;
@@ -50,6 +50,5 @@ inline WideText ReadableText(std::string_view bytes) {
     return ResultOf([&] { return DecodedUtf8(bytes); }).value_or(text);
 }
 
-// A command line as the program that it starts takes it apart: by the documented rules, or by the platform
-// itself.
+// The arguments of a command line, as the program that is started sees them.
 std::vector<WideText> SplitLine(const WideText& line);

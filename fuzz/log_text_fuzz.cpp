@@ -1,4 +1,5 @@
-// Any bytes as a log: one character after the other, each line feed behind a carriage return.
+// Takes any bytes as a log, against a rule that goes character by character: each line feed has a carriage
+// return before it.
 #include "launch/log_text.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// The path operations against their rules, taken one after the other on pieces of text, however slow that is.
+// The path operations against their rules, applied one by one to a list of elements, however slow that is.
 #include "base/path_ops.h"
 
 #include <algorithm>
@@ -30,7 +30,7 @@ WideText RootName(const WideText& path) {
     return is_server ? path.substr(0, path.find_first_of(SEPARATORS, 3)) : WideText();
 }
 
-// The elements behind the root name, and a backslash for each run of separators.
+// The elements behind the root name, with one backslash for each run of separators.
 Parts PartsOf(const WideText& path) {
     Parts parts;
     for (const WCHAR unit : WithBackslashes(path.substr(RootName(path).size())))
@@ -68,7 +68,7 @@ WideText Join(const WideText& first, const WideText& second) {
     return first + (is_short_root || WithBackslashes(first).ends_with('\\') ? WideText() : BACKSLASH) + rest;
 }
 
-// Removes so many parts at a place that fits, as long as there is one.
+// Removes `count` parts wherever `fits` is true for an index, until it is true for none.
 template <typename Fits>
 void Remove(Parts& parts, std::size_t count, const Fits& fits) {
     for (std::size_t at = 0; at < parts.size(); ++at)
@@ -97,15 +97,15 @@ WideText Normal(const WideText& path) {
 
 }  // namespace
 
-// A folder, a line feed and a path seen from there.
+// The input: a folder, a line feed and a path.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const WideText input(data, data + size);
     const WideText base = input.substr(0, input.find('\n'));
     const WideText path = input.substr(std::min(base.size() + 1, size));
     const WideText normal = NormalPath(path);
     Require(normal == Normal(path));
-    // A root name can come to the front, as in `.\C:.\b`, and what follows it then has a normal form of its
-    // own.
+    // Removing `.` can turn an element into a root name, as in `.\C:.\b`; the rest then has another normal
+    // form.
     Require(RootName(normal).size() != RootName(path).size() || NormalPath(normal) == normal);
     Require(IsAbsolutePath(path) == IsAbsolute(path));
     Require(ParentPath(path) == Parent(path));

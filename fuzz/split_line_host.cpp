@@ -1,4 +1,4 @@
-// The rules as the platform documents them.
+// Splits a command line by the rules that the platform documents.
 #include "fuzz.h"
 
 std::vector<WideText> SplitLine(const WideText& line) {

@@ -1,4 +1,4 @@
-// The platform's own way.
+// Splits a command line by the platform itself.
 #include "fuzz.h"
 
 #include <shellapi.h>

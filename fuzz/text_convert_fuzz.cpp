@@ -1,4 +1,4 @@
-// Any bytes and any code units through the conversions.
+// Any bytes and any code units through the conversions, against those of the standard library.
 #include "base/text_convert.h"
 
 #include <cstring>
@@ -7,7 +7,7 @@
 
 namespace {
 
-// Each surrogate outside a pair becomes a replacement character.
+// The text with a replacement character for each unpaired surrogate.
 WideText Repaired(WideText text) {
     const auto kind = [&text](std::size_t at) { return at < text.size() ? text[at] & 0xFC00U : 0; };
     for (std::size_t at = 0; at < text.size(); ++at)
@@ -18,7 +18,7 @@ WideText Repaired(WideText text) {
     return text;
 }
 
-// Digits as the shortest text of their number, or of the largest number that there is.
+// The shortest digits of the same number, or of the largest number of 64 bits; none for other text.
 std::optional<std::string> ShortDigits(std::string text) {
     const std::string largest = "18446744073709551615";
     if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos)

@@ -73,7 +73,7 @@ TEST(ConfigFile, StaysAsItWasWhenASaveFails) {
     EXPECT_EQ(WriteRefusal(outer.Of(TEXT("b\\a.config")), {}),
               "Impossible de créer le fichier de configuration.");
     EXPECT_EQ(WriteRefusal(inner, {}), cannot_save);
-    // A reader that lets nobody replace the file.
+    // A reader that does not let others replace the file.
     const OwnedHandle reader(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                          FILE_ATTRIBUTE_NORMAL, nullptr));
     EXPECT_EQ(WriteRefusal(path, {}), cannot_save);

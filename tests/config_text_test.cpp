@@ -1,4 +1,4 @@
-// The text of configurations on values alone: every rule of the format.
+// Every rule of the configuration format.
 #include "config/config_text.h"
 
 #include <gtest/gtest.h>
@@ -47,7 +47,7 @@ TEST(ConfigText, IsComposedInOneFormAndReadBack) {
     EXPECT_EQ(ComposeConfigText(ParseConfigText(full)), full);
 }
 
-// What is accepted shows in the canonical text.
+// What each text was read as shows in the canonical text.
 TEST(ConfigText, IsAcceptedInManyForms) {
     const struct {
         std::string text, line;

@@ -1,4 +1,4 @@
-// The wording of the file system's failures, and what counts as a file.
+// The texts of file-system errors, and the types of files.
 #include "base/file_system.h"
 #include "base/windows_error.h"
 

@@ -1,4 +1,4 @@
-// Path operations on text alone, by a few literals; their fuzz target holds them to every rule.
+// A few examples of the path operations. Their fuzz target tests every rule.
 #include "base/path_ops.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The limits and the messages of the conversions; what they give for any text, their fuzz target knows.
+// The messages and limits of the conversions. Their results for any text are tested by their fuzz target.
 #include "base/text_convert.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ TEST(TextConvert, RefusesWhatIsIllFormedOrTooLong) {
     const WideText wide = {'a', 0xD83D};
     EXPECT_EQ(MessageOf([&] { WideFromUtf8(narrow); }), "Le fichier doit être encodé en UTF-8.");
     EXPECT_EQ(MessageOf([&] { Utf8FromWide(wide); }), "Texte Unicode invalide.");
-    // Before looking at it.
+    // The length is checked before the text is read.
     EXPECT_EQ(MessageOf([&] { WideFromUtf8({narrow.data(), 0x80000000}); }), "Texte trop long.");
     EXPECT_EQ(MessageOf([&] { Utf8FromWide({wide.data(), 0x80000000}); }), "Texte trop long.");
 }

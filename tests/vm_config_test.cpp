@@ -13,7 +13,7 @@ constexpr const char* ONE_LINE = "Les valeurs de configuration doivent tenir sur
 constexpr const char* NO_FILE = "Le fichier d'un module est vide.";
 constexpr const char* SIZE = "Résolution : choisir des dimensions entre 1 et 8192 pixels.";
 
-// In the order in which they are told.
+// In the order in which they are checked.
 const struct {
     std::uint32_t VmConfig::*field;
     std::uint32_t lowest, highest;
@@ -58,7 +58,7 @@ TEST(ValidateConfig, HoldsEveryTextToOneLine) {
 
 TEST(VmConfig, LeavesNoTextBehindWhenItIsMoved) {
     VmConfig source;
-    // As short as a text can be, which a move could as well copy.
+    // Short texts, which a move may copy.
     source.kernel = source.command = source.dump = source.ide[0] = source.ide[3] = TEXT("a");
     source.modules = {{TEXT("m"), {}}};
     VmConfig target;

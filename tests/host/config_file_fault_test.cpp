@@ -64,7 +64,7 @@ TEST(ConfigFileFaults, PassOverTemporaryNamesThatAreTaken) {
     const WideText stem = path + TEXT(".tmp-") + WideNumberText(GetCurrentProcessId()) + TEXT("-") +
                           WideNumberText(GetTickCount64()) + TEXT("-");
     WriteBytes(stem + TEXT("0"), "taken");
-    // A file that neither moves nor goes shows its name.
+    // A temporary file that can be neither moved nor deleted shows its name.
     host::FailCall("MoveFileExW", 1, ERROR_ACCESS_DENIED);
     host::FailCall("DeleteFileW", 1, ERROR_ACCESS_DENIED);
     EXPECT_EQ(MessageOf([&] { WriteConfigFile(path, {}); }), CANNOT_SAVE);
