@@ -95,7 +95,7 @@ OwnedHandle OpenForReading(const WideText& path) {
 
 std::optional<std::uint64_t> FileSize(HANDLE file) {
     LARGE_INTEGER size{};
-    if (GetFileSizeEx(file, &size) == FALSE)
+    if (GetFileSizeEx(file, &size) == FALSE || size.QuadPart < 0)
         return std::nullopt;
     return static_cast<std::uint64_t>(size.QuadPart);
 }

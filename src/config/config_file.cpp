@@ -14,7 +14,7 @@ namespace {
 
 std::string ReadWholeFile(const WideText& path) {
     const OwnedHandle file = OpenForReading(path);
-    const std::optional<std::uint64_t> size = FileSize(file.Get());
+    const std::optional<std::uint64_t> size = file ? FileSize(file.Get()) : std::nullopt;
     if (!size)
         throw std::runtime_error("Impossible d'ouvrir la configuration.");
     if (*size > MAX_CONFIG_BYTES)

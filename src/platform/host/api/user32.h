@@ -34,6 +34,10 @@ struct WNDCLASSW {
     LPCWSTR lpszClassName;
 };
 
+struct STYLESTRUCT {
+    DWORD styleOld;
+    DWORD styleNew;
+};
 struct CREATESTRUCTW {
     LPVOID lpCreateParams;
     HINSTANCE hInstance;

@@ -179,9 +179,15 @@ LONG_PTR WINAPI SetWindowLongPtrW(HWND handle, int index, LONG_PTR value) {
         case GWLP_WNDPROC:
             window->procedure = reinterpret_cast<WNDPROC>(value);
             break;
-        case GWL_STYLE:
-            window->style = static_cast<DWORD>(value);
+        case GWL_STYLE: {
+            STYLESTRUCT change{window->style, static_cast<DWORD>(value)};
+            SendMessageW(handle, WM_STYLECHANGING, static_cast<WPARAM>(index),
+                         reinterpret_cast<LPARAM>(&change));
+            window->style = change.styleNew;
+            SendMessageW(handle, WM_STYLECHANGED, static_cast<WPARAM>(index),
+                         reinterpret_cast<LPARAM>(&change));
             break;
+        }
         case GWLP_USERDATA:
             window->user_data = value;
             break;

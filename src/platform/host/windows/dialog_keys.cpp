@@ -1,5 +1,7 @@
 // The keys of a dialog box in any window: Tab, Enter, Escape and the arrow keys.
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 #include "platform/host/windows/window.h"
 
@@ -118,6 +120,39 @@ void HandleArrow(HWND dialog, const MSG& key) {
         SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(next), TRUE);
 }
 
+WCHAR ToUpper(WCHAR character) {
+    const bool is_lower = character >= u'a' && character <= u'z';
+    return static_cast<WCHAR>(is_lower ? character - u'a' + u'A' : character);
+}
+
+// The character behind the first ampersand of the control's text, in upper case; 0 without one.
+WCHAR AcceleratorOf(HWND control) {
+    std::array<WCHAR, 256> buffer{};
+    GetWindowTextW(control, buffer.data(), static_cast<int>(buffer.size()));
+    const std::u16string_view text(buffer.data());
+    const std::size_t ampersand = text.find(u'&');
+    return ampersand + 1 < text.size() ? ToUpper(text[ampersand + 1]) : u'\0';
+}
+
+// The accelerator key of a button presses it; that of a label moves the focus to the next control. Controls
+// that want characters have none. True: the dialog handled the key.
+bool HandleAccelerator(HWND dialog, WCHAR character) {
+    const std::vector<HWND>& children = FindWindowState(dialog)->children;
+    for (std::size_t index = 0; index < children.size(); ++index) {
+        const HWND control = children[index];
+        const int code = DialogCode(control);
+        if (!IsReachable(control) || (code & DLGC_WANTCHARS) != 0 ||
+            AcceleratorOf(control) != ToUpper(character))
+            continue;
+        if ((code & DLGC_STATIC) != 0)
+            SetFocus(NextInCircle(children, index, false, IsTabStop));
+        else
+            SendClick(dialog, GetDlgCtrlID(control), control);
+        return true;
+    }
+    return false;
+}
+
 // True: the dialog handled the key.
 bool HandleKeyDown(HWND dialog, const MSG& key, int code) {
     switch (key.wParam) {
@@ -166,6 +201,9 @@ BOOL WINAPI IsDialogMessageW(HWND dialog, LPMSG message) {
         if ((code & DLGC_WANTALLKEYS) == 0 && host::HandleKeyDown(dialog, *message, code))
             return TRUE;
     }
+    if (message->message == WM_SYSCHAR &&
+        host::HandleAccelerator(dialog, static_cast<WCHAR>(message->wParam)))
+        return TRUE;
     TranslateMessage(message);
     DispatchMessageW(message);
     return TRUE;
