@@ -1,4 +1,4 @@
-// Short ways to write down what a test expects.
+// Helpers for tables of cases.
 #pragma once
 
 #include <sstream>
@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-// The message with which the operation fails; empty when it does not.
+// The message of the exception that the operation throws; empty when it throws none.
 template <typename Operation>
 std::string MessageOf(const Operation& operation) {
     try {
@@ -17,7 +17,7 @@ std::string MessageOf(const Operation& operation) {
     return {};
 }
 
-// The rows of a table of words; `-` stands for an empty one.
+// Splits a table of words into rows of this many columns; `-` means an empty word.
 inline std::vector<std::vector<std::string>> Rows(std::size_t columns, const char* table) {
     std::vector<std::vector<std::string>> rows;
     std::istringstream words(table);

@@ -1,11 +1,11 @@
-// Which notification of which control becomes which command.
+// The command for a notification of a control.
 #include "shell/command_decision.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-TEST(CommandDecision, TakesNothingForAClickThatIsNone) {
+TEST(CommandDecision, IgnoresNotificationsThatAreNotCommands) {
     EXPECT_EQ(DecideCommand(false, 0, 206), Command::MarkEditedAndEnable);
     for (const UINT id : {1U, 2U, 201U, 0U})
         EXPECT_EQ(DecideCommand(false, 0, id), Command::None) << id;

@@ -1,4 +1,4 @@
-// What commands leave in the record, in the file and on the screen, and what fails without leaving anything.
+// The effects of commands on the record, the files and the screen, and commands that fail without an effect.
 #include <gtest/gtest.h>
 
 #include "cases.h"
@@ -12,21 +12,17 @@
 
 namespace {
 
-HWND Field(const Launcher& launcher, UINT id) {
-    return GetDlgItem(launcher.main_window, static_cast<int>(id));
-}
-
-// The shown controls that do not wait to be painted.
-std::string Settled(const Launcher& launcher) {
-    std::string settled;
+// The identifiers of the visible controls that need no repaint.
+std::string PaintedControls(const Launcher& launcher) {
+    std::string painted;
     for (HWND child = GetWindow(launcher.main_window, GW_CHILD); child != nullptr;
          child = GetWindow(child, GW_HWNDNEXT))
         if (IsWindowVisible(child) != FALSE && GetUpdateRect(child, nullptr, FALSE) == FALSE)
-            settled += std::to_string(GetDlgCtrlID(child)) + " ";
-    return settled;
+            painted += std::to_string(GetDlgCtrlID(child)) + " ";
+    return painted;
 }
 
-TEST(Commands, LeaveModulesAloneThatAreNotThereAndWhatTheProgramWritesItself) {
+TEST(Commands, IgnoreAMissingModuleAndChangesByTheProgramItself) {
     LauncherRun run;
     run.WriteConfig(TEXT("b.config"), "");
     run.Run([&] {
@@ -37,20 +33,20 @@ TEST(Commands, LeaveModulesAloneThatAreNotThereAndWhatTheProgramWritesItself) {
             SelectModuleRow(launcher, 2);
             {
                 const FillingScope filling(launcher);
-                SetWindowTextW(Field(launcher, IDC_MODULE_ARGS), TEXT("zz"));
+                SetWindowTextW(user::Control(IDC_MODULE_ARGS), TEXT("zz"));
                 OnModuleArgsChanged(launcher);
                 SendMessageW(launcher.main_window, WM_COMMAND, IDC_MODULE_REMOVE, 0);
                 SelectModuleRow(launcher, 1);
-                EXPECT_EQ(launcher.selected_module, 2) << "a selection while filling is not followed";
+                EXPECT_EQ(launcher.selected_module, 2) << "a selection while the form is filled is ignored";
                 SelectModuleRow(launcher, 2);
             }
             LVITEMW focus{};
             focus.stateMask = LVIS_FOCUSED;
             SendMessageW(launcher.module_list, LVM_SETITEMSTATE, 2, reinterpret_cast<LPARAM>(&focus));
-            EXPECT_EQ(Narrow(user::ControlText(IDC_MODULE_ARGS)), "zz") << "nor is the focus of a row";
+            EXPECT_EQ(Narrow(user::ControlText(IDC_MODULE_ARGS)), "zz") << "the focus of a row is ignored";
             EXPECT_EQ(Narrow(launcher.config.modules[2].command), "x");
-            launcher.config.modules.resize(2);  // as after a load that has failed before it filled the form
-            SetWindowTextW(Field(launcher, IDC_MODULE_ARGS), TEXT("y"));
+            launcher.config.modules.resize(2);  // as after a load that failed before it filled the form
+            SetWindowTextW(user::Control(IDC_MODULE_ARGS), TEXT("y"));
             RemoveModule(launcher);
             EXPECT_EQ(launcher.config.modules.size(), 2U);
             EXPECT_FALSE(launcher.dirty);
@@ -62,7 +58,7 @@ TEST(Commands, LeaveModulesAloneThatAreNotThereAndWhatTheProgramWritesItself) {
     });
 }
 
-TEST(Commands, LookForEachFileOfALaunchAndForgetTheFolderOfAFileThatIsReset) {
+TEST(Commands, ReportAMissingFileAtALaunchAndUseTheCurrentFolderAfterAReset) {
     LauncherRun run;
     MakeFolder(run.folder.Of(TEXT("sub")));
     run.WriteConfig(TEXT("sub\\b.config"), "");
@@ -90,7 +86,7 @@ TEST(Commands, LookForEachFileOfALaunchAndForgetTheFolderOfAFileThatIsReset) {
     });
 }
 
-TEST(Commands, HoldEachNumberFieldToItsLimits) {
+TEST(Commands, RefuseANumberOutsideItsLimits) {
     const struct {
         UINT id;
         const WCHAR *below, *lowest, *highest, *above;
@@ -107,7 +103,7 @@ TEST(Commands, HoldEachNumberFieldToItsLimits) {
         user::Do([&] {
             for (const auto& c : cases) {
                 for (const WCHAR* text : {c.below, c.above, c.lowest, c.highest}) {
-                    SetWindowTextW(Field(run.launcher, c.id), text);
+                    SetWindowTextW(user::Control(c.id), text);
                     const bool fits = text == c.lowest || text == c.highest;
                     EXPECT_EQ(MessageOf([&] { ReadForm(run.launcher); }),
                               fits ? "" : "Valeur hors limites : " + c.label);
@@ -117,14 +113,14 @@ TEST(Commands, HoldEachNumberFieldToItsLimits) {
     });
 }
 
-TEST(Commands, EveryShownControlIsPaintedAgainAfterAResizeAndAChangeOfPage) {
+TEST(Commands, RepaintEachVisibleControlAfterAResizeAndAChangeOfPage) {
     LauncherRun run;
     run.Run([&] {
         const HWND window = run.launcher.main_window;
         const auto paint = [&] {
             user::Do([&] { UpdateWindow(window); });
             EXPECT_TRUE(user::WaitUntil([&] { return GetUpdateRect(window, nullptr, FALSE) == FALSE; }));
-            user::WaitUntil([&] { return !Settled(run.launcher).empty(); });
+            user::WaitUntil([&] { return !PaintedControls(run.launcher).empty(); });
         };
         paint();
         user::Do([&] {
@@ -132,7 +128,7 @@ TEST(Commands, EveryShownControlIsPaintedAgainAfterAResizeAndAChangeOfPage) {
             GetWindowRect(window, &place);
             MoveWindow(window, place.left, place.top, place.right - place.left + 40,
                        place.bottom - place.top + 30, TRUE);
-            EXPECT_EQ(Settled(run.launcher), "");
+            EXPECT_EQ(PaintedControls(run.launcher), "");
         });
         paint();
         user::ChooseTab(1);
@@ -141,9 +137,9 @@ TEST(Commands, EveryShownControlIsPaintedAgainAfterAResizeAndAChangeOfPage) {
             SendMessageW(run.launcher.tab_control, WM_KEYDOWN, VK_LEFT, 1);
             for (const UINT id :
                  {UINT{IDC_PAGE_TABS}, UINT{IDC_IDE_PRIMARY_MASTER}, UINT{IDC_IDE_SECONDARY_SLAVE_BROWSE}})
-                EXPECT_NE(GetUpdateRect(Field(run.launcher, id), nullptr, FALSE), FALSE) << id;
-            EXPECT_EQ(GetUpdateRect(Field(run.launcher, IDC_LOAD), nullptr, FALSE), FALSE)
-                << "nothing above the pages";
+                EXPECT_NE(GetUpdateRect(user::Control(id), nullptr, FALSE), FALSE) << id;
+            EXPECT_EQ(GetUpdateRect(user::Control(IDC_LOAD), nullptr, FALSE), FALSE)
+                << "controls above the pages are not repainted";
         });
     });
 }

@@ -1,5 +1,5 @@
-// The engine on an emulator, without running one: the boot image, the emulator's command line, the lines of
-// its control channel.
+// The engine on an emulator, without an emulator: the boot image, the emulator's command line, and the lines
+// of its control channel.
 #include <gtest/gtest.h>
 
 #include "adapter/boot_image.h"
@@ -20,23 +20,23 @@ std::string Words(std::initializer_list<std::uint32_t> words) {
     return bytes;
 }
 
-struct Part {
+struct Segment {
     std::uint32_t virtual_address;
     std::uint32_t address;
     std::string content;
     std::uint32_t memory_bytes;
 };
 
-std::string Elf(const std::vector<Part>& parts, std::uint32_t entry) {
+std::string Elf(const std::vector<Segment>& segments, std::uint32_t entry) {
     std::string file = Words({0x464C457F, 0x00010101, 0, 0, 0x00030002, 1, entry, 52, 0, 0, 52 | 32 << 16,
-                              static_cast<std::uint32_t>(parts.size()), 0});
+                              static_cast<std::uint32_t>(segments.size()), 0});
     std::string contents;
-    const std::size_t behind = file.size() + parts.size() * 32;
-    for (const Part& part : parts) {
-        const auto bytes = static_cast<std::uint32_t>(part.content.size());
-        file += Words({1, static_cast<std::uint32_t>(behind + contents.size()), part.virtual_address,
-                       part.address, bytes, part.memory_bytes, 5, 4});
-        contents += part.content;
+    const std::size_t behind = file.size() + segments.size() * 32;
+    for (const Segment& segment : segments) {
+        const auto bytes = static_cast<std::uint32_t>(segment.content.size());
+        file += Words({1, static_cast<std::uint32_t>(behind + contents.size()), segment.virtual_address,
+                       segment.address, bytes, segment.memory_bytes, 5, 4});
+        contents += segment.content;
     }
     return file + contents;
 }
@@ -50,7 +50,7 @@ std::string SmallKernel(const std::string& content = Header(3, 0, 0)) {
     return Elf({{0x100000, 0x100000, content, 4096}}, 0x100000);
 }
 
-// The machine's memory after an ELF loader has loaded the image.
+// The machine's memory after the emulator has loaded the image.
 struct Loaded {
     std::string memory;
     std::uint32_t entry = 0;
@@ -98,7 +98,7 @@ TEST(BootImage, ContainsTheKernelItsArgumentsAndItsModules) {
     EXPECT_TRUE(information % 4 == 0 && information > machine.entry && information < machine.entry + 4096);
     EXPECT_EQ(machine.Word(information + 116), 0x100030U) << "the physical address of the entry";
     EXPECT_EQ(machine.Text(machine.Word(information + 16)), request.arguments);
-    EXPECT_EQ(machine.Word(information + 100), 0U) << "no mode";
+    EXPECT_EQ(machine.Word(information + 100), 0U) << "no display mode";
     ASSERT_EQ(machine.Word(information + 20), contents.size());
     for (std::size_t at = 0; at < contents.size(); ++at) {
         const std::size_t row = machine.Word(information + 24) + 16 * at;
@@ -114,7 +114,7 @@ std::string HeaderWithAddresses(std::uint32_t header, std::uint32_t end) {
     return Words({0x1BADB002, flags, ~(0x1BADB002 + flags) + 1, header, 0x100000, end, 0x102001, 0x100024});
 }
 
-TEST(BootImage, PlacesAKernelByTheAddressesInItsHeader) {
+TEST(BootImage, LoadsAKernelAtTheAddressesInItsHeader) {
     for (const std::uint32_t end : {0U, 0x100028U}) {
         const std::string content = "text" + HeaderWithAddresses(0x100004, end) + "code";
         const std::string kernel = Elf({{0xC0100000, 0xC0100000, content, 0x1000}}, 0xC0100000);
@@ -125,7 +125,7 @@ TEST(BootImage, PlacesAKernelByTheAddressesInItsHeader) {
     }
 }
 
-TEST(BootImage, SetsTheRequestedMode) {
+TEST(BootImage, SetsTheRequestedDisplayMode) {
     using Mode = std::optional<DisplayMode>;
     const struct {
         std::string header;
@@ -186,7 +186,7 @@ TEST(BootImage, RefusesAKernelThatCannotBeLoaded) {
     };
     for (const auto& tested : CASES)
         EXPECT_EQ(MessageOf([&] { ComposeBootImage(tested.kernel, {"", {}, {}, MEMORY}); }), tested.message);
-    // The memory without the first MiB, the kernel's page, the added page and the firmware's end.
+    // The memory without the first MiB, the kernel's page, the added page and the firmware's part at the end.
     const std::uint64_t largest = MEMORY - 0x100000 - 2 * 4096 - 0x40000;
     for (const std::uint64_t more : {0U, 1U}) {
         EXPECT_EQ(MessageOf([&] {
@@ -234,7 +234,7 @@ TEST(EmulatorControl, ReadsAnswersAndWritesCommands) {
               "\\\"b\\\"\\\\é\"}}\n");
 }
 
-TEST(EmulatorControl, RecognisesAProcessorThatIsHaltedForGood) {
+TEST(EmulatorControl, RecognisesAHaltedProcessorThatNoInterruptCanWake) {
     const std::string place = "\r\nEIP=00100033 ";
     EXPECT_EQ(HaltedAt(place + "EFL=00000046 [---Z-P-] A20=1 SMM=0 HLT=1\r\nES =0010"), "00100033");
     EXPECT_FALSE(HaltedAt(place + "EFL=00000246 [---Z-P-] A20=1 SMM=0 HLT=1\r\n"))
@@ -243,7 +243,7 @@ TEST(EmulatorControl, RecognisesAProcessorThatIsHaltedForGood) {
     EXPECT_FALSE(HaltedAt("")) << "not a listing of the registers";
 }
 
-TEST(EmulatorArguments, NameEachDiskAndGiveTheScreenEnoughMemory) {
+TEST(EmulatorArguments, ContainEachDiskAndEnoughVideoMemory) {
     VmConfig config;
     config.ram_mib = 64;
     config.headless = true;

@@ -1,4 +1,4 @@
-// The engine's command line, once in full, and its limit; its fuzz target takes any line apart again.
+// The engine's command line: one example, and the limit of its length; the fuzz target tests the quoting.
 #include "launch/engine_command.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ std::string Line(const VmConfig& config, bool dry_run) {
     return Narrow(BuildEngineCommandLine(TEXT("C:\\Outils VM\\tessarun.exe"), config, dry_run));
 }
 
-TEST(EngineCommand, QuotesEveryWord) {
+TEST(EngineCommand, QuotesEveryArgument) {
     VmConfig config;
     config.kernel = TEXT("C:\\é.elf");
     config.command = TEXT("mode=\"rapide\" \\");
@@ -20,13 +20,13 @@ TEST(EngineCommand, QuotesEveryWord) {
                                    R"( "--timeout" "0" "--cmdline" "mode=\"rapide\" \\")");
 }
 
-TEST(EngineCommand, HoldsAtMostWhatThePlatformTakes) {
+TEST(EngineCommand, IsRefusedWhenItIsTooLongForThePlatform) {
     VmConfig config;
     config.kernel = TEXT("k");
     config.command = TEXT("a");
     config.command.append(32766 - Line(config, false).size(), WCHAR{0xE9});
     EXPECT_EQ(BuildEngineCommandLine(TEXT("C:\\Outils VM\\tessarun.exe"), config, false).size(), 32766U);
-    config.command.back() = WCHAR{'"'};  // one more in its quoted form
+    config.command.back() = WCHAR{'"'};  // quoted, one character longer
     EXPECT_EQ(MessageOf([&] { Line(config, false); }), "Commande de lancement trop longue.");
     config.kernel.clear();
     EXPECT_EQ(MessageOf([&] { Line(config, false); }), "Choisissez un fichier noyau ELF.");

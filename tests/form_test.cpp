@@ -1,4 +1,4 @@
-// The form as the user sees it: its texts, its places at every size, its fields and what they read as.
+// The form: its texts, its styles, and its layout at several sizes.
 #include "form/form.h"
 
 #include <gtest/gtest.h>
@@ -10,11 +10,10 @@
 #include "form/form_exchange.h"
 #include "form/form_ids.h"
 #include "launcher_run.h"
-#include "shell/config_commands.h"
 
 namespace {
 
-// The controls in their order on the Tab key.
+// The controls in the order of the Tab key.
 std::vector<HWND> Controls(const Launcher& launcher) {
     std::vector<HWND> controls;
     for (HWND child = GetWindow(launcher.main_window, GW_CHILD); child != nullptr;
@@ -49,7 +48,7 @@ int ColumnWidth(const Launcher& launcher, WPARAM column) {
     return static_cast<int>(SendMessageW(launcher.module_list, LVM_GETCOLUMNWIDTH, column, 0));
 }
 
-// What stands on the form, control by control; edit fields in brackets, with what they hold at first.
+// The texts of all controls; edit fields in brackets, with their first text.
 const char* const FORM_TEXTS =
     "Charger...|Enregistrer|Enregistrer sous...|Réinitialiser|Nouvelle configuration — non enregistrée|"
     "Machine|Noyau ELF|[]|Parcourir...|Arguments|[]|RAM (Mio)|[128]|Délai (ms, 0 = illimité)|[0]|"
@@ -85,35 +84,30 @@ TEST(Form, ShowsItsTextsInTheOrderOfTheTabKey) {
         user::Do([&] {
             EXPECT_EQ(TextsOf(run.launcher), FORM_TEXTS);
             WCHAR text[64]{};
-            std::string lists;
-            for (WPARAM index = 0; index < 4; ++index) {
-                SendMessageW(GetDlgItem(run.launcher.main_window, IDC_ZOOM), CB_GETLBTEXT, index,
-                             reinterpret_cast<LPARAM>(text));
-                lists += Narrow(text) + "|";
-            }
             TCITEMW tab{};
             tab.mask = TCIF_TEXT;
             tab.pszText = text;
             tab.cchTextMax = 64;
-            for (WPARAM index = 0; index < 2; ++index) {
-                SendMessageW(run.launcher.tab_control, TCM_GETITEMW, index, reinterpret_cast<LPARAM>(&tab));
-                lists += Narrow(text) + "|";
-            }
             LVCOLUMNW column{};
             column.mask = LVCF_TEXT;
             column.pszText = text;
             column.cchTextMax = 64;
-            for (WPARAM index = 0; index < 2; ++index) {
-                SendMessageW(run.launcher.module_list, LVM_GETCOLUMNW, index,
-                             reinterpret_cast<LPARAM>(&column));
-                lists += Narrow(text) + "|";
-            }
+            std::string lists;
+            const auto append = [&](HWND list, UINT message, WPARAM count, void* item) {
+                for (WPARAM index = 0; index < count; ++index) {
+                    SendMessageW(list, message, index, reinterpret_cast<LPARAM>(item));
+                    lists += Narrow(text) + "|";
+                }
+            };
+            append(user::Control(IDC_ZOOM), CB_GETLBTEXT, 4, text);
+            append(run.launcher.tab_control, TCM_GETITEMW, 2, &tab);
+            append(run.launcher.module_list, LVM_GETCOLUMNW, 2, &column);
             EXPECT_EQ(lists, "100 %|200 %|300 %|400 %|Disques IDE|Modules Multiboot|Fichier|Arguments|");
         });
     });
 }
 
-TEST(Form, GivesItsControlsTheStylesThatTheUserFeels) {
+TEST(Form, SetsTheStylesThatChangeTheBehaviourOfControls) {
     LauncherRun run;
     run.Run([&] {
         user::Do([&] {
@@ -148,7 +142,7 @@ TEST(Form, GivesItsControlsTheStylesThatTheUserFeels) {
     });
 }
 
-// Group boxes and the tab strip frame other controls.
+// Group boxes and the tab control surround other controls.
 bool IsFrame(HWND control) {
     return (StyleOf(control) & BS_TYPEMASK) == BS_GROUPBOX || GetDlgCtrlID(control) == IDC_PAGE_TABS;
 }
@@ -161,21 +155,21 @@ void ExpectNoOverlap(const std::vector<HWND>& controls, const RECT& client) {
         const RECT place = PlaceInClient(control);
         EXPECT_TRUE(place.left >= 0 && place.top >= 0 && place.right <= client.right &&
                     place.bottom <= client.bottom)
-            << GetDlgCtrlID(control) << " leaves the window: " << Text(place);
+            << GetDlgCtrlID(control) << " is outside the window: " << Text(place);
         if (IsFrame(control))
             continue;
         for (const auto& [other, taken] : seen)
             EXPECT_TRUE(place.right <= taken.left || place.left >= taken.right || place.bottom <= taken.top ||
                         place.top >= taken.bottom)
-                << GetDlgCtrlID(control) << " at " << Text(place) << " lies over " << GetDlgCtrlID(other);
+                << GetDlgCtrlID(control) << " at " << Text(place) << " covers " << GetDlgCtrlID(other);
         seen.emplace_back(control, place);
     }
 }
 
-TEST(Form, KeepsEveryControlAtItsEdgesAndClearOfTheOthersAtEverySize) {
-    const std::set<int> follow_right{202, 213, 303, 304, 305, 306, 411, 412, 413, 414};
-    const std::set<int> stretch{501, 201, 203, 212, 301, 302, 307, 401, 402, 403, 404, 502};
-    const std::set<int> grow{301, 302};
+TEST(Form, KeepsControlsAtTheirEdgesAndApartFromEachOtherAtEachSize) {
+    const std::set<int> move_right{202, 213, 303, 304, 305, 306, 411, 412, 413, 414};
+    const std::set<int> grow_wider{501, 201, 203, 212, 301, 302, 307, 401, 402, 403, 404, 502};
+    const std::set<int> grow_higher{301, 302};
     LauncherRun run;
     run.Run([&] {
         std::vector<HWND> controls;
@@ -203,10 +197,10 @@ TEST(Form, KeepsEveryControlAtItsEdgesAndClearOfTheOthersAtEverySize) {
                     const bool is_group = id == 0 && ClassOf(controls[at]) == "Button";
                     RECT wanted = first[at];
                     const bool at_bottom = wanted.top >= 552;
-                    wanted.left += follow_right.count(id) != 0 ? dx : 0;
-                    wanted.right += follow_right.count(id) + stretch.count(id) != 0 || is_group ? dx : 0;
+                    wanted.left += move_right.count(id) != 0 ? dx : 0;
+                    wanted.right += move_right.count(id) + grow_wider.count(id) != 0 || is_group ? dx : 0;
                     wanted.top += at_bottom ? dy : 0;
-                    wanted.bottom += at_bottom || grow.count(id) != 0 ? dy : 0;
+                    wanted.bottom += at_bottom || grow_higher.count(id) != 0 ? dy : 0;
                     EXPECT_EQ(Text(PlaceInClient(controls[at])), Text(wanted)) << id << " at " << size.cx;
                 }
             });
@@ -221,12 +215,12 @@ TEST(Form, KeepsEveryControlAtItsEdgesAndClearOfTheOthersAtEverySize) {
         user::ResizeClient(300, 200);
         user::Do([&] {
             EXPECT_EQ(Text(PlaceInClient(run.launcher.module_list)), "26,408 to 754,540")
-                << "no smaller than at first";
+                << "not smaller than at the start";
             ShowWindow(run.launcher.main_window, SW_MINIMIZE);
         });
         user::Do([&] { ShowWindow(run.launcher.main_window, SW_RESTORE); });
         user::Do([&] { EXPECT_EQ(Text(PlaceInClient(run.launcher.tab_control)), "12,374 to 908,614"); });
-        EXPECT_FALSE(run.launcher.dirty) << "pages and sizes are no edits";
+        EXPECT_FALSE(run.launcher.dirty) << "changes of page and size are not edits";
     });
 }
 

@@ -1,7 +1,5 @@
-// The form under real mouse and keyboard input.
+// Keyboard and mouse input to the form and the log window.
 #include <gtest/gtest.h>
-
-#include <vector>
 
 #include "form/form_exchange.h"
 #include "form/form_ids.h"
@@ -17,13 +15,14 @@ UINT FocusedId() {
     return id;
 }
 
-std::vector<UINT> WalkTab(std::size_t steps) {
-    std::vector<UINT> walked;
-    for (std::size_t step = 0; step < steps; ++step) {
+// Presses Tab this many times. Returns the control with the focus after each.
+std::vector<UINT> PressTab(std::size_t times) {
+    std::vector<UINT> focused;
+    for (std::size_t step = 0; step < times; ++step) {
         user::Press(VK_TAB);
-        walked.push_back(FocusedId());
+        focused.push_back(FocusedId());
     }
-    return walked;
+    return focused;
 }
 
 void Focus(UINT id) {
@@ -31,32 +30,32 @@ void Focus(UINT id) {
     user::Do([&] { SetFocus(control); });
 }
 
-TEST(Keyboard, WalksTheFormInTheOrderOfTheTable) {
+TEST(Keyboard, MovesTheFocusWithTabInTheOrderOfTheTable) {
     LauncherRun run;
     run.Run([&] {
-        const std::vector<UINT> disks{101, 102, 103, 104, 201, 202, 203, 204, 205, 206, 207, 210, 211, 212,
+        const std::vector<UINT> order{101, 102, 103, 104, 201, 202, 203, 204, 205, 206, 207, 210, 211, 212,
                                       213, 301, 401, 411, 402, 412, 403, 413, 404, 414, 105, 106, 107, 101};
         Focus(IDC_SHOW_LOG);
-        EXPECT_EQ(WalkTab(disks.size()), disks)
+        EXPECT_EQ(PressTab(order.size()), order)
             << "the size fields are disabled and the module page is hidden";
         user::Click(IDC_EXPLICIT_VIDEO);
-        EXPECT_EQ(WalkTab(3), (std::vector<UINT>{208, 209, 210}));
+        EXPECT_EQ(PressTab(3), (std::vector<UINT>{208, 209, 210}));
         user::PressWith(VK_SHIFT, VK_TAB);
         EXPECT_EQ(FocusedId(), UINT{IDC_HEIGHT});
         user::ChooseTab(1);
         Focus(IDC_PAGE_TABS);
-        EXPECT_EQ(WalkTab(3), (std::vector<UINT>{302, 303, 105})) << "no row is selected";
+        EXPECT_EQ(PressTab(3), (std::vector<UINT>{302, 303, 105})) << "no row is selected";
         user::Do([&] {
             run.launcher.config.modules.assign(3, {TEXT("C:\\m.bin"), TEXT("m")});
             FillForm(run.launcher);
             SelectModuleRow(run.launcher, 1);
         });
         Focus(IDC_PAGE_TABS);
-        EXPECT_EQ(WalkTab(7), (std::vector<UINT>{302, 303, 304, 305, 306, 307, 105}));
+        EXPECT_EQ(PressTab(7), (std::vector<UINT>{302, 303, 304, 305, 306, 307, 105}));
     });
 }
 
-TEST(Keyboard, ChoosesAZoomWithTheMouse) {
+TEST(Keyboard, SelectsAZoomWithTheMouse) {
     LauncherRun run;
     run.Run([&] {
         user::Click(IDC_ZOOM);
@@ -73,7 +72,7 @@ TEST(Keyboard, ChoosesAZoomWithTheMouse) {
     });
 }
 
-TEST(Keyboard, ComesBackToItsFieldFromBoxesAndFromAMinimisedWindow) {
+TEST(Keyboard, RestoresTheFocusAfterBoxesAndAfterMinimising) {
     LauncherRun run;
     run.Run([&] {
         const auto expect_typed = [](const char* text) {
@@ -104,11 +103,11 @@ TEST(Keyboard, ComesBackToItsFieldFromBoxesAndFromAMinimisedWindow) {
             user::Press(VK_TAB);
         });
         EXPECT_TRUE(user::WaitUntil([] { return GetDlgCtrlID(GetFocus()) == IDC_TIMEOUT_MS; }))
-            << "a key without a window goes on from the field";
+            << "without a focus, Tab continues from the last field";
     });
 }
 
-TEST(Keyboard, ReadsTheLogWithoutTheMouse) {
+TEST(Keyboard, ScrollsSelectsAndCopiesTheLogWithKeys) {
     LauncherRun run;
     run.WriteConfig(TEXT("veldranevm.config"), "command=demo.duree=0 demo.lignes=60 demo.code=7\n");
     run.Run([&] {
@@ -136,16 +135,16 @@ TEST(Keyboard, ReadsTheLogWithoutTheMouse) {
             ShowLogWindow(run.launcher);
             user::PressWith(VK_CONTROL, VK_HOME);
         });
-        EXPECT_TRUE(user::WaitUntil([&] { return caret() == 0; })) << "also the first key";
+        EXPECT_TRUE(user::WaitUntil([&] { return caret() == 0; })) << "the first key too";
         user::Do([&] { PostMessageW(run.launcher.log_window, WM_CLOSE, 0, 0); });
         user::Type(TEXT("x"));
         EXPECT_TRUE(user::WaitUntil([] {
             return Narrow(user::ControlText(IDC_KERNEL_COMMAND)).ends_with("7x");
-        })) << "the field has the keys again";
+        })) << "the field has the focus again";
     });
 }
 
-TEST(Keyboard, GoesOnFromAButtonThatItsOwnPressDisables) {
+TEST(Keyboard, RestoresTheFocusOfAButtonThatItsOwnPressDisables) {
     LauncherRun run;
     run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu\n");
     run.Run([&] {
@@ -155,7 +154,7 @@ TEST(Keyboard, GoesOnFromAButtonThatItsOwnPressDisables) {
         user::Press(VK_SPACE);
         EXPECT_TRUE(user::WaitForStatus(started));
         user::Press(VK_TAB);
-        EXPECT_EQ(FocusedId(), UINT{IDC_LOAD}) << "meanwhile keys start at the window";
+        EXPECT_EQ(FocusedId(), UINT{IDC_LOAD}) << "meanwhile Tab starts at the first control";
         WriteBytes(run.folder.Of(TEXT("feu")), "");
         EXPECT_TRUE(user::WaitForStatus(TEXT("VM terminée.")));
         Focus(IDC_LAUNCH);

@@ -1,11 +1,11 @@
-// The list of modules as a value.
+// Changes of the module list.
 #include "form/module_edit.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-TEST(ModuleEdit, NamesANewModuleAfterItsFileAndMovesOnlyWithinTheList) {
+TEST(ModuleEdit, UsesTheFileNameAsArgumentsOfANewModuleAndMovesOnlyWithinTheList) {
     VmConfig config;
     for (const WCHAR* path : {TEXT("C:\\m\\a.bin"), TEXT("C:\\m/b.tar.gz"), TEXT("c")})
         AppendModule(config, path);

@@ -1,11 +1,11 @@
-// Where controls stand in a client area of no size at all, as of a minimised window.
+// The layout in a client area of size zero, as a minimised window has it.
 #include "form/placement.h"
 
 #include <gtest/gtest.h>
 
 #include "form/control_table.h"
 
-TEST(Placement, KeepsControlsAndColumnsAtTheirLeastSizes) {
+TEST(Placement, KeepsControlsAndColumnsAtTheirMinimumSizes) {
     for (const ControlRow& row : CONTROL_TABLE) {
         const LayoutItem item{nullptr, row.x, row.y, row.width, row.height, row.stretch};
         const Placement placed = PlaceControl(item, row.id, -920, -676);

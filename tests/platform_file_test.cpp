@@ -1,7 +1,7 @@
-// What the program relies on in the platform's file operations.
+// The file operations of the platform, in the cases that matter to the program.
 #include <gtest/gtest.h>
 
-#include "platform/win32.h"
+#include "base/owned_handle.h"
 #include "scratch.h"
 
 namespace {
@@ -14,30 +14,18 @@ constexpr DWORD RW = FILE_SHARE_READ | FILE_SHARE_WRITE;
 constexpr DWORD REPLACE = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
 constexpr DWORD ALL = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-struct File {
-    HANDLE handle;
-    DWORD error;
+OwnedHandle Open(const WideText& path, DWORD access, DWORD share_mode, DWORD disposition, DWORD flags) {
+    return OwnedHandle(CreateFileW(path.c_str(), access, share_mode, nullptr, disposition, flags, nullptr));
+}
 
-    File(const WideText& path, DWORD access, DWORD share_mode, DWORD disposition,
-         DWORD flags = FILE_ATTRIBUTE_NORMAL)
-        : handle(CreateFileW(path.c_str(), access, share_mode, nullptr, disposition, flags, nullptr)),
-          error(handle == INVALID_HANDLE_VALUE ? GetLastError() : 0) {}
-    ~File() {
-        if (error == 0)
-            CloseHandle(handle);
-    }
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-};
-
-// The call's error, 0 for success.
+// The error of the call; 0 for success.
 DWORD ErrorOf(BOOL result) {
     return result != FALSE ? 0 : GetLastError();
 }
 
 }  // namespace
 
-TEST(PlatformFile, AWrongOpenFailsWithItsOwnError) {
+TEST(PlatformFile, EachFailedOpenReportsItsError) {
     const ScratchFolder scratch;
     WriteBytes(scratch.Of(TEXT("file")), "x");
     MakeFolder(scratch.Of(TEXT("folder")));
@@ -71,14 +59,14 @@ TEST(PlatformFile, AWrongOpenFailsWithItsOwnError) {
         {TEXT("NUL"), READ, OPEN_EXISTING, 0, 0},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(File(scratch.Of(c.name), c.access, ALL, c.disposition, c.flags).error, c.error)
-            << Narrow(c.name) << " " << c.disposition;
+        const OwnedHandle file = Open(scratch.Of(c.name), c.access, ALL, c.disposition, c.flags);
+        EXPECT_EQ(ErrorOf(file ? TRUE : FALSE), c.error) << Narrow(c.name) << " " << c.disposition;
     }
     EXPECT_EQ(ReadBytes(scratch.Of(TEXT("file"))), "x");
     EXPECT_EQ(ListFolder(scratch.path).size(), 2U);
 }
 
-TEST(PlatformFile, AMoveReplacesAFileAndNothingElse) {
+TEST(PlatformFile, AMoveReplacesOnlyAClosedFile) {
     const ScratchFolder scratch;
     const struct {
         WideText from;
@@ -98,7 +86,7 @@ TEST(PlatformFile, AMoveReplacesAFileAndNothingElse) {
     };
     MakeFolder(scratch.Of(TEXT("folder")));
     WriteBytes(scratch.Of(TEXT("held")), "held");
-    const File holder(scratch.Of(TEXT("held")), READ, RW, OPEN_EXISTING);
+    const OwnedHandle holder = Open(scratch.Of(TEXT("held")), READ, RW, OPEN_EXISTING, 0);
     for (const auto& c : cases) {
         SCOPED_TRACE(Narrow(c.from) + " to " + Narrow(c.to));
         WriteBytes(scratch.Of(TEXT("new")), "new");

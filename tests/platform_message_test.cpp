@@ -1,9 +1,9 @@
-// The order in which waiting messages are returned.
+// The order of queued messages.
 #include <gtest/gtest.h>
 
 #include "probe_windows.h"
 
-TEST(PlatformMessage, PostedMessagesComeBeforeTheQuitMessageInputPaintingAndTimers) {
+TEST(PlatformMessage, APostedMessageComesBeforeInputPaintingTimersAndQuit) {
     ProbeWindows probe;
     const HWND main = probe.MakeMain();
     SetTimer(main, 1, 10, nullptr);
@@ -17,8 +17,7 @@ TEST(PlatformMessage, PostedMessagesComeBeforeTheQuitMessageInputPaintingAndTime
         order.push_back(message.message);
         DispatchMessageW(&message);
     }
-    const std::vector<UINT> expected = {WM_APP, WM_KEYDOWN, WM_KEYUP, WM_PAINT, WM_TIMER};
-    EXPECT_EQ(order, expected);
+    EXPECT_EQ(order, (std::vector<UINT>{WM_APP, WM_KEYDOWN, WM_KEYUP, WM_PAINT, WM_TIMER}));
     PostQuitMessage(7);
     PostMessageW(main, WM_APP, 2, 0);
     EXPECT_GT(GetMessageW(&message, nullptr, 0, 0), 0);

@@ -1,7 +1,6 @@
-// What the program relies on in the platform's path queries.
+// Full paths by the platform.
 #include <gtest/gtest.h>
 
-#include "platform/win32.h"
 #include "scratch.h"
 
 namespace {

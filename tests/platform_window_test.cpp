@@ -1,9 +1,9 @@
-// The focus, the order of windows, and the caret of an edit field.
+// The focus, the stacking order of windows, and the caret of an edit field.
 #include <gtest/gtest.h>
 
 #include "probe_windows.h"
 
-TEST(PlatformWindow, RestoringFocusesTheWindowItself) {
+TEST(PlatformWindow, RestoringAWindowSetsTheFocusToItAndNotToItsChild) {
     ProbeWindows probe;
     const HWND main = probe.MakeMain();
     const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 10, 10}, main);
@@ -16,7 +16,7 @@ TEST(PlatformWindow, RestoringFocusesTheWindowItself) {
     EXPECT_EQ(GetFocus(), main);
 }
 
-TEST(PlatformWindow, ADisabledOrHiddenWindowLosesTheFocus) {
+TEST(PlatformWindow, DisablingOrHidingAWindowRemovesItsFocus) {
     ProbeWindows probe;
     const HWND main = probe.MakeMain();
     const HWND child = probe.Make("child", WS_CHILD | WS_VISIBLE, {0, 0, 10, 10}, main);
@@ -36,7 +36,7 @@ TEST(PlatformWindow, ADisabledOrHiddenWindowLosesTheFocus) {
     EXPECT_EQ(GetFocus(), main);
 }
 
-TEST(PlatformWindow, AnOwnedWindowStaysAboveItsOwners) {
+TEST(PlatformWindow, AnOwnedWindowIsAlwaysAboveItsOwner) {
     ProbeWindows probe;
     const HWND main = probe.MakeMain();
     const HWND log = probe.Make("log", WS_OVERLAPPEDWINDOW | WS_VISIBLE, {500, 100, 600, 200}, main);

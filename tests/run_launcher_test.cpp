@@ -1,18 +1,19 @@
-// Starting and closing the program.
+// Errors at the start of the program.
 #include "shell/run_launcher.h"
 
 #include <gtest/gtest.h>
 
 #include "form/form_ids.h"
 #include "launcher_run.h"
+#include "shell/dispatch.h"
 
 namespace {
 
-TEST(RunLauncher, ShowsItsFailureThoughTheEndOfTheLoopHasBeenAskedFor) {
+TEST(RunLauncher, ShowsAnErrorAfterAQuitMessageWasPosted) {
     LauncherRun run;
     WNDCLASSW taken{};
     taken.lpfnWndProc = DefWindowProcW;
-    taken.lpszClassName = TEXT("VeldraneVmLauncher");
+    taken.lpszClassName = MAIN_WINDOW_CLASS;
     ASSERT_NE(RegisterClassW(&taken), 0);
     PostQuitMessage(0);
     const int exit_code = run.Run([&] {
@@ -24,11 +25,11 @@ TEST(RunLauncher, ShowsItsFailureThoughTheEndOfTheLoopHasBeenAskedFor) {
     EXPECT_EQ(exit_code, 1);
 }
 
-TEST(RunLauncher, ShortensALongTextInTheBoxAndNotInTheStatusLine) {
+TEST(RunLauncher, ShortensALongMessageInTheBoxButNotInTheStatusLine) {
     const std::string words = "Veldrane VM\nClé de configuration inconnue : ";
     for (const std::size_t characters : {1000U, 1001U, 200000U}) {
         LauncherRun run;
-        std::string key = "😀";  // two characters
+        std::string key = "😀";  // a surrogate pair
         key += std::string(characters - 36, 'k') + "😀";
         run.WriteConfig(TEXT("veldranevm.config"), key + "=1\n");
         run.Run([&] {
@@ -43,25 +44,24 @@ TEST(RunLauncher, ShortensALongTextInTheBoxAndNotInTheStatusLine) {
     }
 }
 
-TEST(RunLauncher, CutsNoCharacterInTwoWhenItShortens) {
-    const std::pair<std::string, std::size_t> CASES[] = {{"", 999},
-                                                         {"k", 998}};  // one or both ends in a pair
-    for (const auto& tested : CASES) {
-        std::string key = tested.first;
+TEST(RunLauncher, DoesNotSplitASurrogatePairWhenItShortensAMessage) {
+    // One or both cuts would be inside a pair.
+    for (const auto& [first, length] : {std::pair("", 999U), std::pair("k", 998U)}) {
+        std::string key = first;
         LauncherRun run;
         for (int pair = 0; pair < 1000; ++pair)
             key += "😀";
         run.WriteConfig(TEXT("veldranevm.config"), key + "=1\n");
         run.Run([&] {
             const std::string text = TakeErrorBox();
-            EXPECT_EQ(Wide(text).size(), 12U + tested.second);
+            EXPECT_EQ(Wide(text).size(), 12U + length);
             EXPECT_NE(text.find("😀 […] 😀"), std::string::npos) << text;
         });
         UnregisterWindowClasses();
     }
 }
 
-TEST(RunLauncher, ShowsABlankForEachControlCharacterInTheBoxAlone) {
+TEST(RunLauncher, ShowsSpacesForControlCharactersInTheBoxButNotInTheStatusLine) {
     LauncherRun run;
     const std::string key =
         "a\rb\tc\x1F"
@@ -83,7 +83,7 @@ TEST(RunLauncher, ShowsABlankForEachControlCharacterInTheBoxAlone) {
     });
 }
 
-TEST(RunLauncher, TakesAFolderOfTheDefaultNameForAFileThatCannotBeLoaded) {
+TEST(RunLauncher, ReportsAFolderWithTheDefaultNameAsAFileThatCannotBeOpened) {
     LauncherRun run;
     MakeFolder(run.folder.Of(TEXT("veldranevm.config")));
     run.Run([&] {

@@ -1,10 +1,7 @@
-// Whole sessions of a user, through the program's start, its message loop and its end.
+// Sessions of a user, from the start of the program to its end.
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "form/form_ids.h"
-#include "launch/log_window.h"
 #include "launcher_run.h"
 
 namespace {
@@ -15,7 +12,7 @@ void TypeIntoCommand(WideView text) {
     user::WaitUntil([] { return Narrow(user::Title()) == "Veldrane VM — Configuration *"; });
 }
 
-TEST(Story, EndsARunWhileThePromptIsOpen) {
+TEST(Story, ShowsTheEndOfARunWhileTheQuestionAboutChangesIsOpen) {
     LauncherRun run;
     run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu demo.code=1\n");
     run.Run([&] {
@@ -29,34 +26,21 @@ TEST(Story, EndsARunWhileThePromptIsOpen) {
         EXPECT_TRUE(user::WaitForStatus(TEXT("Échec (code 1). Consultez le journal.")));
         EXPECT_TRUE(user::WaitUntil([] { return IsWindowVisible(user::LogWindow()) != FALSE; }));
         EXPECT_EQ(run.launcher.engine_process, nullptr);
-        EXPECT_NE(user::Box(), nullptr) << "the prompt still waits for its answer";
+        EXPECT_NE(user::Box(), nullptr) << "the question is still open";
         user::Do([] { PostMessageW(user::Box(), WM_COMMAND, IDNO, 0); });
         EXPECT_TRUE(user::WaitForStatus(TEXT("Réglages par défaut. Choisissez un noyau ELF.")));
     });
 }
 
-// The text control of the log window.
-HWND LogControl(const Launcher& launcher) {
-    HWND control = nullptr;
-    user::Do([&] { control = GetDlgItem(launcher.log_window, 1); });
-    return control;
-}
-
-LRESULT SelectionOf(HWND edit) {
-    LRESULT selection = -1;
-    user::Do([&] { selection = SendMessageW(edit, EM_GETSEL, 0, 0); });
-    return selection;
-}
-
-// The text of the log window once it has this many characters.
-bool LogTextHas(const Launcher& launcher, std::size_t characters) {
+// Waits until the text of the log window has this many characters.
+bool WaitForLogLength(const Launcher& launcher, std::size_t characters) {
     return user::WaitUntil([&] {
         return static_cast<std::size_t>(GetWindowTextLengthW(GetDlgItem(launcher.log_window, 1))) ==
                characters;
     });
 }
 
-TEST(Story, TheLogWindowHoldsTheEndOfALongLogAndKeepsItsPlace) {
+TEST(Story, ShowsTheEndOfALongLogAndKeepsTheSelectionWhileTheLogIsUnchanged) {
     LauncherRun run;
     run.Run([&] {
         Launcher& launcher = run.launcher;
@@ -67,11 +51,11 @@ TEST(Story, TheLogWindowHoldsTheEndOfALongLogAndKeepsItsPlace) {
         EXPECT_TRUE(user::WaitUntil([&] { return IsWindowVisible(launcher.log_window) != FALSE; }));
         const HWND window = launcher.log_window;
         EXPECT_EQ(Narrow(user::TextOf(window)), "Veldrane VM — Journal");
-        EXPECT_TRUE(LogTextHas(launcher, 0x200000));
+        EXPECT_TRUE(WaitForLogLength(launcher, 0x200000));
         WriteBytes(log, "");
-        EXPECT_TRUE(LogTextHas(launcher, 0));
+        EXPECT_TRUE(WaitForLogLength(launcher, 0));
         WriteBytes(log, "X" + std::string(0x100000, 'y'));
-        EXPECT_TRUE(LogTextHas(launcher, 0x100000));
+        EXPECT_TRUE(WaitForLogLength(launcher, 0x100000));
         user::Do([&] {
             const HWND control = GetDlgItem(window, 1);
             EXPECT_EQ(SendMessageW(control, EM_GETLIMITTEXT, 0, 0), 0x200000);
@@ -85,10 +69,12 @@ TEST(Story, TheLogWindowHoldsTheEndOfALongLogAndKeepsItsPlace) {
             SendMessageW(control, EM_SETSEL, 3, 5);
         });
         user::Pause(600);
-        EXPECT_EQ(SelectionOf(LogControl(launcher)), MAKELONG(3, 5))
-            << "an unchanged log leaves the selection";
-        EXPECT_TRUE(user::TextOf(LogControl(launcher))[0] == TEXT('y'))
-            << "the first byte is the one that is left out";
+        user::Do([&] {
+            const HWND control = GetDlgItem(window, 1);
+            EXPECT_EQ(SendMessageW(control, EM_GETSEL, 0, 0), MAKELONG(3, 5))
+                << "an unchanged log leaves the selection";
+            EXPECT_TRUE(user::TextOf(control)[0] == TEXT('y')) << "the first byte is not shown";
+        });
         Remove(log);
         MakeFolder(log);
         user::Click(IDC_SHOW_LOG);

@@ -1,10 +1,10 @@
-// The layer aborts with a report at what it does not implement.
+// The layer aborts with a message when a call is not implemented.
 #include <gtest/gtest.h>
 
 #include "probe_windows.h"
 
-TEST(PlatformHooksDeathTest, AnUnknownSystemCommandIsReportedWithItsNumber) {
-    // The window must be created in the process that aborts.
+TEST(PlatformHooksDeathTest, AnUnimplementedSystemCommandAbortsWithItsNumber) {
+    // The death test runs this in a child process, so the window must be created here.
     const auto move = [] {
         ProbeWindows probe;
         SendMessageW(probe.Make("window", WS_OVERLAPPEDWINDOW, {}), WM_SYSCOMMAND, 0xF012, 0);

@@ -1,5 +1,5 @@
-// A save that is cut off: by a loss of power, at each of its system calls, at any moment. The file is the old
-// one or the new one, whole.
+// A save that is interrupted by a loss of power, at one of its system calls, or at any time leaves the
+// complete old file or the complete new one.
 #include <gtest/gtest.h>
 #include <sys/ptrace.h>
 #include <sys/wait.h>
@@ -25,93 +25,93 @@ VmConfig LargeConfig() {
     return config;
 }
 
-struct Saves {
+struct SavedFile {
     ScratchFolder folder;
     WideText path = folder.Of(TEXT("a.config"));
     VmConfig configs[2] = {{}, LargeConfig()};
     std::string texts[2] = {ComposeConfigText(configs[0]), ComposeConfigText(configs[1])};
 
-    bool IsWhole() const {
+    bool IsComplete() const {
         const std::string bytes = ReadBytes(path);
         return bytes == texts[0] || bytes == texts[1];
     }
-    // A kill may leave the temporary file.
-    void TidyUp() const {
+    // A killed process may leave the temporary file.
+    void RemoveTemporaryFiles() const {
         for (const WideText& name : ListFolder(folder.path))
             if (name != TEXT("a.config"))
                 Remove(folder.Of(name));
     }
 };
 
-TEST(Killed, ByALossOfPowerAfterAnyOfItsCallsASaveLeavesTheOldFileOrTheNewOne) {
-    const Saves saves;
+TEST(Killed, ALossOfPowerAfterAnyCallOfASaveLeavesTheOldOrTheNewFile) {
+    const SavedFile file;
     for (const int from : {0, 1}) {
-        std::string message = "cut off";
+        std::string message = "interrupted";
         for (unsigned calls = 0; !message.empty(); ++calls) {
             SCOPED_TRACE(testing::Message() << calls << " calls");
             ASSERT_LT(calls, 100U);
-            WriteBytes(saves.path, saves.texts[from]);
+            WriteBytes(file.path, file.texts[from]);
             host::MakeDiskForgetful();
-            for (unsigned lost = 1; lost <= 20; ++lost)
-                host::FailNthCall(calls + lost, ERROR_IO_DEVICE);
-            message = MessageOf([&] { WriteConfigFile(saves.path, saves.configs[1 - from]); });
+            for (unsigned failed = 1; failed <= 20; ++failed)
+                host::FailNthCall(calls + failed, ERROR_IO_DEVICE);
+            message = MessageOf([&] { WriteConfigFile(file.path, file.configs[1 - from]); });
             host::ClearFaults();
             host::LosePower();
-            EXPECT_TRUE(saves.IsWhole());
-            saves.TidyUp();
+            EXPECT_TRUE(file.IsComplete());
+            file.RemoveTemporaryFiles();
         }
-        EXPECT_EQ(ReadBytes(saves.path), saves.texts[1 - from]) << "what was saved is there";
+        EXPECT_EQ(ReadBytes(file.path), file.texts[1 - from]) << "a completed save is on the disk";
     }
 }
 
-// Lets the child go on to its next entry into a system call, or the way out of it; false once it has ended.
-bool StepsOn(pid_t child) {
+// Continues the child until it enters or leaves a system call; false when it has ended.
+bool Step(pid_t child) {
     int status = 0;
     ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
     return waitpid(child, &status, 0) == child && WIFSTOPPED(status);
 }
 
-TEST(Killed, AtAnyOfItsSystemCallsASaveLeavesTheOldFileOrTheNewOne) {
-    const Saves saves;
+TEST(Killed, AKillAtAnySystemCallOfASaveLeavesTheOldOrTheNewFile) {
+    const SavedFile file;
     for (const int from : {0, 1}) {
         bool ended = false;
         for (unsigned stops = 1; !ended; ++stops) {
             ASSERT_LT(stops, 2000U);
-            WriteBytes(saves.path, saves.texts[from]);
+            WriteBytes(file.path, file.texts[from]);
             const pid_t child = fork();
             if (child == 0) {
                 if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0)
                     _exit(77);
                 raise(SIGSTOP);
-                WriteConfigFile(saves.path, saves.configs[1 - from]);
+                WriteConfigFile(file.path, file.configs[1 - from]);
                 _exit(0);
             }
             int status = 0;
             waitpid(child, &status, 0);
             if (WIFEXITED(status) && WEXITSTATUS(status) == 77)
-                GTEST_SKIP() << "no process may be traced here";
+                GTEST_SKIP() << "tracing of processes is not permitted";
             for (unsigned stop = 0; stop < stops && !ended; ++stop)
-                ended = !StepsOn(child);
+                ended = !Step(child);
             if (!ended) {
                 kill(child, SIGKILL);
                 waitpid(child, &status, 0);
             }
-            EXPECT_TRUE(saves.IsWhole()) << "after stop " << stops;
-            saves.TidyUp();
+            EXPECT_TRUE(file.IsComplete()) << "after stop " << stops;
+            file.RemoveTemporaryFiles();
         }
-        EXPECT_EQ(ReadBytes(saves.path), saves.texts[1 - from]);
+        EXPECT_EQ(ReadBytes(file.path), file.texts[1 - from]);
     }
 }
 
-TEST(Killed, AtAnyMomentAProcessThatSavesLeavesTheOldFileOrTheNewOne) {
-    const Saves saves;
+TEST(Killed, AKillAtAnyTimeDuringSavesLeavesTheOldOrTheNewFile) {
+    const SavedFile file;
     const unsigned seed = std::random_device()();
     std::mt19937 random(seed);
-    std::set<std::string> seen;
+    std::set<std::string> contents;
     const auto start = std::chrono::steady_clock::now();
-    for (const VmConfig& config : saves.configs)
-        WriteConfigFile(saves.path, config);
-    const std::chrono::microseconds both =
+    for (const VmConfig& config : file.configs)
+        WriteConfigFile(file.path, config);
+    const std::chrono::microseconds two_saves =
         std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start);
     for (int kills = std::getenv("VELDRANE_LONG") != nullptr ? 3500 : 50; kills > 0; --kills) {
         int ends[2];
@@ -119,23 +119,23 @@ TEST(Killed, AtAnyMomentAProcessThatSavesLeavesTheOldFileOrTheNewOne) {
         const pid_t child = fork();
         if (child == 0) {
             for (unsigned save = 0;; ++save) {
-                WriteConfigFile(saves.path, saves.configs[save % 2]);
+                WriteConfigFile(file.path, file.configs[save % 2]);
                 if (save == 0)
                     close(ends[1]);
             }
         }
         close(ends[1]);
-        char none = 0;
-        EXPECT_EQ(read(ends[0], &none, 1), 0) << "the first save is done";
+        char byte = 0;
+        EXPECT_EQ(read(ends[0], &byte, 1), 0) << "the first save is done";
         close(ends[0]);
-        usleep(static_cast<useconds_t>(random() % (2 * static_cast<unsigned>(both.count()) + 1)));
+        usleep(static_cast<useconds_t>(random() % (2 * static_cast<unsigned>(two_saves.count()) + 1)));
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
-        ASSERT_TRUE(saves.IsWhole()) << "seed " << seed;
-        seen.insert(ReadBytes(saves.path));
-        saves.TidyUp();
+        ASSERT_TRUE(file.IsComplete()) << "seed " << seed;
+        contents.insert(ReadBytes(file.path));
+        file.RemoveTemporaryFiles();
     }
-    EXPECT_EQ(seen.size(), 2U) << "the kills came too early or too late";
+    EXPECT_EQ(contents.size(), 2U) << "all kills were too early or too late";
 }
 
 }  // namespace

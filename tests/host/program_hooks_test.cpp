@@ -1,9 +1,8 @@
-// What of the program only the layer can show: what it asks of boxes, timers and labels.
+// Requests of the program that only the layer can show: for file boxes, timers and labels.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "cases.h"
 #include "form/file_picker.h"
 #include "form/form_ids.h"
 #include "launch/log_window.h"
@@ -14,7 +13,7 @@ namespace {
 
 const char* const NO_BOX = "Veldrane VM\nBoîte de sélection de fichier indisponible.";
 
-TEST(ProgramHooks, EachFileBoxIsAskedForWhatItsCommandWants) {
+TEST(ProgramHooks, EachCommandRequestsItsFileBox) {
     const std::string configs = "Configurations Veldrane VM (*.config)|*.config|Tous les fichiers|*.*|";
     const std::string disks = "Images disque (*.img;*.raw;*.bin)|*.img;*.raw;*.bin|Tous les fichiers|*.*|";
     const struct {
@@ -49,28 +48,28 @@ TEST(ProgramHooks, EachFileBoxIsAskedForWhatItsCommandWants) {
                 user::ChooseTab(1);
             user::Click(c.button);
             user::CancelFile();
-            const host::FileBoxRequest& asked = host::LastFileBox();
-            EXPECT_EQ(asked.owner, run.launcher.main_window);
-            EXPECT_EQ(asked.flags, c.save ? 0x8080AU : 0x81808U);
-            EXPECT_EQ(asked.capacity, 32768U);
-            EXPECT_EQ(Narrow(asked.filter), c.filter);
-            EXPECT_EQ(Narrow(asked.extension), c.extension);
-            EXPECT_EQ(Narrow(asked.folder), "C:\\tmp");
-            EXPECT_EQ(Narrow(asked.name), c.name);
+            const host::FileBoxRequest& request = host::LastFileBox();
+            EXPECT_EQ(request.owner, run.launcher.main_window);
+            EXPECT_EQ(request.flags, c.save ? 0x8080AU : 0x81808U);
+            EXPECT_EQ(request.capacity, 32768U);
+            EXPECT_EQ(Narrow(request.filter), c.filter);
+            EXPECT_EQ(Narrow(request.extension), c.extension);
+            EXPECT_EQ(Narrow(request.folder), "C:\\tmp");
+            EXPECT_EQ(Narrow(request.name), c.name);
         }
         EXPECT_FALSE(run.launcher.dirty) << "a cancelled box is no edit";
     });
 }
 
-TEST(ProgramHooks, EachFilterIsClosedByAnEmptyText) {
-    const auto is_closed = [](const auto& filter) {
+TEST(ProgramHooks, EachFilterEndsWithAnEmptyString) {
+    const auto is_terminated = [](const auto& filter) {
         return WideView(filter, std::size(filter)).ends_with(WideView(TEXT("\0\0"), 2));
     };
-    EXPECT_TRUE(is_closed(FILTER_CONFIG) && is_closed(FILTER_KERNEL) && is_closed(FILTER_DISK) &&
-                is_closed(FILTER_PPM) && is_closed(FILTER_ANY));
+    EXPECT_TRUE(is_terminated(FILTER_CONFIG) && is_terminated(FILTER_KERNEL) && is_terminated(FILTER_DISK) &&
+                is_terminated(FILTER_PPM) && is_terminated(FILTER_ANY));
 }
 
-TEST(ProgramHooks, AFileBoxThatCannotRunIsToldAndNoCancel) {
+TEST(ProgramHooks, AFileBoxThatFailsIsReported) {
     LauncherRun run;
     run.Run([&] {
         const auto set_kernel = [&](const WideText& text) {
@@ -85,14 +84,14 @@ TEST(ProgramHooks, AFileBoxThatCannotRunIsToldAndNoCancel) {
         set_kernel(WideText(32768, WCHAR{'a'}));
         user::CancelFile();
         EXPECT_EQ(host::LastFileBox().name.size(), 0U)
-            << "a name that leaves no room for its end is left out";
+            << "a name without room for its terminator is left out";
         host::FailCall("GetSaveFileNameW", 1, 0xFFFF);
         user::Click(IDC_DUMP_BROWSE);
         EXPECT_EQ(TakeErrorBox(), NO_BOX);
     });
 }
 
-TEST(ProgramHooks, TheSearchForDllsIsLimitedBeforeAnythingElse) {
+TEST(ProgramHooks, TheSearchForDllsIsLimitedFirst) {
     host::FailCall("GetCurrentDirectoryW", 1, ERROR_ACCESS_DENIED);
     host::FailCall("MessageBoxW", 1, ERROR_NOT_ENOUGH_MEMORY);
     host::StartTrace();
@@ -102,15 +101,14 @@ TEST(ProgramHooks, TheSearchForDllsIsLimitedBeforeAnythingElse) {
     EXPECT_EQ(std::find(calls.begin(), calls.end(), "SetDefaultDllDirectories"), calls.begin() + 1);
 }
 
-TEST(ProgramHooks, ACommandThatThrowsAnswersZero) {
+TEST(ProgramHooks, ACommandThatThrowsReturnsZero) {
     LauncherRun run;
     host::StartTrace();
     run.Run([&] {
         user::Do([&] {
-            EXPECT_EQ(host::TracedArguments("SetTimer"), (std::vector<DWORD>{250}))
-                << "the tick of the window";
+            EXPECT_EQ(host::TracedArguments("SetTimer"), (std::vector<DWORD>{250})) << "milliseconds";
             EXPECT_EQ(host::TracedArguments("InitCommonControlsEx"), (std::vector<DWORD>{9}))
-                << "lists and tabs";
+                << "ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES";
             host::FailCall("MessageBoxW", 1, ERROR_NOT_ENOUGH_MEMORY);
             EXPECT_EQ(SendMessageW(run.launcher.main_window, WM_COMMAND, IDC_LAUNCH, 0), 0);
             EXPECT_EQ(host::ClearFaults(), 1U);
@@ -119,7 +117,7 @@ TEST(ProgramHooks, ACommandThatThrowsAnswersZero) {
     });
 }
 
-TEST(ProgramHooks, WhatCannotBeReadOfALogIsLeftOut) {
+TEST(ProgramHooks, AReadErrorShortensTheTextOfTheLog) {
     LauncherRun run;
     run.Run([&] {
         user::Do([&] {
@@ -137,7 +135,7 @@ TEST(ProgramHooks, WhatCannotBeReadOfALogIsLeftOut) {
     });
 }
 
-TEST(ProgramHooks, PathsShowTheirAmpersandsAndGroupBoxesTheirParentsBackground) {
+TEST(ProgramHooks, LabelsShowAmpersandsAndGroupBoxesReportAnErasedBackground) {
     LauncherRun run;
     run.Run([&] {
         user::Do([&] {
@@ -147,7 +145,7 @@ TEST(ProgramHooks, PathsShowTheirAmpersandsAndGroupBoxesTheirParentsBackground) 
                 RedrawWindow(label, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
                 EXPECT_EQ(Narrow(host::DrawnText(label)), "C:\\R&D\\noyau.elf");
                 EXPECT_EQ(GetWindowLongPtrW(label, GWL_STYLE) & SS_NOPREFIX, 0)
-                    << "the style of the table stays";
+                    << "the style in the table of controls does not change";
             }
             int groups = 0;
             for (HWND child = GetWindow(run.launcher.main_window, GW_CHILD); child != nullptr;

@@ -1,5 +1,4 @@
-// Each test starts from a layer as at the start of the program, in the same folder, whatever the one before
-// has left: so all of them run in one process too.
+// Resets the layer and the current directory before each test, so that all tests can also run in one process.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -18,6 +17,6 @@ class Reset : public testing::EmptyTestEventListener {
 };
 
 // GoogleTest owns its listeners.
-const bool IS_ADDED = (testing::UnitTest::GetInstance()->listeners().Append(new Reset), true);
+const bool is_added = (testing::UnitTest::GetInstance()->listeners().Append(new Reset), true);
 
 }  // namespace

@@ -1,4 +1,4 @@
-// A start or a layout that meets the platform's limits.
+// The longest path of the program, and a layout that the platform refuses.
 #include <gtest/gtest.h>
 
 #include "base/path_ops.h"
@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(RunLauncher, TakesTheLongestPathOfItsOwnFileAndNoLongerOne) {
+TEST(RunLauncher, AcceptsTheLongestPathOfItsExecutableAndNoLongerOne) {
     for (const std::size_t length : {32767U, 32768U}) {
         LauncherRun run;
         std::u16string path = u"C:\\";
@@ -31,7 +31,7 @@ TEST(RunLauncher, TakesTheLongestPathOfItsOwnFileAndNoLongerOne) {
     }
 }
 
-TEST(RunLauncher, LeavesTheControlsWhereTheyAreWhenABatchIsRefused) {
+TEST(RunLauncher, DoesNotMoveTheControlsWhenDeferWindowPosFails) {
     for (const char* call : {"BeginDeferWindowPos", "DeferWindowPos"}) {
         SCOPED_TRACE(call);
         LauncherRun run;
@@ -47,7 +47,7 @@ TEST(RunLauncher, LeavesTheControlsWhereTheyAreWhenABatchIsRefused) {
                 GetWindowRect(button, &after);
                 EXPECT_EQ(host::ClearFaults(), 1U);
                 EXPECT_EQ(SendMessageW(run.launcher.module_list, LVM_GETCOLUMNWIDTH, 0, 0), 604)
-                    << "the columns follow all the same";
+                    << "the columns are resized nevertheless";
             });
             EXPECT_EQ(after.left, before.left);
         });

@@ -1,18 +1,19 @@
-// The constants of the layer against those of the platform's own headers.
+// The constants of the layer, compared with the platform's headers.
 #include <gtest/gtest.h>
 
 #include "platform/win32.h"
 
-// constants.inc is made from the layer's headers: the type, the name and the value of each constant there.
-#define CONSTANT(type, name, value) \
-    static_assert(static_cast<type>(name) == static_cast<type>(value), "the layer's " #name " is another");
+// constants.inc lists the type, name and value of each constant in the layer's headers.
+#define CONSTANT(type, name, value)                                    \
+    static_assert(static_cast<type>(name) == static_cast<type>(value), \
+                  "the value of " #name " differs in the layer");
 #include "constants.inc"
 #undef CONSTANT
 
-TEST(Constants, OfTheLayerAreThoseOfThePlatform) {
+TEST(Constants, OfTheLayerHaveTheValuesOfThePlatform) {
     int count = 0;
 #define CONSTANT(type, name, value) ++count;
 #include "constants.inc"
 #undef CONSTANT
-    EXPECT_GT(count, 300) << "what has been compared above";
+    EXPECT_GT(count, 300) << "too few constants were compared";
 }

@@ -1,4 +1,4 @@
-// What is really seen: pixels of the window at moments when something could have been left unpainted.
+// Pixels of the window after changes that could leave parts of it unpainted.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -28,7 +28,7 @@ RECT PlaceOf(const Launcher& launcher, UINT id) {
     return place;
 }
 
-// Waits until everything has been drawn, then looks.
+// The result of `look` after everything has been drawn.
 template <typename Look>
 auto Seen(const Launcher& launcher, const Look& look) {
     user::Pause(150);
@@ -40,15 +40,15 @@ auto Seen(const Launcher& launcher, const Look& look) {
     return seen;
 }
 
-TEST(Picture, HasNoHolesInGroupBoxesAndFramesAtFirstAndAfterEachChange) {
+TEST(Picture, PaintsGroupBoxesAndFramesCompletelyAtTheStartAndAfterEachChange) {
     LauncherRun run;
     run.Run([&] {
         const Launcher& launcher = run.launcher;
         const HWND window = launcher.main_window;
         const COLORREF face = GetSysColor(COLOR_BTNFACE);
-        const auto expect_whole = [&](const char* moment) {
+        const auto expect_painted = [&](const char* moment) {
             SCOPED_TRACE(moment);
-            // Inside both group boxes, beside every control.
+            // Inside both group boxes, where there is no control.
             for (const RECT& empty : {RECT{900, 110, 904, 210}, RECT{900, 250, 904, 350}}) {
                 const auto inside = Seen(launcher, [&] { return Pixels(window, empty); });
                 EXPECT_EQ(std::set<COLORREF>(inside.begin(), inside.end()), std::set<COLORREF>{face});
@@ -64,16 +64,16 @@ TEST(Picture, HasNoHolesInGroupBoxesAndFramesAtFirstAndAfterEachChange) {
                 EXPECT_GE(std::set<COLORREF>(frame.begin(), frame.end()).size(), 3U) << id;
             }
         };
-        expect_whole("at first");
+        expect_painted("at the start");
         user::ChooseTab(1);
         user::ChooseTab(0);
-        expect_whole("after two changes of the page");
+        expect_painted("after two changes of the page");
         user::ResizeClient(921, 700);
-        expect_whole("after a resize");
+        expect_painted("after a resize");
     });
 }
 
-TEST(Picture, FramesEraseAroundTheControlsThatTheyLieOver) {
+TEST(Picture, FramesEraseTheirBackgroundExceptUnderOtherControls) {
     LauncherRun run;
     run.Run([&] {
         user::Do([&] {
@@ -92,7 +92,7 @@ TEST(Picture, FramesEraseAroundTheControlsThatTheyLieOver) {
                 GetWindowRect(control, &place);
                 MapWindowPoints(nullptr, frame, reinterpret_cast<POINT*>(&place), 2);
                 const COLORREF face = GetSysColor(COLOR_BTNFACE);
-                EXPECT_NE(GetPixel(memory, place.left, place.top), face) << "left out";
+                EXPECT_NE(GetPixel(memory, place.left, place.top), face) << "under a control";
                 EXPECT_EQ(GetPixel(memory, place.left - 1, place.top), face);
                 DeleteDC(memory);
                 DeleteObject(bitmap);
@@ -102,7 +102,7 @@ TEST(Picture, FramesEraseAroundTheControlsThatTheyLieOver) {
     });
 }
 
-// How far to the right something is drawn in the label, in pixels.
+// The width of the drawn text in the label, in pixels.
 LONG DrawnWidth(const Launcher& launcher, UINT id, const WCHAR* text) {
     user::Do([&] { SetDlgItemTextW(launcher.main_window, static_cast<int>(id), text); });
     const RECT place = PlaceOf(launcher, id);

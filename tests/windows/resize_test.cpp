@@ -1,4 +1,4 @@
-// Dragging a window's corner is the platform's own work; the layer knows only the sizes that come of it.
+// Dragging a corner of the window, which the layer does not implement.
 #include <gtest/gtest.h>
 
 #include "form/form_ids.h"
@@ -13,7 +13,7 @@ void SendMouse(DWORD flags) {
     SendInput(1, &input, sizeof input);
 }
 
-// Drags the lower right corner by so many pixels; gives the window's size after it.
+// Drags the lower right corner by dx and dy pixels. Returns the new size of the window.
 SIZE DragCorner(int dx, int dy) {
     const HWND window = user::MainWindow();
     RECT place{};
@@ -32,7 +32,7 @@ SIZE DragCorner(int dx, int dy) {
     return {place.right - place.left, place.bottom - place.top};
 }
 
-TEST(Resize, StopsAtTheFirstSizeUnderTheMouse) {
+TEST(Resize, StopsAtTheInitialSizeWhenACornerIsDragged) {
     LauncherRun run;
     run.Run([&] {
         RECT first{};

@@ -1,4 +1,4 @@
-// A DLL that somebody has planted. Nothing in it matters but that it can be loaded.
+// A planted DLL: it only has to be loadable.
 #include <windows.h>
 
 BOOL WINAPI DllMain(HINSTANCE, DWORD, LPVOID) {
