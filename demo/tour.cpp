@@ -1,4 +1,4 @@
-// The story of the demonstration, step by step, each with what the user must see.
+// The steps of the demonstration, with the expected texts of each.
 #include "demo/tour.h"
 
 #include <cstdio>
@@ -15,7 +15,7 @@
 
 namespace {
 
-bool all_right = true;
+bool all_correct = true;
 WideText last_status;
 
 void Say(const std::string& line) {
@@ -23,11 +23,11 @@ void Say(const std::string& line) {
     std::fflush(stdout);
 }
 
-void Check(bool right, const std::string& what) {
-    if (right)
+void Check(bool correct, const std::string& expectation) {
+    if (correct)
         return;
-    all_right = false;
-    Say("   FAUX : " + what);
+    all_correct = false;
+    Say("   FAUX : " + expectation);
 }
 
 std::string FieldText(const ControlRow& row) {
@@ -38,12 +38,11 @@ std::string FieldText(const ControlRow& row) {
     return "[" + Utf8FromWide(row.text) + "]";
 }
 
-// The window as text: the title, then each control that shows and has an identifier.
-void TellWindow(const std::string& moment) {
+// Prints the title and every visible control that has an identifier and a text.
+void PrintWindow(const std::string& moment) {
     Say("── " + moment + " : " + Utf8FromWide(user::Title()));
-    const WideView lists[] = {TEXT("SysTabControl32"), TEXT("SysListView32")};
     for (const ControlRow& row : CONTROL_TABLE) {
-        const bool has_text = row.class_name != lists[0] && row.class_name != lists[1];
+        const bool has_text = row.id != IDC_PAGE_TABS && row.id != IDC_MODULE_LIST;
         if (row.id != 0 && has_text && user::IsVisible(row.id)) {
             Say("   " + std::to_string(row.id) + "  " + FieldText(row) +
                 (user::IsEnabled(row.id) ? "" : "  (grisé)"));
@@ -51,24 +50,24 @@ void TellWindow(const std::string& moment) {
     }
 }
 
-// Waits for a status text and tells each one that comes into the line until then.
-void AwaitStatus(const WideText& text) {
-    const bool came = user::WaitUntil([&] {
+// Waits for a text in the status line and prints each one that appears until then.
+void WaitForStatus(const WideText& text) {
+    const bool appeared = user::WaitUntil([&] {
         const WideText now = user::Status();
         if (now != last_status)
             Say("   état : " + Utf8FromWide(now));
         last_status = now;
         return now == text;
     });
-    Check(came, "l'état attendu était « " + Utf8FromWide(text) + " »");
+    Check(appeared, "l'état attendu était « " + Utf8FromWide(text) + " »");
 }
 
-void Press(const std::string& what, UINT id) {
-    Say("── clic : " + what);
+void Press(const std::string& label, UINT id) {
+    Say("── clic : " + label);
     user::Click(id);
 }
 
-// Waits for a message box, tells what stands in it, has its picture taken and answers it.
+// Waits for a message box, prints and checks its text, takes a picture and answers the box.
 void AnswerBox(const std::string& text, int button_id, const std::string& picture,
                const std::string& caption) {
     Check(user::WaitForBox(), "une boîte devait s'ouvrir : " + text);
@@ -86,14 +85,14 @@ void AddModule(const WideText& path) {
     Check(user::WaitForNoBox(), "la boîte de fichier devait se fermer");
 }
 
-std::string ReadFile(const WideText& path) {
+std::string ReadWholeFile(const WideText& path) {
     const OwnedHandle file = OpenForReading(path);
     std::string content(static_cast<std::size_t>(FileSize(file.Get()).value_or(0)), '\0');
     content.resize(ReadAt(file.Get(), 0, content.data(), content.size()));
     return content;
 }
 
-// The engine writes its arguments one to a line; all of them must be there, in order.
+// The log must contain all arguments in order; the engine prints one on each line.
 void CheckArguments(const std::string& log, const std::vector<WideText>& arguments) {
     std::size_t from = 0;
     for (const WideText& argument : arguments) {
@@ -104,7 +103,7 @@ void CheckArguments(const std::string& log, const std::vector<WideText>& argumen
     }
 }
 
-void Edit(const WideText& folder) {
+void EditForm(const WideText& folder) {
     Say("── saisie : arguments du noyau, un second module");
     user::Fill(IDC_KERNEL_COMMAND, TEXT("demo.duree=900 demo.lignes=4 mode=\"démonstration\""));
     Check(user::Title() == TEXT("Veldrane VM — Configuration *"), "une saisie marque le titre");
@@ -112,18 +111,18 @@ void Edit(const WideText& folder) {
     AddModule(JoinPath(folder, TEXT("symboles.txt")));
     user::Fill(IDC_MODULE_ARGS, TEXT("table complète"));
     for (int step = 0; step < 4; ++step)
-        user::PressWith(VK_SHIFT, VK_TAB);  // back to the list, which marks its row
+        user::PressWith(VK_SHIFT, VK_TAB);  // back to the list, which highlights its row
     ShowPicture(user::MainWindow(), "2-modules", "la page des modules, le second choisi");
 }
 
-void ChangeOnesMind() {
+void CancelLoad() {
     Press("Charger...", IDC_LOAD);
     AnswerBox("Enregistrer les modifications de la configuration ?", IDCANCEL, "3-question",
               "la question sur les modifications");
     Check(user::Title() == TEXT("Veldrane VM — Configuration *"), "« Annuler » ne change rien");
 }
 
-void MakeAMistake() {
+void EnterInvalidRam() {
     Say("── saisie : 9 Mio de RAM");
     user::Fill(IDC_RAM_MIB, TEXT("9"));
     Press("Vérifier", IDC_VERIFY);
@@ -133,30 +132,30 @@ void MakeAMistake() {
 
 void SaveAndLoad(const WideText& config_path) {
     Press("Enregistrer", IDC_SAVE);
-    AwaitStatus(TEXT("Configuration enregistrée."));
+    WaitForStatus(TEXT("Configuration enregistrée."));
     Check(user::Title() == TEXT("Veldrane VM — Configuration"), "un enregistrement efface la marque");
     Press("Charger...", IDC_LOAD);
     user::ChooseFile(config_path);
-    AwaitStatus(TEXT("Configuration chargée."));
+    WaitForStatus(TEXT("Configuration chargée."));
 }
 
 void VerifyAndLaunch() {
     Press("Vérifier", IDC_VERIFY);
-    AwaitStatus(TEXT("Configuration vérifiée. Vous pouvez lancer la VM."));
+    WaitForStatus(TEXT("Configuration vérifiée. Vous pouvez lancer la VM."));
     Press("Lancer la VM", IDC_LAUNCH);
-    AwaitStatus(TEXT("VM démarrée. Les réglages s'appliquent au prochain lancement."));
+    WaitForStatus(TEXT("VM démarrée. Les réglages s'appliquent au prochain lancement."));
     Check(!user::IsEnabled(IDC_LAUNCH), "pas de second lancement pendant une exécution");
-    AwaitStatus(TEXT("VM terminée."));
-    Check(user::IsEnabled(IDC_LAUNCH), "le lancement revient à la fin");
+    WaitForStatus(TEXT("VM terminée."));
+    Check(user::IsEnabled(IDC_LAUNCH), "le lancement redevient possible à la fin");
 }
 
-void LookAtLog(const std::string& picture) {
+void ShowLog(const std::string& picture) {
     Press("Voir le journal", IDC_SHOW_LOG);
-    const auto shows = [] { return IsWindowVisible(user::LogWindow()) != FALSE; };
-    Check(user::WaitUntil(shows), "le journal devait s'ouvrir");
+    const auto is_shown = [] { return IsWindowVisible(user::LogWindow()) != FALSE; };
+    Check(user::WaitUntil(is_shown), "le journal devait s'ouvrir");
     ShowPicture(user::LogWindow(), picture, "le journal");
     user::Do([] { PostMessageW(user::LogWindow(), WM_CLOSE, 0, 0); });
-    Check(user::WaitUntil([&] { return !shows(); }), "le journal devait se fermer");
+    Check(user::WaitUntil([&] { return !is_shown(); }), "le journal devait se fermer");
 }
 
 void Enlarge() {
@@ -166,20 +165,20 @@ void Enlarge() {
     ShowPicture(user::MainWindow(), "6-agrandie", "la fenêtre agrandie");
 }
 
-void TellRun(const WideText& folder, const WideText& config_path) {
+void CheckRun(const WideText& folder, const WideText& config_path) {
     const VmConfig config = ReadConfigFile(config_path);
     Check(config.modules.size() == 2 && config.modules[1].command == TEXT("table complète"),
-          "le fichier doit porter les deux modules");
+          "le fichier doit contenir les deux modules");
     Say("── ligne de commande du moteur");
     Say(Utf8FromWide(BuildEngineCommandLine(JoinPath(folder, TEXT("tessarun.exe")), config, false)));
-    const std::string log = ReadFile(JoinPath(folder, TEXT("veldranevm.log")));
+    const std::string log = ReadWholeFile(JoinPath(folder, TEXT("veldranevm.log")));
     Say("── journal");
     Say(log);
     CheckArguments(log, BuildEngineArguments(config, false));
 }
 
-void TellMachine(const WideText& folder) {
-    const std::string log = ReadFile(JoinPath(folder, TEXT("veldranevm.log")));
+void CheckMachine(const WideText& folder) {
+    const std::string log = ReadWholeFile(JoinPath(folder, TEXT("veldranevm.log")));
     Say("── journal");
     Say(log);
     for (const char* const words :
@@ -188,49 +187,49 @@ void TellMachine(const WideText& folder) {
           "\nModule 1 : 18 octets, somme 1196, arguments []\n", "\nDisque, secteur 0 : [premier secteur]\n",
           "\nÉcran : 640 x 400 x 32\nFin.\nMachine arrêtée par le noyau, code 0.\n"})
         Check(log.find(words) != std::string::npos, std::string("absent du journal : ") + words);
-    const std::string picture = ReadFile(JoinPath(folder, TEXT("écran.ppm")));
+    const std::string picture = ReadWholeFile(JoinPath(folder, TEXT("écran.ppm")));
     Check(picture.starts_with("P6\n640 400\n255\n"), "l'image de l'écran doit être là");
     Say("── image de l'écran : écran.ppm, " + std::to_string(picture.size()) + " octets");
 }
 
-void AwaitStart() {
+void WaitForStart() {
     Check(user::WaitUntil([] { return IsWindowVisible(user::MainWindow()) != FALSE; }, 60000),
           "la fenêtre doit s'ouvrir");
-    AwaitStatus(TEXT("Configuration chargée."));
+    WaitForStatus(TEXT("Configuration chargée."));
 }
 
-bool Leave() {
+bool CloseProgram() {
     user::CloseMainWindow();
     Check(user::WaitForEnd(), "la fenêtre doit se fermer sans question");
-    Say(all_right ? "── tout est juste" : "── des textes étaient faux");
-    return all_right;
+    Say(all_correct ? "── tout est juste" : "── des textes étaient faux");
+    return all_correct;
 }
 
 }  // namespace
 
 bool MachineTour(const WideText& folder) {
-    AwaitStart();
-    TellWindow("au départ");
+    WaitForStart();
+    PrintWindow("au départ");
     ShowPicture(user::MainWindow(), "machine-1-fenetre", "la configuration d'une vraie machine");
     VerifyAndLaunch();
-    TellMachine(folder);
-    LookAtLog("machine-2-journal");
-    return Leave();
+    CheckMachine(folder);
+    ShowLog("machine-2-journal");
+    return CloseProgram();
 }
 
 bool Tour(const WideText& folder) {
     const WideText config_path = JoinPath(folder, TEXT("veldranevm.config"));
-    AwaitStart();
-    TellWindow("au départ");
+    WaitForStart();
+    PrintWindow("au départ");
     ShowPicture(user::MainWindow(), "1-disques", "la page des disques");
-    Edit(folder);
-    ChangeOnesMind();
-    MakeAMistake();
+    EditForm(folder);
+    CancelLoad();
+    EnterInvalidRam();
     SaveAndLoad(config_path);
     VerifyAndLaunch();
-    TellRun(folder, config_path);
-    LookAtLog("5-journal");
+    CheckRun(folder, config_path);
+    ShowLog("5-journal");
     Enlarge();
-    TellWindow("à la fin");
-    return Leave();
+    PrintWindow("à la fin");
+    return CloseProgram();
 }

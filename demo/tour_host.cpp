@@ -1,5 +1,5 @@
-// The demonstration over the layer: the launcher and its user in one process; run in the folder. With the
-// argument `machine` that of a real machine.
+// The demonstration over the layer: the launcher and its user in one process, in the current directory. With
+// the argument `machine`, the demonstration of a real machine.
 #include <cstdio>
 #include <exception>
 #include <string_view>
@@ -13,11 +13,12 @@ void ShowPicture(HWND, const std::string&, const std::string&) {}  // the layer 
 int main(int count, char** arguments) {
     try {
         Launcher launcher;
-        bool right = false;
+        bool is_correct = false;
         const bool is_machine = count == 2 && std::string_view(arguments[1]) == "machine";
         const auto tour = is_machine ? MachineTour : Tour;
-        const int exit_code = user::RunWithUser(launcher, [&] { right = tour(CurrentDirectory()); });
-        return right && exit_code == 0 ? 0 : 1;
+        const int exit_code =
+            user::RunWithUserThread(launcher, [&] { is_correct = tour(CurrentDirectory()); });
+        return is_correct && exit_code == 0 ? 0 : 1;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

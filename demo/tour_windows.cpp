@@ -1,7 +1,7 @@
 // The demonstration on Windows: starts veldranevm.exe from the current directory and acts as its user from
-// this process, with real mouse and keyboard input. With the argument `images` it says on standard output, in
-// a line that starts with @, when a picture can be taken and of which part of the screen, and waits until a
-// file says that it has been. With `machine` behind that the demonstration is that of a real machine.
+// this process, with real mouse and keyboard input. With `images` as the first argument, it requests
+// pictures: it prints a line that starts with @, with a name and a part of the screen, and waits until the
+// file NAME.fait exists. With `machine` as the second argument, it is the demonstration of a real machine.
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -21,21 +21,21 @@
 
 namespace {
 
-constexpr DWORD SETTLE_MS = 30;  // between two actions of a user; input is handled in its order
-
+constexpr DWORD CHECK_PERIOD_MS = 30;
+constexpr DWORD ACTION_PERIOD_MS = 10;
 constexpr unsigned PAINT_MS = 400;
 constexpr ULONGLONG ANSWER_LIMIT_MS = 60000;
 
 HANDLE launcher_process = nullptr;
 std::atomic<ULONGLONG> last_action_ms = 0;
-bool pictures_wanted = false;
+bool takes_pictures = false;
 
 OwnedHandle StartLauncher(const WideText& folder) {
     const WideText program = JoinPath(folder, TEXT("veldranevm.exe"));
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
-    startup.dwFlags =
-        STARTF_USEPOSITION;  // boxes come up in the middle of the screen: about that of the window
+    // In the middle of the screen, where the boxes open too.
+    startup.dwFlags = STARTF_USEPOSITION;
     startup.dwX = (static_cast<DWORD>(GetSystemMetrics(SM_CXSCREEN)) - BASE_CLIENT_WIDTH) / 2;
     startup.dwY = (static_cast<DWORD>(GetSystemMetrics(SM_CYSCREEN)) - BASE_CLIENT_HEIGHT) / 2;
     PROCESS_INFORMATION process{};
@@ -46,8 +46,8 @@ OwnedHandle StartLauncher(const WideText& folder) {
     return OwnedHandle(process.hProcess);
 }
 
-// A message to a launcher that hangs does not return: the demonstration ends without a last word.
-void EndWhenNothingHappens() {
+// SendMessage to a launcher that hangs does not return, so this thread ends the demonstration.
+void EndWhenLauncherHangs() {
     for (;;) {
         Sleep(1000);
         if (GetTickCount64() - last_action_ms > ANSWER_LIMIT_MS) {
@@ -65,7 +65,7 @@ namespace user {
 void Do(const std::function<void()>& action) {
     last_action_ms = GetTickCount64();
     action();
-    Sleep(SETTLE_MS / 3);
+    Sleep(ACTION_PERIOD_MS);
 }
 
 bool WaitUntil(const std::function<bool()>& condition, unsigned limit_ms) {
@@ -76,7 +76,7 @@ bool WaitUntil(const std::function<bool()>& condition, unsigned limit_ms) {
             throw std::runtime_error("veldranevm.exe has ended");
         if (std::chrono::steady_clock::now() > limit)
             return false;
-        Sleep(SETTLE_MS);
+        Sleep(CHECK_PERIOD_MS);
     }
     return true;
 }
@@ -92,7 +92,7 @@ bool WaitForEnd(unsigned limit_ms) {
 }  // namespace user
 
 void ShowPicture(HWND window, const std::string& name, const std::string& caption) {
-    if (!pictures_wanted)
+    if (!takes_pictures)
         return;
     user::Pause(PAINT_MS);
     RECT place{};
@@ -100,26 +100,26 @@ void ShowPicture(HWND window, const std::string& name, const std::string& captio
     std::printf("@%s %ldx%ld+%ld+%ld %s\n", name.c_str(), place.right - place.left, place.bottom - place.top,
                 place.left, place.top, caption.c_str());
     std::fflush(stdout);
-    const WideText done = WideFromUtf8(name + ".fait");
-    if (!user::WaitUntil([&] { return QueryFileType(done, "status") == FileType::Regular; }))
+    const WideText taken = WideFromUtf8(name + ".fait");
+    if (!user::WaitUntil([&] { return QueryFileType(taken, "status") == FileType::Regular; }))
         throw std::runtime_error("nobody takes the picture " + name);
 }
 
 int main(int count, char** arguments) {
     try {
-        pictures_wanted = count >= 2 && std::string_view(arguments[1]) == "images";
+        takes_pictures = count >= 2 && std::string_view(arguments[1]) == "images";
         const WideText folder = CurrentDirectory();
         const OwnedHandle process = StartLauncher(folder);
         launcher_process = process.Get();
         last_action_ms = GetTickCount64();
-        std::thread(EndWhenNothingHappens).detach();
+        std::thread(EndWhenLauncherHangs).detach();
         const bool is_machine = count == 3 && std::string_view(arguments[2]) == "machine";
-        const bool right = is_machine ? MachineTour(folder) : Tour(folder);
+        const bool is_correct = is_machine ? MachineTour(folder) : Tour(folder);
         DWORD exit_code = 1;
         GetExitCodeProcess(process.Get(), &exit_code);
         if (exit_code == STILL_ACTIVE)
             TerminateProcess(process.Get(), 1);
-        return right && exit_code == 0 ? 0 : 1;
+        return is_correct && exit_code == 0 ? 0 : 1;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

@@ -3,18 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include "base/path_ops.h"
 #include "launch/engine_command.h"
 #include "launch/engine_start.h"
 
-WideText InBuild(WideView name) {
-    WideText program(32768, WCHAR{});
-    program.resize(GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size())));
-    return JoinPath(ParentPath(program), name);
-}
-
 EngineEnd RunEngine(WideView engine, const ScratchFolder& folder, const VmConfig& config, EngineRun run) {
-    const WideText program = InBuild(engine);
+    const WideText program = BuildFile(engine);
     const WideText log = folder.Of(TEXT("veldranevm.log"));
     const OwnedHandle process = StartEngine(
         program, BuildEngineCommandLine(program, config, run == EngineRun::Dry), folder.path, log);

@@ -1,8 +1,6 @@
 // An engine that outlives its launcher.
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "form/form_ids.h"
 #include "launch/run_result.h"
 #include "launcher_run.h"
@@ -13,7 +11,7 @@ bool Contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
-TEST(EngineRun, ShowsTheGapThatAnEarlierEngineLeavesInTheLogAndLeavesItAlone) {
+TEST(EngineRun, ShowsZeroBytesThatAnEarlierEngineCausesInTheLogAndKeepsTheSelection) {
     LauncherRun run;
     run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu demo.octets=3000\n");
     run.Run([&] {
@@ -23,11 +21,12 @@ TEST(EngineRun, ShowsTheGapThatAnEarlierEngineLeavesInTheLogAndLeavesItAlone) {
         user::WaitForEnd();
     });
     EXPECT_EQ(Narrow(RunResultText(0xC0000005, false)), "Échec (code 3221225477). Consultez le journal.");
-    EXPECT_FALSE(Contains(run.Log(), "Machine arrêtée")) << "closing waits for nothing and stops nothing";
+    EXPECT_FALSE(Contains(run.Log(), "Machine arrêtée"))
+        << "closing the program neither waits for the engine nor stops it";
     UnregisterWindowClasses();
     run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu\n");
     Launcher next;
-    user::RunWithUser(next, [&] {
+    user::RunWithUserThread(next, [&] {
         user::Click(IDC_VERIFY);
         user::WaitForStatus(TEXT("Configuration vérifiée. Vous pouvez lancer la VM."));
         user::Click(IDC_KERNEL_COMMAND);
@@ -46,7 +45,7 @@ TEST(EngineRun, ShowsTheGapThatAnEarlierEngineLeavesInTheLogAndLeavesItAlone) {
         user::Pause(600);
         user::Do([&] {
             EXPECT_EQ(SendMessageW(GetDlgItem(next.log_window, 1), EM_GETSEL, 0, 0), MAKELPARAM(5, 9))
-                << "the text was set again";
+                << "the text was set again without a change";
         });
     });
 }

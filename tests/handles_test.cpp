@@ -1,4 +1,4 @@
-// Long use: what the program holds does not grow with the number of launches, saves and log windows.
+// The used resources do not grow with the number of saves, launches and log windows.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -21,13 +21,13 @@ void SaveLaunchAndShow(LauncherRun& run) {
     ShowLogWindow(launcher);
     PollEngine(launcher);
     const WideText engine_path = std::exchange(launcher.engine_path, run.folder.Of(TEXT("noyau.elf")));
-    EXPECT_THROW(LaunchEngine(launcher, false), std::runtime_error) << "a kernel is no program";
+    EXPECT_THROW(LaunchEngine(launcher, false), std::runtime_error) << "a kernel is not a program";
     launcher.engine_path = engine_path;
     DestroyWindow(launcher.log_window);
     EXPECT_FALSE(IsWindow(launcher.log_window));
 }
 
-TEST(Handles, StayAsManyHoweverOftenOneSavesAndLaunches) {
+TEST(Handles, DoNotIncreaseWithEachSaveAndLaunch) {
     constexpr std::size_t NOISE_BYTES = 100000;
     const int rounds = std::getenv("VELDRANE_LONG") == nullptr ? 30 : 1000;
     LauncherRun run;
@@ -37,10 +37,10 @@ TEST(Handles, StayAsManyHoweverOftenOneSavesAndLaunches) {
         user::Do([&] {
             for (int round = 0; round < 3; ++round)
                 SaveLaunchAndShow(run);
-            const Held before = WhatIsHeld();
+            const Resources before = UsedResources();
             for (int round = 0; round < rounds; ++round)
                 SaveLaunchAndShow(run);
-            const Held after = WhatIsHeld();
+            const Resources after = UsedResources();
             EXPECT_EQ(after.counts, before.counts);
             EXPECT_LT(after.bytes, before.bytes + NOISE_BYTES);
         });

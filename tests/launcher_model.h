@@ -1,16 +1,12 @@
-// The launcher as a plain record beside the program, moved by the same actions of the same user: what he must
-// see after each. It knows his files; all its texts are UTF-8.
+// A model of the launcher: the same actions change it and the program, and after each of them the program
+// must show what the model expects. The model includes the user's files. All texts are UTF-8.
 #pragma once
 
 #include <algorithm>
-#include <cstdint>
 #include <iterator>
-#include <map>
-#include <string>
 #include <utility>
-#include <vector>
 
-#include "demo/user/restless.h"
+#include "demo/user/random_user.h"
 #include "scratch.h"
 
 namespace model {
@@ -18,12 +14,12 @@ namespace model {
 using user::Action;
 using user::Kind;
 
-// One line of a configuration file and the control that shows it.
+// A key of the configuration file and the control that shows its value.
 struct Line {
     const char* key;
     UINT id;
     enum { Path, Text, Number, Choice } kind;
-    const char* first;  // as at the start
+    const char* default_value;
     std::uint64_t lowest = 0, highest = 0;
     const char* label = "";
 };
@@ -55,7 +51,7 @@ struct Record {
 
     explicit Record(std::map<std::string, std::string> set = {}) : values(std::move(set)) {
         for (const Line& line : LINES)
-            values.try_emplace(line.key, line.first);
+            values.try_emplace(line.key, line.default_value);
     }
 };
 
@@ -88,7 +84,7 @@ inline std::string LastElement(const std::string& path) {
     return path.substr(path.find_last_of("\\/") + 1);
 }
 
-// What a text in a field means: the full path, with neither dots nor double separators.
+// The full path for the text of a path field: without dots and double separators.
 inline std::string Resolved(const std::string& folder, const std::string& text) {
     if (text.empty())
         return {};
@@ -114,15 +110,15 @@ inline std::string Resolved(const std::string& folder, const std::string& text) 
 
 struct File {
     std::string bytes;
-    std::string refusal = {};  // what a load says
-    Record record = Record();  // or gives
-    bool is_there = true;
+    std::string load_error = {};  // the message when the file is no configuration
+    Record record = Record();     // the result of a load otherwise
+    bool exists = true;
 };
 
 struct Launcher {
     std::string home;
     std::map<std::string, File> files;
-    bool default_is_folder = false;  // something stands in the way of a save
+    bool default_is_folder = false;  // veldranevm.config is a folder, so a save fails
 
     std::map<UINT, std::string> form;
     Record config;
@@ -132,10 +128,10 @@ struct Launcher {
     int selected = -1, page = 0;
     bool is_minimised = false, is_log_in_front = false;
 
-    enum class Box { None, Error, Prompt, File, Complaint, Overwrite } box = Box::None;
-    enum class Asked { Load, Reset, Close, SaveAs, AddModule, Browse } asked = Asked::Load;
-    std::string box_text, box_folder, chosen;     // without a folder nobody knows where the file box is
-    UINT browsed = 0, told_field = 0, focus = 0;  // the field that an error speaks of gets the focus
+    enum class Box { None, Error, Prompt, File, FileError, Overwrite } box = Box::None;
+    enum class BoxPurpose { Load, Reset, Close, SaveAs, AddModule, Browse } box_purpose = BoxPurpose::Load;
+    std::string box_text, box_folder, chosen;      // box_folder is empty when it is not known
+    UINT browsed = 0, error_field = 0, focus = 0;  // focus is 0 when it is not known
     Record to_save;
 
     struct {
@@ -145,8 +141,8 @@ struct Launcher {
     } engine;
     std::uint64_t now_ms = 0, tick_ms = 250;
 
-    Launcher(std::string folder, std::map<std::string, File> world)
-        : home(std::move(folder)), files(std::move(world)) {
+    Launcher(std::string folder, std::map<std::string, File> user_files)
+        : home(std::move(folder)), files(std::move(user_files)) {
         FillForm();
         if (const std::string path = home + "\\veldranevm.config"; IsFile(path))
             Load(path);
@@ -203,15 +199,15 @@ struct Launcher {
         }
     }
 
-    // --- what the user can do ---
+    // --- actions ---
 
-    // The controls that are not always enabled.
+    // The controls that are enabled in some states only.
     std::map<UINT, bool> Enabling() const {
-        const bool sized = form.at(207) == "1", chosen_row = selected >= 0;
-        const bool above_another = chosen_row && selected + 1 < static_cast<int>(config.modules.size());
-        return {{208, sized},      {209, sized},        {210, form.at(211) == "0"},
-                {304, chosen_row}, {305, selected > 0}, {306, above_another},
-                {307, chosen_row}, {105, !engine.runs}, {106, !engine.runs}};
+        const bool has_size = form.at(207) == "1", is_selected = selected >= 0;
+        const bool is_above_another = is_selected && selected + 1 < static_cast<int>(config.modules.size());
+        return {{208, has_size},    {209, has_size},     {210, form.at(211) == "0"},
+                {304, is_selected}, {305, selected > 0}, {306, is_above_another},
+                {307, is_selected}, {105, !engine.runs}, {106, !engine.runs}};
     }
 
     bool IsEnabled(UINT id) const {
@@ -233,7 +229,8 @@ struct Launcher {
         return by_key || (action.kind == Kind::Click && (action.id == 105 || action.id == 106));
     }
 
-    // Does what the action does; false, with nothing done, where the user cannot do it now.
+    // Changes the model as the action changes the program. False, without a change, when the user cannot do
+    // it.
     bool Apply(const Action& action) {
         focus = 0;
         is_log_in_front = false;
@@ -281,7 +278,7 @@ struct Launcher {
             case Kind::Wait:
                 return true;
             case Kind::Close:
-                return IsFree() && dirty && Ask(Asked::Close);
+                return IsFree() && dirty && Ask(BoxPurpose::Close);
         }
         return false;
     }
@@ -298,23 +295,23 @@ struct Launcher {
         if (id != 307 && LineOf(id).kind == Line::Number)
             std::erase_if(text, [](char character) { return character < '0' || character > '9'; });
         if (form[id].size() > 7 && text.size() < 2)
-            return false;  // such a number may fill its field
+            return false;  // the field may be too narrow for another digit
         return text.empty() || Edit(id, form[id] + text);
     }
 
     bool Click(UINT id) {
         switch (id) {
             case 101:
-                return Ask(Asked::Load);
+                return Ask(BoxPurpose::Load);
             case 102:
                 SaveToCurrent();
                 return true;
             case 103:
                 if (ReadForm(to_save))
-                    OpenFileBox(Asked::SaveAs, config_path);
+                    OpenFileBox(BoxPurpose::SaveAs, config_path);
                 return true;
             case 104:
-                return Ask(Asked::Reset);
+                return Ask(BoxPurpose::Reset);
             case 105:
             case 106:
                 return Launch(id == 106);
@@ -326,39 +323,39 @@ struct Launcher {
             case 211:
                 return Edit(id, form[id] == "0" ? "1" : "0");
             case 303:
-                return OpenFileBox(Asked::AddModule, "");
+                return OpenFileBox(BoxPurpose::AddModule, "");
             case 304:
             case 305:
             case 306:
                 return EditModules(id);
-            default:  // a button that browses
+            default:  // a "Parcourir..." button
                 browsed = id < 400 ? id - 1 : id - 10;
                 return form[browsed].find('/') == std::string::npos &&
-                       OpenFileBox(Asked::Browse, form[browsed]);
+                       OpenFileBox(BoxPurpose::Browse, form[browsed]);
         }
     }
 
     // --- boxes ---
 
     bool Fail(const std::string& message, UINT field = 0) {
-        told_field = IsEnabled(field) ? field : 0;
+        error_field = IsEnabled(field) ? field : 0;
         status = message;
         box_text = "Veldrane VM\n" + message;
         box = Box::Error;
         return false;
     }
 
-    bool Ask(Asked what) {
-        asked = what;
+    bool Ask(BoxPurpose purpose) {
+        box_purpose = purpose;
         box = dirty ? Box::Prompt : Box::None;
         box_text = "Configuration modifiée\nEnregistrer les modifications de la configuration ?";
         return dirty || Proceed();
     }
 
     bool Proceed() {
-        if (asked == Asked::Load)
-            return OpenFileBox(asked, "");
-        return Adopt(Record(), "", "Réglages par défaut. Choisissez un noyau ELF.");
+        if (box_purpose == BoxPurpose::Load)
+            return OpenFileBox(box_purpose, "");
+        return UseConfig(Record(), "", "Réglages par défaut. Choisissez un noyau ELF.");
     }
 
     bool AnswerBox(int button) {
@@ -367,19 +364,19 @@ struct Launcher {
             box = Box::None;
             return true;
         }
-        if (answered == Box::Error || answered == Box::Complaint) {
+        if (answered == Box::Error || answered == Box::FileError) {
             box = button != IDOK ? answered : answered == Box::Error ? Box::None : Box::File;
             box_folder.clear();
-            focus = answered == Box::Error && button == IDOK ? told_field : 0;
+            focus = answered == Box::Error && button == IDOK ? error_field : 0;
             return button == IDOK;
         }
-        const bool is_there = button == IDYES || button == IDNO || button == IDCANCEL;
-        if (answered == Box::Overwrite && is_there && button != IDCANCEL) {
+        const bool has_button = button == IDYES || button == IDNO || button == IDCANCEL;
+        if (answered == Box::Overwrite && has_button && button != IDCANCEL) {
             box = Box::File;
-            return button == IDNO || TakeFile(chosen);
+            return button == IDNO || UseFile(chosen);
         }
-        if (answered != Box::Prompt || !is_there ||
-            (asked == Asked::Close && button != IDCANCEL && !SaveFails(button)))
+        if (answered != Box::Prompt || !has_button ||
+            (box_purpose == BoxPurpose::Close && button != IDCANCEL && !SaveFails(button)))
             return false;
         box = Box::None;
         if (button == IDNO || (button == IDYES && SaveToCurrent()))
@@ -387,14 +384,14 @@ struct Launcher {
         return true;
     }
 
-    // The program goes on after a close only where the save behind a yes fails.
+    // After a close and the answer Yes, the program continues only when the save fails.
     bool SaveFails(int button) const {
         return button == IDYES && !Launcher(*this).SaveToCurrent();
     }
 
-    bool OpenFileBox(Asked what, const std::string& first_file) {
+    bool OpenFileBox(BoxPurpose purpose, const std::string& first_file) {
         box = Box::File;
-        asked = what;
+        box_purpose = purpose;
         box_folder = run_directory;
         if (first_file.find('\\') != std::string::npos)
             box_folder = Parent(Resolved(run_directory, first_file));
@@ -405,7 +402,7 @@ struct Launcher {
 
     bool IsFile(const std::string& path) const {
         const auto file = files.find(path);
-        return file != files.end() && file->second.is_there;
+        return file != files.end() && file->second.exists;
     }
 
     bool IsFolder(const std::string& path) const {
@@ -414,34 +411,34 @@ struct Launcher {
     }
 
     bool ChooseFile(const std::string& name) {
-        const bool browses_for_dump = asked == Asked::Browse && browsed == 212;
-        const bool saves = asked == Asked::SaveAs || browses_for_dump;
+        const bool browses_for_dump = box_purpose == BoxPurpose::Browse && browsed == 212;
+        const bool saves = box_purpose == BoxPurpose::SaveAs || browses_for_dump;
         chosen = Resolved(box_folder.empty() ? home : box_folder, name);
         if (IsFolder(chosen) || chosen.ends_with(".exe") || (box_folder.empty() && !HasDrive(name)))
-            return false;  // a folder is where the box would go
+            return false;  // a file box would open the folder
         const bool is_bare = LastElement(chosen).find('.') == std::string::npos;
         if (is_bare && !saves && IsFile(chosen + ".config"))
-            return false;  // boxes do not agree on this
+            return false;  // the two builds add the extension in different cases
         if (is_bare)
-            chosen += asked == Asked::Load || asked == Asked::SaveAs ? ".config"
-                      : browses_for_dump                             ? ".ppm"
-                                                                     : "";
+            chosen += box_purpose == BoxPurpose::Load || box_purpose == BoxPurpose::SaveAs ? ".config"
+                      : browses_for_dump                                                   ? ".ppm"
+                                                                                           : "";
         if (!IsFolder(Parent(chosen)) || (!saves && !IsFile(chosen)))
-            box = Box::Complaint;
+            box = Box::FileError;
         else if (saves && IsFile(chosen))
             box = Box::Overwrite;
         else
-            TakeFile(chosen);
+            UseFile(chosen);
         return true;
     }
 
-    bool TakeFile(const std::string& path) {
+    bool UseFile(const std::string& path) {
         box = Box::None;
-        if (asked == Asked::Load)
+        if (box_purpose == BoxPurpose::Load)
             Load(path);
-        else if (asked == Asked::SaveAs)
+        else if (box_purpose == BoxPurpose::SaveAs)
             Save(path, to_save);
-        else if (asked == Asked::Browse)
+        else if (box_purpose == BoxPurpose::Browse)
             Edit(browsed, path);
         else
             AddModule(path);
@@ -488,7 +485,7 @@ struct Launcher {
         return row < 0 || row >= static_cast<int>(config.modules.size()) || SelectRow(row);
     }
 
-    bool Adopt(Record record, const std::string& path, const char* message) {
+    bool UseConfig(Record record, const std::string& path, const char* message) {
         config = std::move(record);
         config_path = path;
         run_directory = path.empty() ? home : Parent(path);
@@ -500,14 +497,15 @@ struct Launcher {
 
     bool Load(const std::string& path) {
         const File& file = files.at(path);
-        return file.refusal.empty() ? Adopt(file.record, path, "Configuration chargée.") : Fail(file.refusal);
+        return file.load_error.empty() ? UseConfig(file.record, path, "Configuration chargée.")
+                                       : Fail(file.load_error);
     }
 
     bool Save(const std::string& target, const Record& record) {
         if (IsFolder(target))
             return Fail("Enregistrement impossible ; l'ancienne configuration est conservée.");
         files[target] = {FileText(record), "", record};
-        return Adopt(record, target, "Configuration enregistrée.");
+        return UseConfig(record, target, "Configuration enregistrée.");
     }
 
     bool SaveToCurrent() {
@@ -516,7 +514,7 @@ struct Launcher {
                Save(config_path.empty() ? home + "\\veldranevm.config" : config_path, record);
     }
 
-    void TakeModules(Record record, int row) {
+    void UseModules(Record record, int row) {
         config = std::move(record);
         dirty = true;
         FillForm();
@@ -530,7 +528,7 @@ struct Launcher {
         if (!ReadForm(record))
             return false;
         record.modules.emplace_back(path, LastElement(path));
-        TakeModules(record, static_cast<int>(record.modules.size()) - 1);
+        UseModules(record, static_cast<int>(record.modules.size()) - 1);
         return true;
     }
 
@@ -544,13 +542,13 @@ struct Launcher {
             record.modules.erase(row);
         else
             std::iter_swap(row, record.modules.begin() + target);
-        TakeModules(record, target);
+        UseModules(record, target);
         return true;
     }
 
     // --- the run ---
 
-    // Why the engine cannot start; empty when it can, with the code that it ends with.
+    // The error of a launch; empty when the engine can start, with its exit code in `code`.
     std::string LaunchFailure(Record& record, unsigned long& code) {
         std::vector<std::string> needed{record.values["kernel"]};
         if (needed[0].empty())
@@ -578,7 +576,7 @@ struct Launcher {
             return Fail(failure, record.values["kernel"].empty() ? 201 : 0) || true;
         const std::string& words = record.values["command"];
         if (!words.starts_with("demo.duree=0 demo.lignes=0"))
-            return false;  // it would take its time
+            return false;  // this engine would run for a while
         const std::size_t named = words.find("demo.code=");
         const bool waits = code == 0 && !is_dry && words.find("demo.attend=") != std::string::npos;
         if (code == 0 && !is_dry && named != std::string::npos)
@@ -590,7 +588,7 @@ struct Launcher {
         return true;
     }
 
-    // --- the world ---
+    // --- files ---
 
     bool ToggleFile(const std::string& path) {
         if (path == home + "\\dossier") {
@@ -599,46 +597,46 @@ struct Launcher {
         }
         if (files.count(path) == 0 || IsFolder(path))
             return false;
-        files[path].is_there = !files[path].is_there;
+        files[path].exists = !files[path].exists;
         return true;
     }
 
-    // --- what it looks like ---
+    // --- what the program must show ---
 
-    user::Looks Looks() const {
-        user::Looks looks = {config.values.begin(), config.values.end()};
-        looks["title"] = std::string("Veldrane VM — Configuration") + (dirty ? " *" : "");
-        looks["line"] = config_path.empty() ? "Nouvelle configuration — non enregistrée" : config_path;
-        looks["line"] += dirty ? "  (modifiée)" : "";
-        looks["status"] = status;
-        looks["dirty"] = dirty ? "yes" : "no";
-        looks["config_path"] = config_path;
-        looks["run_directory"] = run_directory;
-        looks["selected_module"] = looks["selected row"] = std::to_string(selected);
-        looks["engine"] = engine.runs ? "runs" : "";
-        looks["log_path"] = log_path;
-        looks["log"] = log;
-        looks["log text"] = log_text;
+    user::Snapshot Expected() const {
+        user::Snapshot snapshot = {config.values.begin(), config.values.end()};
+        snapshot["title"] = std::string("Veldrane VM — Configuration") + (dirty ? " *" : "");
+        snapshot["line"] = config_path.empty() ? "Nouvelle configuration — non enregistrée" : config_path;
+        snapshot["line"] += dirty ? "  (modifiée)" : "";
+        snapshot["status"] = status;
+        snapshot["dirty"] = dirty ? "yes" : "no";
+        snapshot["config_path"] = config_path;
+        snapshot["run_directory"] = run_directory;
+        snapshot["selected_module"] = snapshot["selected row"] = std::to_string(selected);
+        snapshot["engine"] = engine.runs ? "runs" : "";
+        snapshot["log_path"] = log_path;
+        snapshot["log"] = log;
+        snapshot["log text"] = log_text;
         for (const auto& [id, text] : form)
-            looks["field " + std::to_string(id)] = text;
+            snapshot["field " + std::to_string(id)] = text;
         for (const auto& [id, is_enabled] : Enabling())
-            looks["enabled " + std::to_string(id)] = is_enabled ? "yes" : "no";
+            snapshot["enabled " + std::to_string(id)] = is_enabled ? "yes" : "no";
         for (std::size_t at = 0; at < config.modules.size(); ++at) {
             const std::string row = config.modules[at].first + " : " + config.modules[at].second + "\n";
-            looks["modules"] += row;
-            looks["rows"] += at < 8 || at + 1 == config.modules.size() ? row : "";
+            snapshot["modules"] += row;
+            snapshot["rows"] += at < 8 || at + 1 == config.modules.size() ? row : "";
         }
         if (box == Box::Error || box == Box::Prompt)
-            looks["box"] = box_text;
+            snapshot["box"] = box_text;
         else if (box != Box::None)
-            looks["box"] = box == Box::File ? "a file box" : "a question of the file box";
+            snapshot["box"] = box == Box::File ? "a file box" : "a question of the file box";
         if (is_log_in_front)
-            looks["focus"] = "in the log";
+            snapshot["focus"] = "in the log";
         else if (focus != 0)
-            looks["focus"] = std::to_string(focus) + (form.at(focus).empty() ? "" : ", all selected");
+            snapshot["focus"] = std::to_string(focus) + (form.at(focus).empty() ? "" : ", all selected");
         if (IsFile(config_path))
-            looks["file"] = files.at(config_path).bytes;
-        return looks;
+            snapshot["file"] = files.at(config_path).bytes;
+        return snapshot;
     }
 };
 

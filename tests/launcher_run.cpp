@@ -1,35 +1,22 @@
-// A run of the whole program in a folder of its own.
+// Runs the program in a temporary folder.
 #include "launcher_run.h"
 
 #include <gtest/gtest.h>
 
-#include <vector>
-
-#include "base/path_ops.h"
 #include "launch/log_window.h"
 #include "shell/dispatch.h"
 
-namespace {
-
-WideText ModuleFolder() {
-    std::vector<WCHAR> path(32768);
-    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    return ParentPath(WideView(path.data(), length));
-}
-
-}  // namespace
-
 LauncherRun::LauncherRun() {
     SetCurrentDirectoryW(folder.path.c_str());
-    WriteBytes(folder.Of(TEXT("noyau.elf")), ReadBytes(JoinPath(ModuleFolder(), TEXT("demo_kernel.elf"))));
+    WriteBytes(folder.Of(TEXT("noyau.elf")), ReadBytes(BuildFile(TEXT("demo_kernel.elf"))));
 }
 
 LauncherRun::~LauncherRun() {
-    SetCurrentDirectoryW(ModuleFolder().c_str());
+    SetCurrentDirectoryW(BuildFile({}).c_str());
 }
 
 int LauncherRun::Run(const std::function<void()>& story) {
-    return user::RunWithUser(launcher, story);
+    return user::RunWithUserThread(launcher, story);
 }
 
 void LauncherRun::WriteConfig(WideView name, std::string_view lines) const {
@@ -50,7 +37,7 @@ std::string TakeErrorBox() {
         ADD_FAILURE() << "no error box";
         return {};
     }
-    const std::string text = user::BoxText();
+    std::string text = user::BoxText();
     user::AnswerBox(IDOK);
     return text;
 }

@@ -1,4 +1,4 @@
-// Files for tests, by the language's own library.
+// Files for tests, by the standard library.
 #include "scratch.h"
 
 #include <algorithm>
@@ -10,16 +10,16 @@ namespace fs = std::filesystem;
 
 namespace {
 
-fs::path FreshFolder() {
-    static unsigned made = 0;
-    const std::string run = std::to_string(GetCurrentProcessId()) + "-" + std::to_string(made++);
-    return fs::temp_directory_path() / ("veldrane-tests-" + run);
+fs::path NewFolder() {
+    static unsigned count = 0;
+    const std::string number = std::to_string(GetCurrentProcessId()) + "-" + std::to_string(count++);
+    return fs::temp_directory_path() / ("veldrane-tests-" + number);
 }
 
 }  // namespace
 
 ScratchFolder::ScratchFolder() {
-    const fs::path outer = FreshFolder();
+    const fs::path outer = NewFolder();
     fs::remove_all(outer);
     fs::create_directories(outer / fs::path(u8"été 1"));
     path = WindowsPath(outer / fs::path(u8"été 1"));
@@ -32,6 +32,12 @@ ScratchFolder::~ScratchFolder() {
 
 WideText ScratchFolder::Of(WideView name) const {
     return path + TEXT("\\") + WideText(name);
+}
+
+WideText BuildFile(WideView name) {
+    WideText program(32768, WCHAR{});
+    program.resize(GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size())));
+    return program.substr(0, program.rfind(TEXT('\\')) + 1) + WideText(name);
 }
 
 void WriteBytes(WideView path, std::string_view bytes) {

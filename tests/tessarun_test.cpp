@@ -1,4 +1,4 @@
-// The stand-in engine: its command line, and whole runs that are started as by the launcher.
+// The stand-in engine: its command line, and runs started as by the launcher.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -15,7 +15,7 @@
 
 namespace {
 
-// Splits arguments at bars.
+// Splits a text at bars.
 std::vector<WideText> Split(std::string_view text) {
     std::vector<WideText> parts{WideText()};
     for (const WCHAR character : Wide(text))
@@ -26,14 +26,14 @@ std::vector<WideText> Split(std::string_view text) {
     return parts;
 }
 
-// Runs the stand-in on the build's kernel, unless the record names another.
+// Runs the stand-in with the build's kernel, unless the record contains another one.
 EngineEnd RunStandIn(const ScratchFolder& folder, VmConfig config, EngineRun run) {
     if (config.kernel.empty())
-        config.kernel = InBuild(TEXT("demo_kernel.elf"));
+        config.kernel = BuildFile(TEXT("demo_kernel.elf"));
     return RunEngine(TEXT("tessarun.exe"), folder, config, run);
 }
 
-TEST(Tessarun, ReadsEachValueOfTheCommandLineIntoItsPlace) {
+TEST(Tessarun, StoresEachValueOfTheCommandLineInItsField) {
     const EngineRequest request = ParseEngineArguments(
         Split("k.elf|--ram|256|--zoom|1|--timeout|60000|--cmdline|--dry-run|--dump-fb|d.ppm|--fb|1024|768|"
               "--headless|--force-no-header|--ide-primary-master|0|--ide-primary-slave|1|"
@@ -52,7 +52,7 @@ TEST(Tessarun, ReadsEachValueOfTheCommandLineIntoItsPlace) {
     EXPECT_TRUE(ParseEngineArguments(BuildEngineArguments(config, true)).dry_run);
 }
 
-TEST(Tessarun, RefusesAnyOtherCommandLine) {
+TEST(Tessarun, RefusesAnIncorrectCommandLine) {
     const std::string START = "k|--ram|16|--zoom|1|--timeout|0";
     const struct {
         std::string arguments;
@@ -78,7 +78,7 @@ TEST(Tessarun, RefusesAnyOtherCommandLine) {
     EXPECT_EQ(MessageOf([&] { ParseEngineArguments(modules); }), "--module-args : Maximum : 128 modules.");
 }
 
-TEST(Tessarun, PrintsItsArgumentsAndInheritedHandlesAndPlaysItsMachine) {
+TEST(Tessarun, PrintsItsArgumentsAndInheritedHandlesAndSimulatesAMachine) {
     const ScratchFolder folder;
     SECURITY_ATTRIBUTES inherit = {sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
     const OwnedHandle other(CreateFileW(folder.Of(TEXT("autre")).c_str(), GENERIC_WRITE,
@@ -89,10 +89,11 @@ TEST(Tessarun, PrintsItsArgumentsAndInheritedHandlesAndPlaysItsMachine) {
     const EngineEnd end = RunStandIn(folder, config, EngineRun::Real);
     EXPECT_EQ(end.exit_code, 7U);
     EXPECT_EQ(end.log.find("Moteur de démonstration"), 0U) << end.log;
-    EXPECT_TRUE(end.Says("\n--cmdline\n" + Narrow(config.command) + "\n"));
-    EXPECT_TRUE(end.Says("\nRépertoire de travail : " + Narrow(folder.path) + "\n")) << end.log;
-    EXPECT_TRUE(end.Says("Machine démarrée.\nbonjour\n" + std::string(63, '.') + "\n" + std::string(36, '.') +
-                         "\xFF\nLigne 1 sur 2.\nLigne 2 sur 2.\nMachine arrêtée, code 7.\n"))
+    EXPECT_TRUE(end.LogContains("\n--cmdline\n" + Narrow(config.command) + "\n"));
+    EXPECT_TRUE(end.LogContains("\nRépertoire de travail : " + Narrow(folder.path) + "\n")) << end.log;
+    EXPECT_TRUE(end.LogContains("Machine démarrée.\nbonjour\n" + std::string(63, '.') + "\n" +
+                                std::string(36, '.') +
+                                "\xFF\nLigne 1 sur 2.\nLigne 2 sur 2.\nMachine arrêtée, code 7.\n"))
         << end.log;
     std::set<std::string> inherited;
     const std::string mark = "Handle hérité : ";
@@ -103,7 +104,7 @@ TEST(Tessarun, PrintsItsArgumentsAndInheritedHandlesAndPlaysItsMachine) {
     EXPECT_EQ(inherited.size(), 2U) << "the log and the standard input: " << end.log;
 }
 
-TEST(Tessarun, EndsWithTheCodeOfItsOutcome) {
+TEST(Tessarun, ReturnsTheExitCodeOfItsResult) {
     const ScratchFolder folder;
     WriteBytes(folder.Of(TEXT("secteurs")), std::string(1024, '\0'));
     WriteBytes(folder.Of(TEXT("reste")), std::string(1023, '\0'));
@@ -136,7 +137,7 @@ TEST(Tessarun, EndsWithTheCodeOfItsOutcome) {
         const EngineEnd dry = RunStandIn(folder, config, EngineRun::Dry);
         EXPECT_EQ(dry.exit_code, tested.dry_code) << dry.log;
         EXPECT_EQ(dry.log.ends_with("\nVérification réussie.\n"), tested.dry_code == 0) << dry.log;
-        EXPECT_FALSE(dry.Says("Machine")) << dry.log;
+        EXPECT_FALSE(dry.LogContains("Machine")) << dry.log;
         const EngineEnd run = RunStandIn(folder, config, EngineRun::Real);
         EXPECT_EQ(run.exit_code, tested.run_code) << run.log;
         EXPECT_TRUE(run.log.ends_with(tested.last_line)) << run.log;

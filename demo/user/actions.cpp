@@ -1,4 +1,4 @@
-// What a user does with mouse and keyboard, as messages and input to the windows that he sees.
+// The user's actions: mouse and keyboard input, and messages that read the windows.
 #include <string>
 #include <vector>
 
@@ -19,7 +19,7 @@ void SendKey(WORD key, DWORD flags) {
     INPUT input{};
     input.type = INPUT_KEYBOARD;
     input.ki.wVk = key;
-    // The keys between the letters and the keypad; without the mark they would be the keypad's.
+    // The arrow keys and their neighbours; without the flag they are keys of the numeric keypad.
     const bool extended = key >= VK_PRIOR && key <= VK_DELETE;
     input.ki.dwFlags = flags | (extended ? KEYEVENTF_EXTENDEDKEY : 0);
     SendInput(1, &input, sizeof input);
@@ -81,14 +81,14 @@ BOOL CALLBACK VisibleOfClass(HWND window, LPARAM lparam) {
 }
 
 HWND FindVisible(WideView class_name) {
-    // Another program's boxes are not ours to answer.
+    // Other programs may have boxes of this class.
     const HWND program = FindWindowW(MAIN_WINDOW_CLASS, nullptr);
     ClassSearch search{class_name, program == nullptr ? 0 : ProcessOf(program), nullptr};
     EnumWindows(VisibleOfClass, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
 
-// The controls of a file box are not always children of the box itself.
+// The controls of a file box are not always direct children of the box.
 HWND FindDescendant(HWND window, int id) {
     for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
         if (GetDlgCtrlID(child) == id)
@@ -99,7 +99,7 @@ HWND FindDescendant(HWND window, int id) {
     return nullptr;
 }
 
-// The field for the file's name: one of two, of which a box shows one.
+// A file box has one of two controls for the file's name.
 HWND NameFieldOf(HWND box) {
     for (const int id : {FILE_NAME_COMBO, FILE_NAME_EDIT}) {
         const HWND field = FindDescendant(box, id);
@@ -127,7 +127,7 @@ HWND LogWindow() {
 }
 
 HWND Box() {
-    return Ask<HWND>([] { return FindVisible(TEXT("#32770")); });
+    return Ask<HWND>([] { return FindVisible(BOX_CLASS); });
 }
 
 HWND Control(UINT id) {
@@ -171,10 +171,9 @@ std::string BoxText() {
     return Ask<std::string>([&] {
         std::string text = Utf8FromWide(ReadText(box));
         for (HWND child = GetWindow(box, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
-            const WideText line = ClassOf(child) == TEXT("Static") || ClassOf(child) == TEXT("STATIC")
-                                      ? ReadText(child)
-                                      : WideText();
-            if (!line.empty())
+            const WideText name = ClassOf(child);
+            const bool is_static = name == TEXT("Static") || name == TEXT("STATIC");
+            if (const WideText line = is_static ? ReadText(child) : WideText(); !line.empty())
                 text += "\n" + Utf8FromWide(line);
         }
         return text;
@@ -187,11 +186,11 @@ bool WaitForStatus(WideView text, unsigned limit_ms) {
 }
 
 bool WaitForBox() {
-    return WaitUntil([] { return FindVisible(TEXT("#32770")) != nullptr; });
+    return WaitUntil([] { return FindVisible(BOX_CLASS) != nullptr; });
 }
 
 bool WaitForNoBox() {
-    return WaitUntil([] { return FindVisible(TEXT("#32770")) == nullptr; });
+    return WaitUntil([] { return FindVisible(BOX_CLASS) == nullptr; });
 }
 
 void Click(UINT id) {
@@ -256,7 +255,7 @@ void FillWindow(HWND field, WideView text) {
 void ChooseTab(int index) {
     const HWND tabs = Control(IDC_PAGE_TABS);
     ClickAt(tabs, 20, 10);
-    Press(VK_LEFT);  // a second click in short order chooses nothing
+    Press(VK_LEFT);  // a second click would be ignored if it follows soon after the first
     for (int step = 0; step < index; ++step)
         Press(VK_RIGHT);
     WaitUntil([&] { return SendMessageW(tabs, TCM_GETCURSEL, 0, 0) == index; }, 3000);

@@ -1,7 +1,7 @@
-// What a person does with the program, for the tests and the demonstration: look at its windows, click, type,
-// press keys, answer boxes, wait. Input goes through the platform's own input queue, so hit-testing, focus
-// and disabled windows count as they do for a person. Only handles and marshalled messages cross over, so the
-// program may run in this process or in another one.
+// The actions of a person who uses the program, for the tests and the demonstration: looks at its windows,
+// clicks, types, presses keys, answers boxes, waits. Input is sent through the platform's input queue, so
+// that hit-testing, the focus and disabled windows have the same effect as for a person. Only window handles
+// and marshalled messages are used, so the program may run in this process or in another one.
 #pragma once
 
 #include <functional>
@@ -12,40 +12,42 @@
 
 namespace user {
 
-// --- acting beside the program ---
+// The class of message boxes and file boxes.
+inline constexpr WCHAR BOX_CLASS[] = TEXT("#32770");
 
-// Runs RunLauncher on this thread while `story` acts as the user on another one, one action at a time. What
-// the story leaves open is closed without saving. Gives the exit code of the program. What the story throws
-// is thrown here.
-int RunWithUser(Launcher& launcher, const std::function<void()>& story);
+// --- running the program in this process ---
 
-// Runs RunLauncher on this thread and calls the user on it too, from a timer: each time that the program has
-// no message, no input and nothing to paint any more, also inside its modal boxes. `step` may act by
-// everything below, which only takes effect once it has returned, and never waits. It gives the milliseconds
-// up to its next call, 0 for none: what is open then is closed without saving. `pass_time` is told each time
-// how long the program will wait; whoever has taken the clock moves it there. Gives the exit code; throws
-// what the step does.
-int RunWithin(Launcher& launcher, const std::function<unsigned()>& step,
-              const std::function<void(unsigned)>& pass_time);
+// Runs RunLauncher on this thread and `story`, the user, on another one. The user's actions run on this
+// thread, one at a time. After the story, the windows that it has left open are closed without saving.
+// Returns the exit code of the program. Throws what the story throws.
+int RunWithUserThread(Launcher& launcher, const std::function<void()>& story);
 
-// Runs `action` between two messages of the program, also inside its modal boxes. Everything below goes
-// through it.
+// Runs RunLauncher on this thread and, from a timer, calls `step`, the user, on the same thread: whenever the
+// program has no message, no input and nothing to paint, also inside its modal boxes. The step may call all
+// functions below; their input takes effect after the step has returned, and none of them waits. The step
+// returns the milliseconds until its next call; after 0 it is not called again, and the windows that are open
+// are closed without saving. `pass_time` is called with the milliseconds until the next step; a caller that
+// controls the clock advances it there. Returns the exit code of the program. Throws what the step throws.
+int RunWithUserCallback(Launcher& launcher, const std::function<unsigned()>& step,
+                        const std::function<void(unsigned)>& pass_time);
+
+// Runs `action` between two messages of the program, also inside its modal boxes. All functions below use it.
 void Do(const std::function<void()>& action);
 
-// Asks `condition` at every moment at which an action can run; true once it has come true. When it has not in
-// time, a user beside the program ends his story there, by an exception that tells what was on the screen;
-// one in another process gets false.
+// Evaluates `condition` whenever an action can run, until it is true or the time is over. Returns true when
+// it became true. At the time limit, a user on a thread of this process throws an exception that reports the
+// texts on the screen; a user in another process returns false.
 bool WaitUntil(const std::function<bool()>& condition, unsigned limit_ms = 15000);
 
-// Lets the program go on for a while.
+// Blocks the user, not the program, for this time.
 void Pause(unsigned ms);
 
-// True once the program has ended; false when it has not in time.
+// True once the program has ended; false at the time limit.
 bool WaitForEnd(unsigned limit_ms = 15000);
 
 // --- looking ---
 
-// The program's windows; null where there is none. A box is a message box or a file box, the one on top.
+// The program's windows; null when there is none. Box is the topmost message box or file box.
 HWND MainWindow();
 HWND LogWindow();
 HWND Box();
@@ -62,15 +64,14 @@ WideText Status();
 // The title bar's text and all static text of a message box, one line each.
 std::string BoxText();
 
-// True when the status line comes to hold this text in time.
+// True once the status line contains this text; at the time limit as WaitUntil.
 bool WaitForStatus(WideView text, unsigned limit_ms = 15000);
 bool WaitForBox();
 bool WaitForNoBox();
 
 // --- acting ---
 
-// A click with the mouse in the middle of a control, once it is visible. A disabled one is clicked all the
-// same.
+// Waits until the control is visible and clicks in its middle, whether it is enabled or not.
 void Click(UINT id);
 void ClickWindow(HWND window);
 void ClickAt(HWND window, int x, int y);  // client coordinates
@@ -79,23 +80,23 @@ void Type(WideView text);
 void Press(WORD key);
 void PressWith(WORD modifier, WORD key);
 
-// Clicks into an edit field and replaces all that it holds by typing.
+// Clicks into an edit field and replaces its text by typing.
 void Fill(UINT id, WideView text);
 void FillWindow(HWND field, WideView text);
 
-// The tab page with this index, by the mouse on the first header and then the arrow keys.
+// Selects the tab page with this index: a click on the first tab, then the arrow keys.
 void ChooseTab(int index);
 
-// A row of the module list, by the mouse; only where the program runs in this process.
+// Clicks a row of the module list; only where the program runs in this process.
 void ChooseRow(int index);
 
-// Presses the box's button with this identifier.
+// Clicks the box's button with this identifier.
 void AnswerBox(int button_id);
 
-// The field for the file's name in the file box that is up.
+// The field for the file's name in the open file box.
 HWND FileNameField();
 
-// Types a file's name into a file box and confirms it, or cancels the box.
+// Types a file's name into the file box and confirms it, or cancels the box.
 void ChooseFile(WideView path);
 void CancelFile();
 

@@ -1,4 +1,4 @@
-// Real machines: the engine, started as by the launcher, boots the project's kernel on the emulator.
+// The engine, started as by the launcher, boots the project's kernel on the emulator.
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
@@ -14,7 +14,7 @@
 
 namespace {
 
-TEST(PictureFaults, LeaveTheOldPicture) {
+TEST(PictureFaults, LeaveTheOldPictureUnchanged) {
     const ScratchFolder folder;
     const WideText source = folder.Of(TEXT("new"));
     const WideText target = folder.Of(TEXT("écran.ppm"));
@@ -37,7 +37,7 @@ protected:
         if (!MessageOf(FindEmulator).empty())
             GTEST_SKIP() << "no emulator on this machine";
         setenv("TMPDIR", NativePath(folder.path).c_str(), 1);  // for the engine
-        config.kernel = InBuild(TEXT("machine_kernel.elf"));
+        config.kernel = BuildFile(TEXT("machine_kernel.elf"));
         config.ram_mib = 32;
         config.timeout_ms = 60000;
         config.headless = true;
@@ -59,7 +59,7 @@ protected:
     VmConfig config;
 };
 
-TEST_F(Machine, BootsAKernelWithItsModulesItsDiskAndItsScreen) {
+TEST_F(Machine, BootsAKernelWithModulesADiskAndAScreen) {
     const WideText picture = folder.Of(TEXT("écran, 1.ppm"));
     WriteBytes(folder.Of(TEXT("un, deux.bin")), std::string(5000, '\1'));
     WriteBytes(folder.Of(TEXT("trois.bin")), "");
@@ -82,7 +82,7 @@ TEST_F(Machine, BootsAKernelWithItsModulesItsDiskAndItsScreen) {
           "arguments []\n",
           "\nDisque, secteur 0 : [secteur]\nÉcran : 320 x 200 x 32\nFin.\n",
           "\nMachine arrêtée par le noyau, code 200.\n"})
-        EXPECT_TRUE(run.Says(line)) << line << "\n" << run.log;
+        EXPECT_TRUE(run.LogContains(line)) << line << "\n" << run.log;
     const std::string image = ReadBytes(picture);
     const std::string start = "P6\n320 200\n255\n";
     ASSERT_EQ(image.substr(0, start.size()), start);
@@ -95,7 +95,7 @@ TEST_F(Machine, BootsAKernelWithItsModulesItsDiskAndItsScreen) {
     EXPECT_EQ(pixel(318, 1), "\xFD\x01\x40") << "red grows to the right";
 }
 
-TEST_F(Machine, EndsAsItsKernelDoes) {
+TEST_F(Machine, EndsWithTheExitCodeOfTheKernel) {
     const struct {
         WideView arguments;
         DWORD exit_code;
@@ -113,11 +113,11 @@ TEST_F(Machine, EndsAsItsKernelDoes) {
         const EngineEnd run = Run(tested.arguments);
         EXPECT_EQ(run.exit_code, tested.exit_code) << run.log;
         EXPECT_TRUE(run.log.ends_with("\nFin.\n" + std::string(tested.last_line))) << run.log;
-        EXPECT_EQ(ReadBytes(config.dump).substr(0, 10), "P6\n640 480") << "as the kernel's header requests";
+        EXPECT_EQ(ReadBytes(config.dump).substr(0, 10), "P6\n640 480") << "the mode in the kernel's header";
     }
 }
 
-TEST_F(Machine, AcceptsAKernelWithoutHeaderAndReportsWhatItCannotDo) {
+TEST_F(Machine, AcceptsAKernelWithoutHeaderAndReportsErrors) {
     std::string kernel = ReadBytes(config.kernel);
     kernel.replace(kernel.find("\x02\xB0\xAD\x1B"), 4, "none");
     config.kernel = folder.Of(TEXT("sans en-tête.elf"));
@@ -126,12 +126,13 @@ TEST_F(Machine, AcceptsAKernelWithoutHeaderAndReportsWhatItCannotDo) {
     config.force_no_header = true;
     const EngineEnd run = Run(TEXT("code=5"));
     EXPECT_EQ(run.exit_code, 5U) << run.log;
-    EXPECT_TRUE(run.Says("\nÉcran : texte\n")) << run.log;
+    EXPECT_TRUE(run.LogContains("\nÉcran : texte\n")) << run.log;
 
     config.dump = folder.Of(TEXT("absent\\écran.ppm"));
     const EngineEnd without_folder = Run(TEXT(""));
     EXPECT_EQ(without_folder.exit_code, 1U);
-    EXPECT_TRUE(without_folder.Says("\nErreur : Image de l'écran impossible : ")) << without_folder.log;
+    EXPECT_TRUE(without_folder.LogContains("\nErreur : Image de l'écran impossible : "))
+        << without_folder.log;
 
     const EngineEnd dry = Run(TEXT("code=5"), EngineRun::Dry);
     EXPECT_EQ(dry.exit_code, 0U);
@@ -139,14 +140,15 @@ TEST_F(Machine, AcceptsAKernelWithoutHeaderAndReportsWhatItCannotDo) {
     unsetenv("DISPLAY");
     unsetenv("WAYLAND_DISPLAY");
     config.headless = false;
-    EXPECT_TRUE(
-        Run(TEXT(""), EngineRun::Dry).Says("\nErreur : Aucun affichage pour la fenêtre de la machine : "));
+    EXPECT_TRUE(Run(TEXT(""), EngineRun::Dry)
+                    .LogContains("\nErreur : Aucun affichage pour la fenêtre de la machine : "));
     config.headless = true;
     setenv("TESSARUN_QEMU", "/tmp", 1);
     const EngineEnd without_emulator = Run(TEXT(""), EngineRun::Dry);
     unsetenv("TESSARUN_QEMU");
     EXPECT_EQ(without_emulator.exit_code, 1U);
-    EXPECT_TRUE(without_emulator.Says("\nErreur : Émulateur introuvable : TESSARUN_QEMU nomme /tmp\n"));
+    EXPECT_TRUE(
+        without_emulator.LogContains("\nErreur : Émulateur introuvable : TESSARUN_QEMU nomme /tmp\n"));
 
     const WideText disk = folder.Of(TEXT("disque"));
     config.ide[1] = disk;
@@ -163,7 +165,7 @@ TEST_F(Machine, AcceptsAKernelWithoutHeaderAndReportsWhatItCannotDo) {
         chmod(NativePath(disk).c_str(), tested.mode);
         const EngineEnd refused = Run(TEXT(""));
         EXPECT_EQ(refused.exit_code, 1U);
-        EXPECT_TRUE(refused.Says(tested.message)) << refused.log;
+        EXPECT_TRUE(refused.LogContains(tested.message)) << refused.log;
     }
 }
 

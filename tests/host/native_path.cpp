@@ -1,4 +1,4 @@
-// The paths of the layer as the machine knows them, and what the layer and the machine count.
+// Paths, the clipboard and used resources over the layer.
 #include <malloc.h>
 
 #include <iterator>
@@ -24,7 +24,7 @@ WideText ClipboardText() {
     return host::ClipboardText();
 }
 
-Held WhatIsHeld() {
+Resources UsedResources() {
     std::size_t windows = 0;
     const auto count = [](HWND, LPARAM total) -> BOOL {
         ++*reinterpret_cast<std::size_t*>(total);

@@ -1,4 +1,4 @@
-// Planted DLLs: beside the program and in the current folder.
+// DLLs planted in the folder of the program and in the current directory.
 #include "shell/dll_search.h"
 
 #include <gtest/gtest.h>
@@ -7,29 +7,21 @@
 
 namespace {
 
-// The folder of the tests holds planted.dll.
-WideText Beside(WideView name) {
-    WCHAR path[MAX_PATH]{};
-    const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const WideView module(path, length);
-    return WideText(module.substr(0, module.find_last_of(TEXT('\\')) + 1)) + WideText(name);
-}
-
-bool IsFound(const WCHAR* name) {
+bool CanLoad(const WCHAR* name) {
     const HMODULE module = LoadLibraryW(name);
     if (module != nullptr)
         FreeLibrary(module);
     return module != nullptr;
 }
 
-TEST(DllSearch, EndsBesideTheProgramAndInTheCurrentFolder) {
+TEST(DllSearch, DoesNotLoadFromTheFoldersOfTheProgramAndTheUser) {
     const LauncherRun run;
-    WriteBytes(run.folder.Of(TEXT("here.dll")), ReadBytes(Beside(TEXT("planted.dll"))));
-    EXPECT_TRUE(IsFound(TEXT("planted.dll")) && IsFound(TEXT("here.dll")));
+    WriteBytes(run.folder.Of(TEXT("here.dll")), ReadBytes(BuildFile(TEXT("planted.dll"))));
+    EXPECT_TRUE(CanLoad(TEXT("planted.dll")) && CanLoad(TEXT("here.dll")));
     LimitDllSearch();
-    EXPECT_FALSE(IsFound(TEXT("planted.dll")));
-    EXPECT_FALSE(IsFound(TEXT("here.dll")));
-    EXPECT_TRUE(IsFound(TEXT("version.dll"))) << "the system's own";
+    EXPECT_FALSE(CanLoad(TEXT("planted.dll")));
+    EXPECT_FALSE(CanLoad(TEXT("here.dll")));
+    EXPECT_TRUE(CanLoad(TEXT("version.dll"))) << "a DLL of the system";
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The paths of the program are those of the machine; the machine counts what the program holds.
+// Paths, the clipboard and used resources on Windows.
 #include "scratch.h"
 
 std::filesystem::path NativePath(WideView path) {
@@ -21,7 +21,7 @@ WideText ClipboardText() {
     return text;
 }
 
-Held WhatIsHeld() {
+Resources UsedResources() {
     const HANDLE process = GetCurrentProcess();
     DWORD handles = 0;
     GetProcessHandleCount(process, &handles);

@@ -1,4 +1,4 @@
-// The program's operator new. Apart from all that uses it: the compiler must not see what it rests on.
+// The program's operator new, in its own file so that the compiler cannot inline it.
 #include "host/memory/shortage.h"
 
 #include <cstdlib>
@@ -9,11 +9,11 @@ thread_local Shortage shortage;
 namespace {
 
 bool MustFail() {
-    if (!shortage.is_on || (shortage.came && !shortage.lasts))
+    if (!shortage.is_on || (shortage.has_failed && !shortage.lasts))
         return false;
     shortage.left -= shortage.left > 0 ? 1 : 0;
-    shortage.came = shortage.left == 0;
-    return shortage.came;
+    shortage.has_failed = shortage.left == 0;
+    return shortage.has_failed;
 }
 
 }  // namespace

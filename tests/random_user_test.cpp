@@ -1,7 +1,6 @@
-// A user who does anything at any moment, from a seed, with a model of the launcher beside him: after each
-// action the program must look as the model does. VELDRANE_SEED chooses the seed, VELDRANE_LONG=1 a hundred
-// times as many actions.
-#include "restless_user.h"
+// Random actions on the program and on a model of it: after each action, both must have the same state.
+// VELDRANE_SEED sets the seed; VELDRANE_LONG=1 runs many more actions.
+#include "random_user.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +8,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <functional>
 #include <optional>
 #include <thread>
 
@@ -23,26 +21,26 @@ using model::Record;
 using user::Action;
 using user::Kind;
 using Clock = std::chrono::steady_clock;
-using NextAction = std::function<std::optional<Action>(const user::Looks&)>;
+using NextAction = std::function<std::optional<Action>(const user::Snapshot&)>;
 
-const char* const STARTS[] = {"plein.config", "", "bon.config"};
-constexpr std::size_t SESSION = 250;  // actions, then a new program
+const char* const DEFAULT_FILES[] = {"plein.config", "", "bon.config"};
+constexpr std::size_t SESSION_ACTIONS = 250;
 
 // --- the user's files ---
 
 const std::string QUICK = "demo.duree=0 demo.lignes=0";
-const std::vector<std::string> WORDS = {QUICK, QUICK + " demo.code=7", QUICK + " demo.attend=fin",
-                                        QUICK + " demo.attend=fin demo.texte=é",
-                                        QUICK + " demo.attend=fin demo.code=3221225477"};
+const std::vector<std::string> ARGUMENTS = {QUICK, QUICK + " demo.code=7", QUICK + " demo.attend=fin",
+                                            QUICK + " demo.attend=fin demo.texte=é",
+                                            QUICK + " demo.attend=fin demo.code=3221225477"};
 const std::vector<std::string> FILES = {"noyau.elf", "faux.elf", "disque.img",
                                         "court.img", "a.bin",    "b c.bin"};
 const std::vector<std::string> CONFIGS = {"bon.config",        "deux\\b.config", "faux.config",
                                           "veldranevm.config", "dossier",        "tessarun.exe"};
 
 File BigFile(const std::string& home) {
-    File file{"version=1\nmodule_count=128\nkernel=noyau.elf\ncommand=" + WORDS[1] + "\n"};
+    File file{"version=1\nmodule_count=128\nkernel=noyau.elf\ncommand=" + ARGUMENTS[1] + "\n"};
     file.record.values["kernel"] = home + "\\noyau.elf";
-    file.record.values["command"] = WORDS[1];
+    file.record.values["command"] = ARGUMENTS[1];
     for (int at = 0; at < 128; ++at) {
         file.record.modules.emplace_back(home + "\\a.bin", "");
         file.bytes += "module." + std::to_string(at) + ".path=a.bin\n";
@@ -50,9 +48,9 @@ File BigFile(const std::string& home) {
     return file;
 }
 
-std::map<std::string, File> FilesIn(const std::string& home, const std::string& start) {
-    const char* const no_text = "Le fichier doit être encodé en UTF-8.";
-    const char* const no_line = "Ligne de configuration invalide.";
+std::map<std::string, File> FilesIn(const std::string& home, const std::string& default_file) {
+    const char* const not_utf8 = "Le fichier doit être encodé en UTF-8.";
+    const char* const bad_line = "Ligne de configuration invalide.";
     const std::string kernel = ReadBytes(Wide(home + "\\noyau.elf"));
     Record good({{"kernel", home + "\\noyau.elf"}, {"zoom", "4"}, {"explicit_video", "1"}});
     good.modules = {
@@ -66,12 +64,12 @@ std::map<std::string, File> FilesIn(const std::string& home, const std::string& 
                          {"timeout_ms", "60000"},
                          {"force_no_header", "1"}});
     std::map<std::string, File> files = {
-        {"noyau.elf", {kernel, no_text}},
-        {"deux\\noyau.elf", {kernel, no_text}},
-        {"faux.elf", {"faux", no_line}},
-        {"disque.img", {std::string(512, '\0'), no_line}},
-        {"court.img", {std::string(100, 'x'), no_line}},
-        {"a.bin", {"=", no_line}},
+        {"noyau.elf", {kernel, not_utf8}},
+        {"deux\\noyau.elf", {kernel, not_utf8}},
+        {"faux.elf", {"faux", bad_line}},
+        {"disque.img", {std::string(512, '\0'), bad_line}},
+        {"court.img", {std::string(100, 'x'), bad_line}},
+        {"a.bin", {"=", bad_line}},
         {"b c.bin", {"", "Version de configuration non prise en charge (attendu : 1)."}},
         {"bon.config",
          {"\xEF\xBB\xBF# commentaire\r\nversion=1\r\nkernel=noyau.elf\r\nzoom=4\n explicit_video =01\n"
@@ -86,22 +84,22 @@ std::map<std::string, File> FilesIn(const std::string& home, const std::string& 
           "", second}},
         {"faux.config", {"version=1\nmystère=1\n", "Clé de configuration inconnue : mystère"}},
         {"plein.config", BigFile(home)},
-        {"tessarun.exe", {"", no_text}},
+        {"tessarun.exe", {"", not_utf8}},
     };
-    File& first = files["veldranevm.config"] = files[start.empty() ? "bon.config" : start];
-    first.is_there = !start.empty();
-    std::map<std::string, File> in_full;
+    File& first = files["veldranevm.config"] = files[default_file.empty() ? "bon.config" : default_file];
+    first.exists = !default_file.empty();
+    std::map<std::string, File> by_path;
     for (const auto& [name, file] : files)
-        in_full[home + "\\" + name] = file;
-    return in_full;
+        by_path[home + "\\" + name] = file;
+    return by_path;
 }
 
-// --- a session: actions on a program in a fresh folder, up to the first difference ---
+// --- a session: actions on a program in a new folder, up to the first difference ---
 
-std::string Difference(user::Looks expected, user::Looks seen) {
+std::string Difference(user::Snapshot expected, user::Snapshot seen) {
     std::string text;
     if (expected.count("focus") == 0)
-        seen.erase("focus");  // it may be anywhere
+        seen.erase("focus");  // the model does not know it
     for (const auto& [name, value] : seen)
         expected.try_emplace(name);
     for (const auto& [name, value] : expected)
@@ -122,20 +120,20 @@ struct Session {
     const NextAction& next;
     std::vector<Action> done;
     std::string failure;
-    std::optional<Action> waiting;  // for its moment
+    std::optional<Action> pending;
     Action last{Kind::Wait};
-    user::Looks before;  // what was seen when the last action began
+    user::Snapshot seen_before_action;
     bool starts_engine = false;
     HWND log = nullptr;
     UINT last_field = 0;
     std::uint64_t last_click_ms = 0;
-    Clock::time_point since = Clock::now();
+    Clock::time_point last_action_time = Clock::now();
 
-    Session(const NextAction& source, const std::string& start)
-        : model(Narrow(run.folder.path), FilesIn(Narrow(run.folder.path), start)), next(source) {
+    Session(const NextAction& source, const std::string& default_file)
+        : model(Narrow(run.folder.path), FilesIn(Narrow(run.folder.path), default_file)), next(source) {
         MakeFolder(run.folder.Of(TEXT("deux")));
         for (const auto& [path, file] : model.files)
-            if (file.is_there)
+            if (file.exists)
                 WriteBytes(Wide(path), file.bytes);
     }
 
@@ -148,27 +146,27 @@ struct Session {
             launcher.engine_path = engine;
         }
         if (starts_engine && launcher.engine_process != nullptr)
-            LetEngineSettle();
-        else if (starts_engine && MayComeLater())
+            WaitForStartedEngine();
+        else if (starts_engine && MayStillChange())
             return 10;
-        if (!TimeIsOurs()) {
+        if (!IS_TIME_SIMULATED) {
             SendMessageW(launcher.main_window, WM_TIMER, 1, 0);
             model.Tick();
         }
-        if (launcher.log_window != nullptr)  // out of the way
+        if (launcher.log_window != nullptr)  // it must not cover the main window
             SetWindowPos(launcher.log_window, nullptr, 1390, 990, 0, 0,
                          SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-        user::Looks seen = user::LookAt(launcher);
+        user::Snapshot seen = user::TakeSnapshot(launcher);
         if (std::filesystem::is_regular_file(
                 NativePath(launcher.config_path.empty() ? run.folder.path : launcher.config_path)))
             seen["file"] = ReadBytes(launcher.config_path);
         log = log == nullptr ? launcher.log_window : log;
         seen["log"] += log == launcher.log_window ? "" : ", another one";
-        failure = Difference(model.Looks(), seen);
-        if (!failure.empty() && MayComeLater()) {
-            // A click on a window that has just come up can get lost there.
-            if (seen == before && Clock::now() - since > std::chrono::seconds(1)) {
-                before.clear();
+        failure = Difference(model.Expected(), seen);
+        if (!failure.empty() && MayStillChange()) {
+            // A click on a window that has just been shown can get lost on the platform.
+            if (seen == seen_before_action && Clock::now() - last_action_time > std::chrono::seconds(1)) {
+                seen_before_action.clear();
                 user::Act(launcher, last);
             }
             return 10;
@@ -177,108 +175,109 @@ struct Session {
         const unsigned delay_ms = failure.empty() ? ActNext(seen) : 0;
         if (delay_ms == 0 && launcher.engine_process != nullptr)
             EndEngine(Narrow(launcher.run_directory));
-        since = Clock::now();
+        last_action_time = Clock::now();
         return delay_ms;
     }
 
-    // In real time what an action does takes its time.
-    bool MayComeLater() const {
-        return !TimeIsOurs() && Clock::now() - since < std::chrono::seconds(3);
+    // In real time, the effect of an action takes time.
+    bool MayStillChange() const {
+        return !IS_TIME_SIMULATED && Clock::now() - last_action_time < std::chrono::seconds(3);
     }
 
-    // Milliseconds up to the next step; 0 when there is nothing left to do.
-    unsigned ActNext(const user::Looks& seen) {
+    // Performs the next action. Returns the milliseconds until the next step; 0 at the end of the session.
+    unsigned ActNext(const user::Snapshot& seen) {
         for (;;) {
-            if (!waiting && done.size() < SESSION)
-                waiting = next(seen);
-            if (!waiting)
+            if (!pending && done.size() < SESSION_ACTIONS)
+                pending = next(seen);
+            if (!pending)
                 return 0;
-            if (const unsigned delay_ms = DelayBefore(*waiting))
-                return PassTimeOf(delay_ms);
-            Action action = *waiting;
-            waiting.reset();
-            const Action told = action;
+            if (const unsigned delay_ms = DelayBefore(*pending))
+                return PassModelTime(delay_ms);
+            Action action = *pending;
+            pending.reset();
+            const Action portable = action;
             if (action.text.starts_with('~'))
                 action.text.replace(0, 1, model.home);
             const bool was_running = model.engine.runs;
             if (!model.Apply(action))
                 continue;
-            done.push_back(told);
+            done.push_back(portable);
             starts_engine = model.engine.runs && !was_running;
-            if (FieldOf(action) != 0) {
-                last_field = FieldOf(action);
+            if (ClickedField(action) != 0) {
+                last_field = ClickedField(action);
                 last_click_ms = model.now_ms;
             }
-            ActInTheWorld(action);
+            ChangeFilesOrEngine(action);
             user::Act(run.launcher, action);
-            before = seen;
+            seen_before_action = seen;
             last = action;
-            return PassTimeOf(action.kind == Kind::Wait ? static_cast<unsigned>(action.number) : 10);
+            return PassModelTime(action.kind == Kind::Wait ? static_cast<unsigned>(action.number) : 10);
         }
     }
 
-    unsigned PassTimeOf(unsigned ms) {
-        model.PassTime(TimeIsOurs() ? ms : 0);
-        return TimeIsOurs() ? ms : 10;
+    unsigned PassModelTime(unsigned ms) {
+        model.PassTime(IS_TIME_SIMULATED ? ms : 0);
+        return IS_TIME_SIMULATED ? ms : 10;
     }
 
-    // No tick comes between a start and the moment when its engine has settled, and no click makes a double
-    // one.
+    // Milliseconds to wait so that no tick comes just after the start of an engine, and so that two clicks on
+    // a field are not a double click.
     unsigned DelayBefore(const Action& action) const {
-        if (!TimeIsOurs())
+        if (!IS_TIME_SIMULATED)
             return 0;
         if (model.Launches(action) && model.TickComesWithin(10))
             return 10;
-        return FieldOf(action) != 0 && FieldOf(action) == last_field && model.now_ms - last_click_ms < 510
+        return ClickedField(action) != 0 && ClickedField(action) == last_field &&
+                       model.now_ms - last_click_ms < 510
                    ? 510
                    : 0;
     }
 
-    static UINT FieldOf(const Action& action) {
+    static UINT ClickedField(const Action& action) {
         const bool has_field =
             action.kind == Kind::Type || action.kind == Kind::Choose || action.kind == Kind::Page;
         return has_field ? action.id + static_cast<UINT>(action.kind) : 0;
     }
 
-    // --- what happens outside the program ---
+    // --- files and engines ---
 
     bool EngineHasEnded() const {
         const HANDLE engine = run.launcher.engine_process;
         return engine == nullptr || WaitForSingleObject(engine, 0) == WAIT_OBJECT_0;
     }
 
-    // Up to where it ends, or writes no more before its sign.
-    void LetEngineSettle() const {
+    // Until the engine has ended, or writes nothing more before EndEngine.
+    void WaitForStartedEngine() const {
         WaitFor([&] {
-            const bool plays = run.Log().find("Machine démarrée.\n") != std::string::npos;
-            return EngineHasEnded() || (plays && !model.engine.has_ended);
+            const bool is_running = run.Log().find("Machine démarrée.\n") != std::string::npos;
+            return EngineHasEnded() || (is_running && !model.engine.has_ended);
         });
     }
 
     void EndEngine(const std::string& folder) const {
-        const WideText sign = Wide(folder + "\\fin");
-        WriteBytes(sign, "");
+        const WideText end_mark = Wide(folder + "\\fin");
+        WriteBytes(end_mark, "");
         WaitFor([&] { return EngineHasEnded(); });
-        Remove(sign);
+        Remove(end_mark);
     }
 
     void ToggleFile(const std::string& name) const {
         const bool is_folder = name == "dossier";
         const std::string path = model.home + "\\" + (is_folder ? "veldranevm.config" : name);
         const auto native = NativePath(Wide(path));
-        const auto parked = NativePath(Wide(model.home + "\\parti"));
+        const auto set_aside = NativePath(Wide(model.home + "\\parti"));
         if (is_folder && model.default_is_folder)
             MakeFolder(Wide(path));
         else if (name == "tessarun.exe")
-            model.IsFile(path) ? std::filesystem::rename(parked, native)
-                               : std::filesystem::rename(native, parked);
+            model.IsFile(path) ? std::filesystem::rename(set_aside, native)
+                               : std::filesystem::rename(native, set_aside);
         else if (model.IsFile(path))
             WriteBytes(Wide(path), model.files.at(path).bytes);
         else
             Remove(Wide(path));
     }
 
-    void ActInTheWorld(const Action& action) const {
+    void ChangeFilesOrEngine(const Action& action) const {
         std::string bytes = action.text;
         std::replace(bytes.begin(), bytes.end(), '@', '\0');
         if (action.kind == Kind::EndEngine)
@@ -290,64 +289,66 @@ struct Session {
     }
 };
 
-struct Played {
+struct SessionResult {
     std::vector<Action> actions;
     std::string failure;
-    std::string start;  // the file that its default file is a copy of; empty for none
+    std::string default_file;  // the file that veldranevm.config is a copy of; empty for none
 };
 
-Played Play(const NextAction& next, const std::string& start) {
+SessionResult Play(const NextAction& next, const std::string& default_file) {
     BeginSession();
-    Session session(next, start);
-    const int exit_code = user::RunWithin(
+    Session session(next, default_file);
+    const int exit_code = user::RunWithUserCallback(
         session.run.launcher, [&] { return session.Step(); }, PassTime);
     if (session.failure.empty() && exit_code != 0)
         session.failure = "exit code: " + std::to_string(exit_code);
-    return {session.done, session.failure, start};
+    return {session.done, session.failure, default_file};
 }
 
-Played Replay(const std::vector<Action>& actions, const std::string& start) {
+SessionResult Replay(const std::vector<Action>& actions, const std::string& default_file) {
     std::size_t at = 0;
-    const auto next = [&](const user::Looks&) {
+    const auto next = [&](const user::Snapshot&) {
         return at < actions.size() ? std::optional(actions[at++]) : std::nullopt;
     };
-    return Play(next, start);
+    return Play(next, default_file);
 }
 
-Played Shrunk(const Played& failed) {
+SessionResult Shortened(const SessionResult& failed) {
     const auto limit = Clock::now() + std::chrono::seconds(60);
-    const auto first_name = [](const std::string& text) { return text.substr(0, text.find(':')); };
-    const auto fails_so = [&](const std::vector<Action>& actions) {
-        return Clock::now() < limit &&
-               first_name(Replay(actions, failed.start).failure) == first_name(failed.failure);
+    const auto first_difference = [](const std::string& text) { return text.substr(0, text.find(':')); };
+    const auto fails_alike = [&](const std::vector<Action>& actions) {
+        return Clock::now() < limit && first_difference(Replay(actions, failed.default_file).failure) ==
+                                           first_difference(failed.failure);
     };
-    return Replay(user::Shortest(failed.actions, fails_so), failed.start);
+    return Replay(user::ShortestSession(failed.actions, fails_alike), failed.default_file);
 }
 
-std::string Report(const Played& played) {
-    const Played shortest = Shrunk(played);
-    std::string text = "action " + std::to_string(played.actions.size()) + ":\n" + played.failure +
-                       "shortest script" + (played.start.empty() ? "" : " on " + played.start) + ":\n";
+std::string Report(const SessionResult& result) {
+    const SessionResult shortest = Shortened(result);
+    std::string text = "action " + std::to_string(result.actions.size()) + ":\n" + result.failure +
+                       "shortest session" +
+                       (result.default_file.empty() ? "" : " on " + result.default_file) + ":\n";
     for (const Action& action : shortest.actions)
         text += "  " + Text(action) + "\n";
     return text + shortest.failure;
 }
 
-TEST(StoryOfARestlessUser, SeesAtEachMomentWhatTheModelSays) {
-    const char* const chosen = std::getenv("VELDRANE_SEED");
-    const std::size_t wanted = ActionsOf(std::getenv("VELDRANE_LONG") != nullptr);
+TEST(RandomUser, SeesTheStateOfTheModelAfterEachAction) {
+    const char* const seed_text = std::getenv("VELDRANE_SEED");
+    const std::size_t wanted = std::getenv("VELDRANE_LONG") != nullptr ? ACTIONS_OF_LONG_TEST : ACTIONS;
     const auto start = Clock::now();
     std::size_t done = 0;
-    for (unsigned seed = chosen == nullptr ? 1 : static_cast<unsigned>(std::atoi(chosen)); done < wanted;
-         ++seed) {
+    for (unsigned seed = seed_text == nullptr ? 1 : static_cast<unsigned>(std::atoi(seed_text));
+         done < wanted; ++seed) {
         std::printf("VELDRANE_SEED=%u\n", seed);
         std::fflush(stdout);
-        user::RestlessUser user{std::mt19937(seed), FILES, CONFIGS, WORDS};
-        const Played played = Play([&](const user::Looks& seen) { return std::optional(user.Next(seen)); },
-                                   STARTS[seed % std::size(STARTS)]);
-        done += played.actions.size() + 1;
-        if (!played.failure.empty())
-            FAIL() << "VELDRANE_SEED=" << seed << ", " << Report(played);
+        user::RandomUser user{std::mt19937(seed), FILES, CONFIGS, ARGUMENTS};
+        const SessionResult result =
+            Play([&](const user::Snapshot& seen) { return std::optional(user.Next(seen)); },
+                 DEFAULT_FILES[seed % std::size(DEFAULT_FILES)]);
+        done += result.actions.size() + 1;
+        if (!result.failure.empty())
+            FAIL() << "VELDRANE_SEED=" << seed << ", " << Report(result);
     }
     const std::chrono::duration<double> seconds = Clock::now() - start;
     std::printf("%zu actions, %.0f a second\n", done, static_cast<double>(done) / seconds.count());

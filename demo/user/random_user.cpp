@@ -1,5 +1,5 @@
-// What comes to a restless user's mind, how he does it, and what he sees then.
-#include "demo/user/restless.h"
+// Chooses random actions, performs actions, and takes snapshots.
+#include "demo/user/random_user.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -21,9 +21,9 @@ const char* const KIND_NAMES[] = {"Type",     "Paste",  "Click",  "Zoom",      "
                                   "CloseLog", "Resize", "Show",   "Wait",      "Close"};
 constexpr UINT FIELDS[] = {201, 203, 212, 204, 205, 208, 209, 307, 401, 402, 403, 404};
 constexpr UINT CHECK_BOXES[] = {206, 207, 211};
-constexpr UINT SOMETIMES_ENABLED[] = {208, 209, 210, 304, 305, 306, 307, 105, 106};
+constexpr UINT ENABLED_IN_SOME_STATES[] = {208, 209, 210, 304, 305, 306, 307, 105, 106};
 constexpr WPARAM CELL_CHARACTERS = 512;
-constexpr WPARAM ROWS_LOOKED_AT = 8;
+constexpr WPARAM FIRST_ROWS = 8;
 
 HWND ControlOf(const Launcher& launcher, UINT id) {
     return GetDlgItem(launcher.main_window, static_cast<int>(id));
@@ -59,7 +59,7 @@ bool HasRow(HWND list, WPARAM row) {
     return SendMessageW(list, LVM_GETITEMRECT, row, reinterpret_cast<LPARAM>(&place)) != FALSE;
 }
 
-std::string BoxInWords(HWND owner) {
+std::string BoxName(HWND owner) {
     const HWND box = Box();
     if (box == nullptr)
         return {};
@@ -70,7 +70,7 @@ std::string BoxInWords(HWND owner) {
     return BoxText();
 }
 
-std::string FocusInWords(const Launcher& launcher) {
+std::string FocusText(const Launcher& launcher) {
     if (launcher.log_window != nullptr && GetActiveWindow() == launcher.log_window)
         return "in the log";
     const HWND focus = GetFocus();
@@ -82,53 +82,55 @@ std::string FocusInWords(const Launcher& launcher) {
     return std::to_string(GetDlgCtrlID(focus)) + (is_whole ? ", all selected" : "");
 }
 
-void LookAtForm(const Launcher& launcher, Looks& looks) {
-    const auto field = [&](UINT id) -> std::string& { return looks["field " + std::to_string(id)]; };
+void AddForm(const Launcher& launcher, Snapshot& snapshot) {
+    const auto field = [&](UINT id) -> std::string& { return snapshot["field " + std::to_string(id)]; };
     for (const UINT id : FIELDS)
         field(id) = TextIn(ControlOf(launcher, id));
     for (const UINT id : CHECK_BOXES)
         field(id) = IsDlgButtonChecked(launcher.main_window, static_cast<int>(id)) == BST_CHECKED ? "1" : "0";
     field(IDC_ZOOM) = std::to_string(SendMessageW(ControlOf(launcher, IDC_ZOOM), CB_GETCURSEL, 0, 0) + 1);
-    for (const UINT id : SOMETIMES_ENABLED)
-        looks["enabled " + std::to_string(id)] =
+    for (const UINT id : ENABLED_IN_SOME_STATES)
+        snapshot["enabled " + std::to_string(id)] =
             IsWindowEnabled(ControlOf(launcher, id)) != FALSE ? "yes" : "no";
     const HWND list = launcher.module_list;
-    // Of a long list the first rows and the last one tell enough.
+    // Of a long list the first rows and the last one are enough.
     for (WPARAM row = 0; HasRow(list, row); ++row)
-        if (row < ROWS_LOOKED_AT || !HasRow(list, row + 1))
-            looks["rows"] += CellText(list, row, 0) + " : " + CellText(list, row, 1) + "\n";
-    looks["selected row"] = std::to_string(
+        if (row < FIRST_ROWS || !HasRow(list, row + 1))
+            snapshot["rows"] += CellText(list, row, 0) + " : " + CellText(list, row, 1) + "\n";
+    snapshot["selected row"] = std::to_string(
         SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), MAKELPARAM(LVNI_SELECTED, 0)));
 }
 
-void LookAtRecord(const VmConfig& config, Looks& looks) {
-    const auto tell = [&](const char* key, WideView text) { looks[key] = Utf8ForDisplay(text); };
-    const auto count = [&](const char* key, std::uint32_t number) { looks[key] = NumberText(number); };
-    tell("kernel", config.kernel);
-    tell("command", config.command);
-    tell("dump", config.dump);
-    count("ram_mib", config.ram_mib);
-    count("width", config.width);
-    count("height", config.height);
-    count("zoom", config.zoom);
-    count("timeout_ms", config.timeout_ms);
-    count("explicit_video", config.explicit_video ? 1 : 0);
-    count("headless", config.headless ? 1 : 0);
-    count("force_no_header", config.force_no_header ? 1 : 0);
-    tell("ide_primary_master", config.ide[0]);
-    tell("ide_primary_slave", config.ide[1]);
-    tell("ide_secondary_master", config.ide[2]);
-    tell("ide_secondary_slave", config.ide[3]);
+void AddRecord(const VmConfig& config, Snapshot& snapshot) {
+    const auto add = [&](const char* key, WideView text) { snapshot[key] = Utf8ForDisplay(text); };
+    const auto add_number = [&](const char* key, std::uint32_t number) {
+        snapshot[key] = NumberText(number);
+    };
+    add("kernel", config.kernel);
+    add("command", config.command);
+    add("dump", config.dump);
+    add_number("ram_mib", config.ram_mib);
+    add_number("width", config.width);
+    add_number("height", config.height);
+    add_number("zoom", config.zoom);
+    add_number("timeout_ms", config.timeout_ms);
+    add_number("explicit_video", config.explicit_video ? 1 : 0);
+    add_number("headless", config.headless ? 1 : 0);
+    add_number("force_no_header", config.force_no_header ? 1 : 0);
+    add("ide_primary_master", config.ide[0]);
+    add("ide_primary_slave", config.ide[1]);
+    add("ide_secondary_master", config.ide[2]);
+    add("ide_secondary_slave", config.ide[3]);
     for (const ModuleEntry& module : config.modules)
-        looks["modules"] += Utf8ForDisplay(module.path) + " : " + Utf8ForDisplay(module.command) + "\n";
+        snapshot["modules"] += Utf8ForDisplay(module.path) + " : " + Utf8ForDisplay(module.command) + "\n";
 }
 
-void LookAtLog(const Launcher& launcher, Looks& looks) {
-    looks["log_path"] = Utf8ForDisplay(launcher.log_path);
+void AddLog(const Launcher& launcher, Snapshot& snapshot) {
+    snapshot["log_path"] = Utf8ForDisplay(launcher.log_path);
     if (launcher.log_window == nullptr)
         return;
-    looks["log"] = IsWindowVisible(launcher.log_window) != FALSE ? "visible" : "hidden";
-    looks["log text"] = TextIn(GetDlgItem(launcher.log_window, 1));
+    snapshot["log"] = IsWindowVisible(launcher.log_window) != FALSE ? "visible" : "hidden";
+    snapshot["log text"] = TextIn(GetDlgItem(launcher.log_window, 1));
 }
 
 }  // namespace
@@ -139,19 +141,19 @@ std::string Text(const Action& action) {
            ")\"},";
 }
 
-std::vector<Action> Shortest(std::vector<Action> session,
-                             const std::function<bool(const std::vector<Action>&)>& shows) {
-    bool has_shrunk = true;
-    for (std::size_t chunk = session.size(); chunk > 1 || has_shrunk;) {
+std::vector<Action> ShortestSession(std::vector<Action> session,
+                                    const std::function<bool(const std::vector<Action>&)>& fails) {
+    bool is_shorter = true;
+    for (std::size_t chunk = session.size(); chunk > 1 || is_shorter;) {
         chunk = std::max<std::size_t>(chunk / 2, 1);
-        has_shrunk = false;
+        is_shorter = false;
         for (std::size_t at = 0; at < session.size();) {
             std::vector<Action> rest = session;
             const auto from = rest.begin() + static_cast<std::ptrdiff_t>(at);
             rest.erase(from, from + static_cast<std::ptrdiff_t>(std::min(chunk, rest.size() - at)));
-            if (shows(rest)) {
+            if (fails(rest)) {
                 session = std::move(rest);
-                has_shrunk = true;
+                is_shorter = true;
             } else {
                 at += chunk;
             }
@@ -179,7 +181,7 @@ void Act(const Launcher& launcher, const Action& action) {
             SetFocus(control);
             return Press(static_cast<WORD>(action.number));
         case Kind::Page:
-            SetFocus(launcher.tab_control);  // a click that chooses a page does not give it the keyboard
+            SetFocus(launcher.tab_control);  // a click on a tab does not set the focus
             return ChooseTab(action.number);
         case Kind::Row:
             return SelectRow(launcher, action.number);
@@ -202,32 +204,32 @@ void Act(const Launcher& launcher, const Action& action) {
     }
 }
 
-Looks LookAt(const Launcher& launcher) {
-    Looks looks;
-    looks["title"] = TextIn(launcher.main_window);
-    looks["line"] = TextIn(launcher.path_label);
-    looks["status"] = TextIn(launcher.status_label);
-    looks["box"] = BoxInWords(launcher.main_window);
-    looks["dirty"] = launcher.dirty ? "yes" : "no";
-    looks["config_path"] = Utf8ForDisplay(launcher.config_path);
-    looks["run_directory"] = Utf8ForDisplay(launcher.run_directory);
-    looks["selected_module"] = std::to_string(launcher.selected_module);
-    looks["engine"] = launcher.engine_process != nullptr ? "runs" : "";
-    looks["focus"] = FocusInWords(launcher);
-    LookAtForm(launcher, looks);
-    LookAtRecord(launcher.config, looks);
-    LookAtLog(launcher, looks);
-    return looks;
+Snapshot TakeSnapshot(const Launcher& launcher) {
+    Snapshot snapshot;
+    snapshot["title"] = TextIn(launcher.main_window);
+    snapshot["line"] = TextIn(launcher.path_label);
+    snapshot["status"] = TextIn(launcher.status_label);
+    snapshot["box"] = BoxName(launcher.main_window);
+    snapshot["dirty"] = launcher.dirty ? "yes" : "no";
+    snapshot["config_path"] = Utf8ForDisplay(launcher.config_path);
+    snapshot["run_directory"] = Utf8ForDisplay(launcher.run_directory);
+    snapshot["selected_module"] = std::to_string(launcher.selected_module);
+    snapshot["engine"] = launcher.engine_process != nullptr ? "runs" : "";
+    snapshot["focus"] = FocusText(launcher);
+    AddForm(launcher, snapshot);
+    AddRecord(launcher.config, snapshot);
+    AddLog(launcher, snapshot);
+    return snapshot;
 }
 
-// --- what comes to his mind ---
+// --- random actions ---
 
 template <typename List>
-auto RestlessUser::OneOf(const List& list) {
+auto RandomUser::OneOf(const List& list) {
     return *(std::begin(list) + static_cast<std::ptrdiff_t>(random() % std::size(list)));
 }
 
-std::string RestlessUser::Path() {
+std::string RandomUser::Path() {
     const std::string name = Once(3) ? files.front() : OneOf(files);
     const std::string forms[] = {name,
                                  "~\\" + name,
@@ -241,7 +243,7 @@ std::string RestlessUser::Path() {
     return Once(2) ? forms[random() % 2] : OneOf(forms);
 }
 
-Action RestlessUser::Edit() {
+Action RandomUser::Edit() {
     constexpr UINT PATHS[] = {201, 201, 201, 212, 401, 402, 403, 404};
     constexpr UINT NUMBERS[] = {204, 205, 208, 209};
     const char* const good[] = {"16", "0128", "2048", "1024"};
@@ -257,7 +259,7 @@ Action RestlessUser::Edit() {
             return {Kind::Paste, OneOf(NUMBERS), 0, Once(4) ? OneOf(bad) : OneOf(good)};
         case 3:
         case 4:
-            return {Kind::Paste, IDC_KERNEL_COMMAND, 0, Once(5) ? OneOf(arguments) : OneOf(words)};
+            return {Kind::Paste, IDC_KERNEL_COMMAND, 0, Once(5) ? OneOf(arguments) : OneOf(kernel_arguments)};
         case 5:
         case 6:
             return {Kind::Paste, IDC_MODULE_ARGS, 0, OneOf(arguments)};
@@ -266,9 +268,9 @@ Action RestlessUser::Edit() {
     }
 }
 
-Action RestlessUser::AnswerBox(const std::string& box) {
+Action RandomUser::AnswerBox(const std::string& box) {
     if (Once(5))
-        return Outside();
+        return FileOrEngineAction();
     constexpr int BUTTONS[] = {IDOK, IDYES, IDNO, IDCANCEL};
     if (box != "a file box" || Once(3))
         return {Kind::Answer, 0, OneOf(BUTTONS)};
@@ -279,8 +281,8 @@ Action RestlessUser::AnswerBox(const std::string& box) {
     return {Kind::Choose, 0, 0, (Once(2) ? "~\\" : "") + name};
 }
 
-// What happens while boxes are open, too.
-Action RestlessUser::Outside() {
+// Possible at any time, also while a box is open.
+Action RandomUser::FileOrEngineAction() {
     switch (random() % 8) {
         case 0:
             return {Kind::Toggle, 0, 0, OneOf(Once(2) ? files : configs)};
@@ -295,7 +297,7 @@ Action RestlessUser::Outside() {
     }
 }
 
-Action RestlessUser::Next(const Looks& seen) {
+Action RandomUser::Next(const Snapshot& seen) {
     constexpr UINT BUTTONS[] = {101, 101, 102, 102, 103, 103, 103, 104, 105, 105, 105,
                                 106, 106, 107, 202, 213, 411, 412, 413, 414, 206, 207,
                                 211, 303, 303, 303, 303, 304, 305, 305, 306, 306};
@@ -322,7 +324,7 @@ Action RestlessUser::Next(const Looks& seen) {
         return {Kind::Show, 0, Once(3) ? SW_MINIMIZE : SW_RESTORE};
     if (choice < 89)
         return {Kind::CloseLog};
-    return choice < 90 ? Action{Kind::Close} : Outside();
+    return choice < 90 ? Action{Kind::Close} : FileOrEngineAction();
 }
 
 }  // namespace user
