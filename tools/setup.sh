@@ -176,12 +176,12 @@ start_display() {
 # start_wine: the Windows prefix, with a server of our own that stays between two programs, whatever ends the script.
 start_wine() {
     export LC_ALL=C.UTF-8
-    alive "preparing Wine" build/wine.log timeout -k 5 180 cmake/wine-run cmd /c exit ||
+    alive "preparing Wine" build/wine.log timeout -k 5 180 tools/wine-run cmd /c exit ||
         die "Wine does not come up; see build/wine.log"
-    attend timeout 15 cmake/wine-run wineserver -w ||
+    attend timeout 15 tools/wine-run wineserver -w ||
         die "a program that none of these commands has started runs in build/wine; end it first"
     set -m  # without it a signal that comes before the server expects it would be ignored
-    setpriv --pdeathsig INT cmake/wine-run wineserver -f -p >>build/wine.log 2>&1 &
+    setpriv --pdeathsig INT tools/wine-run wineserver -f -p >>build/wine.log 2>&1 &
     wine_server=$!
     set +m
 }
