@@ -63,7 +63,7 @@ OwnedHandle PutIntoJob(HANDLE process) {
 }  // namespace
 
 WideText FindEmulator() {
-    const WideText named = Setting(TEXT("TESSARUN_QEMU"));
+    WideText named = Setting(TEXT("TESSARUN_QEMU"));
     if (IsProgram(named))
         return named;
     if (!named.empty())
@@ -79,7 +79,7 @@ WideText FindEmulator() {
             if (!path.empty() && IsProgram(path))
                 return path;
     }
-    const WideText unix_program = TEXT("Z:\\usr\\bin\\qemu-system-i386");
+    WideText unix_program = TEXT("Z:\\usr\\bin\\qemu-system-i386");
     if (FindUnixPathFunction() != nullptr && IsProgram(unix_program))
         return unix_program;
     throw std::runtime_error("Émulateur introuvable : installez QEMU pour Windows.");
@@ -99,7 +99,7 @@ std::string EmulatorPath(const WideText& program, const WideText& path) {
     char* const native = unix_path(path.c_str());
     if (native == nullptr)
         throw std::runtime_error("Chemin incorrect : " + Utf8FromWide(path));
-    const std::string text = native;
+    std::string text = native;
     HeapFree(GetProcessHeap(), 0, native);
     return text;
 }
