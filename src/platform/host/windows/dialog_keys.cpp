@@ -131,7 +131,8 @@ WCHAR AcceleratorOf(HWND control) {
     GetWindowTextW(control, buffer.data(), static_cast<int>(buffer.size()));
     const std::u16string_view text(buffer.data());
     const std::size_t ampersand = text.find(u'&');
-    return ampersand + 1 < text.size() ? ToUpper(text[ampersand + 1]) : u'\0';
+    const bool is_mark = ampersand != text.npos && ampersand + 1 < text.size();
+    return is_mark ? ToUpper(text[ampersand + 1]) : u'\0';
 }
 
 // The accelerator key of a button presses it; that of a label moves the focus to the next control. Controls
