@@ -72,11 +72,6 @@ bool ReadLogTail(const WideText& path, std::string& tail) {
     return true;
 }
 
-// Faster than operator==, which compares wide text character by character.
-bool IsSame(const WideText& left, const WideText& right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end());
-}
-
 void ShowTail(HWND control, LogView& view, const WideText& path) {
     if (!ReadLogTail(path, view.fresh))
         return;
@@ -89,7 +84,7 @@ void ShowTail(HWND control, LogView& view, const WideText& path) {
     // The control's text is read only when its length is the right one.
     if (static_cast<std::size_t>(GetWindowTextLengthW(control)) == view.text.size()) {
         ReadControlText(control, view.shown);
-        if (IsSame(view.shown, view.text))
+        if (view.shown == view.text)
             return;
     }
     SetWindowTextW(control, view.text.c_str());
