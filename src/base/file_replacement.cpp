@@ -1,4 +1,4 @@
-// The temporary file's name, its move and its deletion.
+// Creates, moves and deletes the temporary file.
 #include "base/file_replacement.h"
 
 #include <utility>

@@ -1,14 +1,15 @@
-// Replaces a whole file in one step, or leaves the old one.
+// Replaces a whole file in one step, or leaves the old file unchanged.
 #pragma once
 
 #include "base/owned_handle.h"
 #include "platform/win32.h"
 
-// A temporary file beside its target, which is written and then moved over the target. At every moment the
-// target is the complete old file or the complete new one; without an old file, none or the complete new one.
+// A temporary file in the folder of its target. The caller writes the temporary file, and Finish moves it
+// over the target. At every moment the target is the complete old file (or missing, if there was none) or
+// the complete new file.
 class FileReplacement {
 public:
-    // Creates the temporary file. Handle() is null when that fails; GetLastError then returns the reason.
+    // Creates the temporary file. If that fails, Handle() is null and GetLastError returns the reason.
     explicit FileReplacement(WideText target);
     // Deletes the temporary file unless Finish has moved it.
     ~FileReplacement();
@@ -19,8 +20,8 @@ public:
     HANDLE Handle() const {
         return handle_.Get();
     }
-    // Forces what was written to disk, closes the temporary file and moves it over the target. False when a
-    // step fails; GetLastError then returns the reason, and the old file is untouched.
+    // Flushes the temporary file to disk, closes it and moves it over the target. Returns false when a
+    // step fails; GetLastError then returns the reason, and the target is unchanged.
     [[nodiscard]] bool Finish();
 
 private:

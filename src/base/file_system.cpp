@@ -1,4 +1,4 @@
-// Queries of the file system and the texts of its errors.
+// Calls the file system and composes the texts of its errors.
 #include "base/file_system.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace {
 
 constexpr DWORD SHARE_ALL = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-// With one of these errors a path counts as missing.
+// If a query fails with one of these errors, the file is reported as missing.
 constexpr std::array<DWORD, 7> ABSENT{ERROR_FILE_NOT_FOUND,  ERROR_PATH_NOT_FOUND, ERROR_BAD_NETPATH,
                                       ERROR_NETNAME_DELETED, ERROR_INVALID_NAME,   ERROR_BAD_PATHNAME,
                                       ERROR_DIRECTORY};
@@ -70,12 +70,12 @@ WideText CurrentDirectory() {
 }
 
 FileType QueryFileType(const WideText& path, const char* operation) {
-    // GetFileAttributesW would not follow a link; folders can be opened with FILE_FLAG_BACKUP_SEMANTICS only.
+    // GetFileAttributesW would not follow a link. FILE_FLAG_BACKUP_SEMANTICS is needed to open folders.
     const OwnedHandle file(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, SHARE_ALL, nullptr, OPEN_EXISTING,
                                        FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     if (!file)
         return FailedQuery(path, operation);
-    SetLastError(NO_ERROR);  // still there if the type is unknown and GetFileType has not failed
+    SetLastError(NO_ERROR);  // distinguishes an unknown type, which sets no error, from a failure
     const DWORD type = GetFileType(file.Get());
     if (type == FILE_TYPE_UNKNOWN && GetLastError() != NO_ERROR)
         return FailedQuery(path, operation);

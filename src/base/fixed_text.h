@@ -9,7 +9,7 @@
 
 #include "platform/win32.h"
 
-// At most CAPACITY characters and a NUL behind them; characters that no longer fit are dropped.
+// A text of at most CAPACITY characters, followed by a NUL. Characters that do not fit are dropped.
 template <std::size_t CAPACITY>
 class FixedText {
 public:
@@ -20,14 +20,15 @@ public:
         *this += text;
     }
 
-    // No result: whoever returned it would copy the whole capacity.
+    // Returns nothing, unlike the usual operator: a caller that returned the result by value would copy
+    // the whole capacity.
     void operator+=(WideView text) {
         text = text.substr(0, CAPACITY - size_);
         std::copy(text.begin(), text.end(), characters_.data() + size_);
         size_ += text.size();
         characters_[size_] = 0;
     }
-    // Appends the number in plain decimal.
+    // Appends the number in decimal.
     void operator+=(std::uint64_t number) {
         std::array<char, 20> digits{};
         std::array<WCHAR, 20> wide{};
@@ -44,5 +45,5 @@ public:
 
 private:
     std::size_t size_ = 0;
-    std::array<WCHAR, CAPACITY + 1> characters_;  // not cleared: it may be long
+    std::array<WCHAR, CAPACITY + 1> characters_;  // not initialised: a large capacity would take time
 };

@@ -1,11 +1,12 @@
-// A kernel handle with one owner, which closes it when it is destroyed.
+// The owner of a kernel handle. Its destructor closes the handle.
 #pragma once
 
 #include <utility>
 
 #include "platform/win32.h"
 
-// Can be moved, not copied. Null and INVALID_HANDLE_VALUE both mean that there is no handle.
+// Can be moved, not copied. A handle of INVALID_HANDLE_VALUE is stored as null, which means that there is
+// no handle.
 class OwnedHandle {
 public:
     OwnedHandle() = default;
@@ -28,11 +29,11 @@ public:
     HANDLE Get() const {
         return handle_;
     }
-    // Passes the ownership to the caller.
+    // Returns the handle without closing it; the caller must close it.
     [[nodiscard]] HANDLE Release() noexcept {
         return std::exchange(handle_, nullptr);
     }
-    // Closes the handle now.
+    // Closes the handle, if there is one.
     void Reset() noexcept {
         if (handle_ != nullptr)
             CloseHandle(Release());

@@ -1,4 +1,4 @@
-// The parts of Windows paths, and the pass that builds a normal form.
+// Splits Windows paths into their parts, joins them and builds the normal form.
 #include "base/path_ops.h"
 
 #include <algorithm>
@@ -52,7 +52,8 @@ bool HasRootDirectory(WideView path) {
     return root_end < path.size() && IsSeparator(path[root_end]);
 }
 
-// The start of the last element of a text that ends in a separator, at least `root_end`.
+// Returns the index at which the last element starts. The text must end in a separator; the result is at
+// least `root_end`, the end of the root.
 std::size_t LastNameStart(WideView text, std::size_t root_end) {
     std::size_t at = text.size() - 1;
     while (at > root_end && text[at - 1] != BACKSLASH)
@@ -104,7 +105,7 @@ WideText NormalPath(WideView path) {
     if (has_root_directory)
         text[used++] = BACKSLASH;
     const std::size_t root_end = used;
-    std::size_t names = 0;  // elements at the end that a `..` can remove
+    std::size_t names = 0;  // number of elements at the end that a `..` can remove
     for (std::size_t at = RelativeStart(path); at < path.size();) {
         const std::size_t start = used;
         while (at < path.size() && !IsSeparator(path[at]))

@@ -1,25 +1,30 @@
-// Operations on the text of Windows paths, the same on every system. They access no disk and cannot fail.
-// Both `\` and
-// `/` are separators. A path consists of a root name, the separators behind it (the root directory) and a
-// relative part.
+// Operations on the text of Windows paths. They are the same on every system, access no disk and throw
+// only std::bad_alloc. Both `\` and `/` are separators. A path consists of a root name (such as `C:` or
+// `\\server`), the separators after the root name (the root directory) and a relative part. Each of the
+// three can be empty.
 #pragma once
 
 #include "platform/win32.h"
 
-// `C:\a` and `\\server\a` are absolute; `C:a`, `\a` and `a` are not.
+// Returns whether the path is absolute: `C:\a` and `\\server\a` are; `C:a`, `\a` and `a` are not.
 bool IsAbsolutePath(WideView path);
 
-// The path without its last element and the separators in front of it. A path without elements is its own
-// parent; the parent of a single element is empty.
+// Returns the path without its last element and the separators before that element. From a path that ends
+// in separators, only these are removed. The root is never removed. The parent of a relative path of one
+// element is empty.
 WideText ParentPath(WideView path);
 
-// `path`, if relative, as seen from `base`.
+// Returns `path` joined to the folder `base`. Returns `path` unchanged if it is absolute or has a root
+// name that differs, also in case only, from that of `base`. A path that starts with a separator is joined
+// to the root name of `base` alone.
 WideText JoinPath(WideView base, WideView path);
 
-// The normal form: single backslashes as separators, no `.`, and `..` only at the start of a relative path.
-// `.` if nothing is left. Case and a separator at the end are kept.
+// Returns the normal form: single backslashes as separators, no `.`, and `..` only at the start of a
+// relative path. The result is `.` if no element is left, and empty for an empty path. Case is kept. A
+// separator at the end is kept, except after `..`; a `.` at the end is removed, but not the separator
+// before it.
 WideText NormalPath(WideView path);
 
-// Makes a relative path absolute: joins it to the folder `base` and normalises it. An empty or absolute path
-// is left unchanged.
+// Replaces a relative path by the normal form of the path joined to the folder `base`. An empty or
+// absolute path is left unchanged.
 void AnchorPath(WideView base, WideText& field);

@@ -29,8 +29,8 @@ std::string Encode(WideView text, DWORD flags) {
     return narrow;
 }
 
-// Decodes into the buffer. Returns the number of code units; with a null buffer, the number that there would
-// be.
+// Decodes the text into the buffer and returns the number of code units. With a null buffer, only counts
+// them. Throws for ill-formed UTF-8.
 std::size_t Decode(std::string_view text, WCHAR* buffer, int buffer_size) {
     const int size = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), CheckedLength(text),
                                          buffer, buffer_size);

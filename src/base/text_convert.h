@@ -10,31 +10,38 @@
 
 #include "platform/win32.h"
 
-// Throws for an unpaired surrogate and for more than 2,147,483,647 code units. A NUL is a character like any
-// other.
+// Converts wide text to UTF-8. Throws for an unpaired surrogate, and when the text has more than
+// 2,147,483,647 code units or the result more than 2,147,483,647 bytes. A NUL is converted like any other
+// character.
 std::string Utf8FromWide(WideView text);
 
-// For display only: unpaired surrogates become replacement characters. Throws for too long a text only.
+// As Utf8FromWide, but for display only: an unpaired surrogate becomes a replacement character. Throws
+// only when the text is too long.
 std::string Utf8ForDisplay(WideView text);
 
-// Throws for ill-formed UTF-8 and for more than 2,147,483,647 bytes. A NUL is a character like any other.
+// Converts UTF-8 to wide text. Throws for ill-formed UTF-8 and for more than 2,147,483,647 bytes. A NUL is
+// converted like any other character.
 WideText WideFromUtf8(std::string_view text);
 
-// Throws what WideFromUtf8 throws, and builds no text.
+// Checks that the text is well-formed UTF-8: throws as WideFromUtf8 does, but does not build the wide
+// text.
 void RequireUtf8(std::string_view text);
 
-// Decodes any bytes by the ANSI code page.
+// Decodes any bytes in the ANSI code page. Bytes after the first 2,147,483,647 are dropped. Returns an
+// empty text if the platform reports an error.
 WideText WideFromAnsi(std::string_view text);
 
-// An error message for display, decoded as UTF-8 or, if it is ill-formed, by the ANSI code page.
+// Decodes an error message for display: as UTF-8 or, if the message is not well-formed UTF-8, in the ANSI
+// code page.
 WideText WideFromMessage(const char* message);
 
-// The shortest unsigned decimal text, independent of any locale.
+// Returns the number as decimal text without leading zeros, independent of the locale.
 std::string NumberText(std::uint64_t number);
 WideText WideNumberText(std::uint64_t number);
 
-// The number that a text of ASCII digits represents; leading zeros are accepted. None if the text is empty or
-// contains anything else. A number that does not fit in 64 bits becomes the largest that does.
+// Converts a text of ASCII digits to a number; leading zeros are accepted. Returns none if the text is
+// empty or contains anything else. A number that does not fit in 64 bits becomes the largest 64-bit
+// number.
 template <typename Character>
 std::optional<std::uint64_t> ParseDigits(std::basic_string_view<Character> text) {
     constexpr std::uint64_t largest = std::numeric_limits<std::uint64_t>::max();

@@ -1,4 +1,4 @@
-// The system allocates the buffer of the text; it is freed here.
+// The system allocates a buffer for the text; this file copies the text and frees the buffer.
 #include "base/windows_error.h"
 
 #include <memory>

@@ -3,6 +3,6 @@
 
 #include "platform/win32.h"
 
-// The system's text for an error code, with the line end that the system appends; "Erreur Windows CODE" if it
-// has none.
+// Returns the system's text for an error code, including the line end that the system appends. Returns
+// "Erreur Windows CODE" if the system returns no text.
 WideText WindowsErrorText(DWORD code);

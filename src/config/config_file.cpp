@@ -1,4 +1,4 @@
-// Reads a whole file, and replaces one.
+// Reads and replaces whole configuration files.
 #include "config/config_file.h"
 
 #include <stdexcept>

@@ -4,12 +4,13 @@
 #include "config/vm_config.h"
 #include "platform/win32.h"
 
-// The validated record of the file; relative paths become absolute, seen from the file's own folder. Throws
-// if the file cannot be read or its text is not valid.
+// Reads the file at `path` and returns its validated record. Relative paths in the file are relative to
+// the file's folder and become absolute. Throws if the file cannot be read, is larger than
+// MAX_CONFIG_BYTES or is not valid.
 VmConfig ReadConfigFile(const WideText& path);
 
-// Creates or replaces the file at `path`: the text is written to a temporary file beside it, which is flushed
-// to disk and moved over it. At every moment the file is the complete old or the complete new one. Throws
-// when the record is not valid or a step fails; then the old file is unchanged and the temporary file
-// deleted.
+// Creates or replaces the file at `path`: writes the text to a temporary file in the same folder, flushes
+// the temporary file to disk and moves it over the file at `path`. At every moment that file is the
+// complete old or the complete new one. Throws when the record is not valid or a step fails; the old file
+// is then unchanged and the temporary file is deleted.
 void WriteConfigFile(const WideText& path, const VmConfig& config);

@@ -1,4 +1,4 @@
-// Tables of the file's keys; parsing and composing both go through them.
+// Tables of the file's keys, which parsing and composing both use.
 #include "config/config_text.h"
 
 #include <algorithm>
@@ -28,7 +28,7 @@ struct FlagKey {
     bool VmConfig::*field;
 };
 
-// Each table, and the tables themselves, in the order in which keys are written and evaluated.
+// The keys are written and evaluated in the order of the tables and of the rows in each table.
 constexpr std::array<TextKey, 3> TEXT_KEYS{
     {{"kernel", &VmConfig::kernel}, {"command", &VmConfig::command}, {"dump", &VmConfig::dump}}};
 constexpr std::array<NumberKey, 5> NUMBER_KEYS{{
@@ -48,7 +48,8 @@ std::string ModuleKey(std::size_t index, std::string_view what) {
     return "module." + NumberText(index) + "." + std::string(what);
 }
 
-// Adds the line if it is an assignment; blank lines and comments are skipped.
+// Adds the key and the value of one line to the table. Skips blank lines and comments. Throws if the line
+// is invalid or repeats a key.
 void AddLine(ConfigTable& table, std::string_view line) {
     if (line.ends_with('\r'))
         line.remove_suffix(1);
@@ -67,7 +68,7 @@ std::string_view FlagText(bool flag) {
     return flag ? "1" : "0";
 }
 
-// A key that the file leaves out keeps the record's default.
+// If the file does not contain a key, the field keeps its default value.
 void TakeValues(ConfigTable& table, VmConfig& config) {
     for (const TextKey& row : TEXT_KEYS)
         config.*row.field = WideFromUtf8(TakeConfigValue(table, row.key, {}));

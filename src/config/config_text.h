@@ -1,5 +1,5 @@
-// The text of a configuration file, version 1: UTF-8, one `key=value` a line. Parses and composes it; touches
-// no file.
+// Parses and composes the text of a configuration file, version 1: UTF-8, one `key=value` per line.
+// Accesses no file.
 #pragma once
 
 #include <cstddef>
@@ -10,29 +10,31 @@
 
 #include "config/vm_config.h"
 
-// The largest configuration file, in bytes, its byte order mark included.
+// The maximum size of a configuration file, in bytes, including the byte order mark.
 inline constexpr std::size_t MAX_CONFIG_BYTES = 1048576;
 
-// The keys of a file that nobody has taken yet, with their values, ordered by the keys' bytes. Keys and
-// values are parts of the text, which must outlive the table.
+// The keys of a file that TakeConfigValue has not removed yet, with their values, ordered by the bytes of
+// the keys. Keys and values are views into the text, which must outlive the table.
 using ConfigTable = std::map<std::string_view, std::string_view>;
 
-// The keys and values of the text, line by line. Throws at the first line that is invalid or repeats a key.
+// Returns the keys and values of all lines of the text. Throws at the first line that is invalid or
+// repeats a key.
 ConfigTable ReadConfigTable(std::string_view text);
 
 // Removes the key from the table and returns its value, or the default if the table does not contain the key.
 std::string_view TakeConfigValue(ConfigTable& table, std::string_view key, std::string_view default_value);
 
-// The number that a value consists of, from `lowest` to `highest`. Throws, with the key in the message, for
-// anything but ASCII digits and for a number out of bounds, however many digits it has.
+// Converts the value to a number. Throws, with `key` in the message, if the value is empty or contains
+// anything but ASCII digits, and if the number, of any length, is below `lowest` or above `highest`.
 std::uint32_t ParseConfigNumber(std::string_view value, std::uint32_t lowest, std::uint32_t highest,
                                 std::string_view key);
 
-// The validated record of a file's whole content; its paths stay as they were written. Throws for the first
-// fault, looked for in this order: the encoding of the whole text, the lines, the version, the values,
-// unknown keys, the record's limits.
+// Parses the whole content of a file and returns the validated record. Paths are not changed. Throws at
+// the first error. The checks have this order: the encoding of the whole text, the lines, the version, the
+// values, unknown keys, the record's limits.
 VmConfig ParseConfigText(std::string_view text);
 
-// The canonical text of a record: every key in a fixed order, a line feed after each line, no byte order
-// mark. Throws when a field is not well-formed UTF-16 or the text would be longer than MAX_CONFIG_BYTES.
+// Returns the canonical text of a record: every key in a fixed order, a line feed after each line, no byte
+// order mark. Does not validate the record. Throws when a field is not well-formed UTF-16 or the text is
+// longer than MAX_CONFIG_BYTES.
 std::string ComposeConfigText(const VmConfig& config);

@@ -1,4 +1,4 @@
-// The limits of a record, checked in the order in which they are reported.
+// Checks the limits of a record in a fixed order; the first one that is broken is reported.
 #include "config/vm_config.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
-// The launch configuration: all that a launch of the virtual machine needs and a configuration file contains.
+// The launch configuration: the values that a configuration file contains and that a launch of the virtual
+// machine needs.
 #pragma once
 
 #include <array>
@@ -23,26 +24,26 @@ struct ModuleEntry {
     WideText command;  // the module's arguments; may be empty
 };
 
-// The initial values are the program's defaults, and their only source. Paths are stored as they were given.
+// The initial values are the program's defaults.
 struct VmConfig {
     WideText kernel;   // the ELF file; may be empty, but not for a launch
     WideText command;  // the kernel command line; empty: none is passed
     WideText dump;     // file for the PPM export of the framebuffer; empty: no export
-    std::array<WideText, 4>
-        ide;  // raw images: primary master and slave, secondary master and slave; empty: no disk
+    // Raw disk images: primary master and slave, secondary master and slave; empty: no disk.
+    std::array<WideText, 4> ide;
     std::vector<ModuleEntry> modules;  // in the order in which the engine gets them
     std::uint32_t ram_mib = 128;       // guest memory
     std::uint32_t width = 800;         // pixels; passed to the engine only with explicit_video
-    std::uint32_t height = 600;        // likewise
+    std::uint32_t height = 600;        // pixels; as for width
     std::uint32_t zoom = 2;            // whole multiples of 100 %
-    std::uint32_t timeout_ms = 0;      // limit on the whole life of the machine; 0: none
-    bool explicit_video = false;       // impose width and height on the kernel
+    std::uint32_t timeout_ms = 0;      // time limit of a run; 0: none
+    bool explicit_video = false;       // width and height replace the size that the kernel requests
     bool headless = false;             // run the engine without windows
     bool force_no_header = false;      // accept an ELF kernel without a Multiboot header
 };
 
-// Calls `visit` with each field of the record that holds a path: kernel, dump, ide 0 to 3, the modules in
-// order.
+// Calls `visit` for each field of the record that contains a path: kernel, dump, ide 0 to 3, and the path
+// of each module, in this order.
 template <typename Visit>
 void ForEachPath(VmConfig& config, const Visit& visit) {
     visit(config.kernel);
@@ -53,7 +54,8 @@ void ForEachPath(VmConfig& config, const Visit& visit) {
         visit(module.path);
 }
 
-// Throws if the text contains CR, LF or NUL and so does not fit on one line of a configuration file.
+// Throws if the text contains CR, LF or NUL: such a text cannot be stored in one line of a configuration
+// file.
 void RequireOneLine(WideView text);
 
 // Throws with the message of the first limit that the record breaks. Does not check whether files exist.

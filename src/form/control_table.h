@@ -19,7 +19,7 @@ struct ControlRow {
     int width;
     int height;
     DWORD style;   // besides WS_CHILD and WS_VISIBLE
-    bool stretch;  // grows in width with the window
+    bool stretch;  // the width grows with the window
     Page page;
 };
 

@@ -1,4 +1,4 @@
-// The conditions under which controls are enabled.
+// Calculates which controls are enabled.
 #include "form/enabling.h"
 
 Enabling EnablingOf(const FormState& state) {

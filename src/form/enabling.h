@@ -1,12 +1,12 @@
-// Which controls are enabled. Plain values, no platform call.
+// Decides which controls are enabled. Plain values, no platform call.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
-// What decides which controls are enabled.
+// The values on which the enabled state of the controls depends.
 struct FormState {
-    bool explicit_video;           // state of the check box, not of the record
+    bool explicit_video;           // state of the check box, not the value in the record
     bool headless;                 // likewise
     std::int32_t selected_module;  // -1 for none
     std::size_t module_count;

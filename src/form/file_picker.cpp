@@ -1,4 +1,4 @@
-// Calls the system's file boxes; the table says which button belongs to which field.
+// Calls the system's file boxes. A table assigns a field to each browse button.
 #include "form/file_picker.h"
 
 #include <algorithm>

@@ -4,7 +4,8 @@
 #include "platform/win32.h"
 #include "state/launcher.h"
 
-// Pairs of a description and its patterns; each text ends with a zero, and one more zero ends the list.
+// The file types that a box offers: pairs of a description and its patterns. Each string ends with a NUL,
+// and one more NUL ends the list.
 inline constexpr WCHAR FILTER_CONFIG[] =
     TEXT("Configurations Veldrane VM (*.config)\0*.config\0Tous les fichiers\0*.*\0");
 inline constexpr WCHAR FILTER_KERNEL[] = TEXT("Noyaux ELF (*.elf)\0*.elf\0Tous les fichiers\0*.*\0");
@@ -13,13 +14,15 @@ inline constexpr WCHAR FILTER_DISK[] =
 inline constexpr WCHAR FILTER_PPM[] = TEXT("Image PPM (*.ppm)\0*.ppm\0Tous les fichiers\0*.*\0");
 inline constexpr WCHAR FILTER_ANY[] = TEXT("Tous les fichiers\0*.*\0");
 
-// Shows the system's box for opening or, with `save`, for saving a file. The box is modal to the main window
-// and starts in `run_directory`. `default_extension` has no dot and may be null; `first_file` is the name
-// that the box proposes. Returns the chosen path, or an empty text when the user cancels. Throws
-// std::runtime_error when the box cannot be shown.
+// Shows the system's box for opening or, with `save`, for saving a file. The box is modal to the main
+// window and starts in `run_directory`. `default_extension` has no dot and may be null. `first_file` is
+// the name that the box proposes; a name of 32,768 characters or more is not proposed. Returns the chosen
+// path, or an empty text when the user cancels. Throws std::runtime_error when the platform reports an
+// error of the box.
 WideText PickFile(Launcher& launcher, bool save, const WCHAR* filter, const WCHAR* default_extension,
                   WideView first_file);
 
-// The command of a browse button: writes the chosen path into the button's field, which counts as an edit by
-// the user. Throws as PickFile does, and std::bad_alloc when the field refuses the path.
+// The command of a browse button: shows the box and writes the chosen path into the button's field. The
+// change counts as an edit by the user. Throws as PickFile does, and std::bad_alloc when the field does
+// not return its text or refuses the path.
 void BrowseForField(Launcher& launcher, UINT button_id);

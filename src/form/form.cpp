@@ -1,4 +1,4 @@
-// Makes the controls of the table, and subclasses and fills those that need it.
+// Creates the controls of the table. Some of them are also subclassed or filled.
 #include "form/form.h"
 
 #include <stdexcept>
@@ -24,9 +24,8 @@ LRESULT CallPreviousProcedure(HWND control, UINT message, WPARAM wparam, LPARAM 
     return CallWindowProcW(previous, control, message, wparam, lparam);
 }
 
-// Group boxes and the tab control overlap the controls that they frame, which are their siblings. Without
-// this, the siblings would disappear for a moment whenever the frame erases its background before they are
-// painted.
+// Group boxes and the tab control overlap their siblings, the controls inside the frame. Without this
+// function, the siblings would disappear for a moment each time the frame erases its background.
 void ExcludeSiblings(HWND frame, HDC surface) {
     const auto* const launcher =
         reinterpret_cast<const Launcher*>(GetWindowLongPtrW(GetParent(frame), GWLP_USERDATA));
@@ -46,8 +45,8 @@ LRESULT CALLBACK TabControlProc(HWND window, UINT message, WPARAM wparam, LPARAM
     return CallPreviousProcedure(window, message, wparam, lparam);
 }
 
-// The platform never erases the background of a group box whose parent clips its children, so the box would
-// keep showing whatever was there before. Here the parent erases it.
+// The platform never erases the background of a group box whose parent clips its children: old pixels
+// would remain visible. So the group box asks its parent to erase the background.
 LRESULT CALLBACK GroupBoxProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message != WM_ERASEBKGND)
         return CallPreviousProcedure(window, message, wparam, lparam);
@@ -55,9 +54,9 @@ LRESULT CALLBACK GroupBoxProc(HWND window, UINT message, WPARAM wparam, LPARAM l
     return SendMessageW(GetParent(window), WM_ERASEBKGND, wparam, lparam);
 }
 
-// The configuration line and the status line show paths, in which an ampersand is a character like any other.
-// The control table gives both labels styles that make an ampersand the mark of an accelerator key, and do
-// not paint it.
+// The configuration line and the status line show paths, and a path may contain an ampersand. With the
+// styles of the control table, a label would treat the ampersand as the mark of an accelerator key and not
+// paint it.
 LRESULT CALLBACK PathLabelProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_GETDLGCODE:
@@ -65,7 +64,7 @@ LRESULT CALLBACK PathLabelProc(HWND window, UINT message, WPARAM wparam, LPARAM 
             return DLGC_WANTCHARS;
         case WM_STYLECHANGING:
         case WM_STYLECHANGED:
-            return 0;  // sent by the two changes below
+            return 0;  // sent by the two changes of the style below
         case WM_PAINT:
         case WM_SETTEXT: {
             const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
@@ -109,7 +108,7 @@ void PrepareModuleList(HWND list) {
     InsertColumn(list, 1, TEXT("Arguments"), 285);
 }
 
-// The further steps for one control, right after its creation.
+// Does the remaining steps for one control, right after its creation.
 void FinishControl(Launcher& launcher, const ControlRow& row, HWND control) {
     switch (row.id) {
         case IDC_CONFIG_LINE:

@@ -1,4 +1,4 @@
-// Copies values between the controls and the record, control by control.
+// Copies values between the controls and the record.
 #include "form/form_exchange.h"
 
 #include <array>
@@ -100,7 +100,7 @@ bool TryToFillForm(Launcher& launcher) {
     }
 }
 
-// Best effort: a field that refuses its text again keeps the one that it shows.
+// Errors are ignored: a field that refuses its text keeps the text that it shows.
 void PutBack(Launcher& launcher, const FormContent& shown) {
     const FillingScope filling(launcher);
     for (std::size_t field = 0; field < TEXT_FIELDS.size(); ++field)
@@ -127,7 +127,7 @@ void ReadControlText(HWND control, WideText& text) {
 }
 
 void SetControlText(HWND control, const WideText& text) {
-    // Not every platform reports that it kept only a part of the text.
+    // Some platforms report success although the control stored only a part of the text.
     RequireAccepted(SetWindowTextW(control, text.c_str()) != FALSE &&
                     GetWindowTextLengthW(control) == static_cast<int>(text.size()));
 }

@@ -1,5 +1,5 @@
-// The exchange between the form and the record: fills the controls from `config`, and reads a new record from
-// them.
+// The exchange between the form and the record: fills the controls from `config`, and reads a new record
+// from the controls.
 #pragma once
 
 #include <cstddef>
@@ -10,45 +10,51 @@
 #include "platform/win32.h"
 #include "state/launcher.h"
 
-// The whole text of a control, not trimmed. Throws std::bad_alloc when the control does not return all of it.
+// Returns the whole text of a control, not trimmed. Throws std::bad_alloc when the control does not return
+// the whole text.
 WideText GetControlText(HWND control);
-// The same into `text`, whose memory is used again.
+// Reads the whole text of a control into `text` and reuses the memory of `text`. Throws as GetControlText
+// does.
 void ReadControlText(HWND control, WideText& text);
 
-// Replaces the text of a control. Throws std::bad_alloc when the control refuses it.
+// Replaces the text of a control. Throws std::bad_alloc when the control refuses the new text or stores
+// only a part.
 void SetControlText(HWND control, const WideText& text);
 
-// For the answer of a control to a message, which it refuses only when memory is short. Throws std::bad_alloc
-// unless `accepted`.
+// Throws std::bad_alloc unless `accepted`. For messages that a control refuses only when memory is short.
 void RequireAccepted(bool accepted);
 
-// The number in an edit field. Throws with `label` when the text is empty or is not made of ASCII digits, and
-// when the number is below `lowest` or above `highest`; in the latter case the field gets the focus and its
-// text is selected.
+// Returns the number in an edit field. Throws, with `label` in the message, when the text is empty or
+// contains anything but ASCII digits, and when the number is below `lowest` or above `highest`. A number
+// outside the limits also gets the focus and is selected.
 std::uint32_t ReadNumberField(HWND control, std::uint32_t lowest, std::uint32_t highest, const char* label);
 
-// Replaces `path`, as typed, by its full path in normal form. A relative path starts at `run_directory`; an
-// empty path stays empty. Throws a file-system error when the platform cannot make the path full.
+// Replaces `path`, as typed by the user, by the full path in normal form. A relative path is relative to
+// `run_directory`; an empty path is left empty. Throws as AbsolutePath does.
 void ResolveFormPath(const Launcher& launcher, WideText& path);
 
-// A new, validated record with the values of the form and the module list of `config`. Changes neither
-// `config` nor `dirty`. Throws at the first value that is wrong.
+// Returns a new, validated record: the values of the form and the module list of the Launcher's `config`.
+// Each path is empty or a full path in normal form. Changes neither `config` nor `dirty`. Throws at the first
+// wrong value.
 VmConfig ReadForm(Launcher& launcher);
 
 // Writes `config` into all controls, selects the module row that was selected before if its index still
-// exists, and refreshes enabling and title. The caller sets `dirty`. Throws std::bad_alloc at the first
-// control that refuses its value; the form is then filled in part.
+// exists, and refreshes the enabled states and the title. The caller sets `dirty` before the call. Throws
+// std::bad_alloc at the first control that refuses its value; the other controls may already be changed.
 void FillForm(Launcher& launcher);
 
-// The contents of the controls outside the module list, valid or not.
+// The contents of the controls other than the module list and its arguments field, as the user typed them:
+// they need not be valid.
 struct FormContent {
     std::vector<WideText> texts;
     LRESULT zoom = 0;
     std::vector<bool> checks;
 };
+
+// Returns the contents of these controls. Throws std::bad_alloc when a control does not return its text.
 FormContent ReadContent(const Launcher& launcher);
 
-// A configuration with its place: the values of the fields of the same names in the Launcher.
+// A configuration, its file and its folder: values for the fields of the same names in the Launcher.
 struct CurrentConfig {
     VmConfig config;
     WideText config_path;
@@ -57,16 +63,20 @@ struct CurrentConfig {
 };
 
 // Makes `next` the current configuration and fills the form from it. Throws std::bad_alloc when a control
-// refuses its value; the Launcher is then unchanged, and the form has the contents `shown` again.
+// refuses its value. The old configuration is then current again, the module list is filled from it, and
+// `shown` is written back into the other controls; a control that refuses its old value too keeps the
+// value that it shows.
 void AdoptConfig(Launcher& launcher, CurrentConfig next, const FormContent& shown);
 
-// Rebuilds the rows of the module list from `config.modules`, with no row selected. Call it only while
-// `filling` is set. Throws std::bad_alloc when the list refuses a row.
+// Rebuilds the rows of the module list from `config.modules`, selects no row and clears the arguments
+// field. Call it only while `filling` is set. Throws std::bad_alloc when a control refuses the change.
 void RebuildModuleList(Launcher& launcher);
 
-// Selects one row of the module list. The notification of the list updates `selected_module` and the
-// arguments field before this returns. Call it only while `filling` is not set.
+// Selects one row of the module list. The list sends a notification, whose handler updates
+// `selected_module` and the arguments field before this function returns. Call it only while `filling` is
+// not set.
 void SelectModuleRow(Launcher& launcher, std::int32_t index);
 
-// Writes the second column of a row of the module list. Throws std::bad_alloc when the list refuses it.
+// Writes the arguments into the second column of a row of the module list. Throws std::bad_alloc when the
+// list refuses the text.
 void SetModuleRowArguments(HWND list, std::size_t index, const WideText& arguments);

@@ -1,4 +1,5 @@
-// Moves the controls in one batch, switches between the tab pages, and repaints after both.
+// Moves the controls in one batch, and switches between the tab pages. Each of the two then repaints the
+// window.
 #include "form/form_layout.h"
 
 #include "form/placement.h"
@@ -28,9 +29,9 @@ void ShowControls(const std::vector<HWND>& controls, bool visible) {
         ShowWindow(control, visible ? SW_SHOW : SW_HIDE);
 }
 
-// Group boxes and the tab control overlap the controls that they frame, which are their siblings, and paint
-// over them. Controls that were moved or shown repaint themselves, but without their borders. So everything
-// in `area` is painted again: client coordinates, null for the whole client area.
+// Repaints everything in `area` (in client coordinates; null for the whole client area), for two reasons.
+// Group boxes and the tab control overlap their siblings, the controls inside the frame, and paint over
+// them. Controls that were moved or shown repaint themselves, but not their borders.
 void RepaintWithChildren(HWND window, const RECT* area) {
     RedrawWindow(window, area, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
 }
@@ -54,7 +55,8 @@ void LayoutForm(Launcher& launcher) {
         SetColumnWidth(launcher.module_list, 0, widths.file);
         SetColumnWidth(launcher.module_list, 1, widths.arguments);
     }
-    // The first call leaves out the children, because the window clips them; the second includes them.
+    // InvalidateRect leaves out the area of the child windows, because the main window clips its children;
+    // RepaintWithChildren includes them.
     InvalidateRect(launcher.main_window, nullptr, TRUE);
     RepaintWithChildren(launcher.main_window, nullptr);
 }

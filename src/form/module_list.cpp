@@ -1,4 +1,4 @@
-// Each command builds a new record first and then adopts it.
+// The commands of the module list. Each builds a new record and passes it to AdoptConfig.
 #include "form/module_list.h"
 
 #include <new>
@@ -19,8 +19,8 @@ void AdoptEditedList(Launcher& launcher, VmConfig config) {
                 ReadContent(launcher));
 }
 
-// The entry of the selected row, or null. After a load that failed, the list view can have more rows than the
-// record has modules.
+// Returns the module of the selected row, or null. After a failed load, the list view can have more rows
+// than the record has modules.
 ModuleEntry* SelectedModule(Launcher& launcher) {
     const auto index = static_cast<std::size_t>(launcher.selected_module);
     if (launcher.selected_module < 0 || index >= launcher.config.modules.size())
@@ -32,13 +32,13 @@ HWND ArgumentsField(const Launcher& launcher) {
     return GetDlgItem(launcher.main_window, IDC_MODULE_ARGS);
 }
 
-// For when the arguments field refuses the text of the selected row: it still shows that of another row, and
-// an edit would store that in the wrong module.
+// Called when the arguments field refuses the arguments of the selected module. The field then still shows
+// the arguments of another module, and an edit would store these in the selected module.
 void SelectNothing(Launcher& launcher) {
     const FillingScope filling(launcher);
     LVITEMW item{};
     item.stateMask = LVIS_SELECTED;
-    if (launcher.selected_module >= 0)  // the message takes -1 for all rows
+    if (launcher.selected_module >= 0)  // the index -1 would mean all rows
         SendMessageW(launcher.module_list, LVM_SETITEMSTATE, static_cast<WPARAM>(launcher.selected_module),
                      reinterpret_cast<LPARAM>(&item));
     launcher.selected_module = -1;

@@ -1,4 +1,4 @@
-// The layout's rule: which edges of the window a control follows.
+// The rules of the layout: which controls move or grow with the right and the bottom edge of the window.
 #include "form/placement.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// The calls that show the texts and the enabled states.
+// Applies the texts and the enabled states to the windows.
 #include "form/title.h"
 
 #include "form/enabling.h"

@@ -1,5 +1,5 @@
-// Shows the title, the configuration line and the enabled state of the controls, from the record and the
-// check boxes.
+// Updates the title, the configuration line and the enabled state of the controls from the Launcher and
+// the check boxes.
 #pragma once
 
 #include "state/launcher.h"
@@ -7,6 +7,6 @@
 // Writes the title bar and the configuration line. Call it after every change of `dirty` or `config_path`.
 void RefreshTitle(Launcher& launcher);
 
-// Enables and disables the nine controls that depend on the check boxes, the selected module and the run.
-// Where both are called, call this one first.
+// Enables or disables the nine controls that depend on the check boxes, the selected module and the run. A
+// caller of both functions calls this one first.
 void RefreshEnabling(Launcher& launcher);

@@ -4,11 +4,12 @@
 #include "base/fixed_text.h"
 #include "platform/win32.h"
 
-// The title of the main window, with a mark at its end while there are unsaved changes.
+// Returns the title of the main window. An asterisk at the end marks unsaved changes.
 const WCHAR* TitleText(bool dirty);
 
 // Has room for the longest path of the platform and the mark.
 using ConfigLine = FixedText<32767 + 32>;
 
-// The line that names the configuration file, or says that there is none yet.
+// Returns the text of the configuration line: the path of the file, or a text for a configuration without
+// a file. The end of the text marks unsaved changes.
 ConfigLine ConfigLineText(WideView config_path, bool dirty);

@@ -1,4 +1,4 @@
-// The engine's options in their fixed order, and the platform's quoting rules.
+// Builds the engine's options in their fixed order and quotes them by the platform's rules.
 #include "launch/engine_command.h"
 
 #include <algorithm>
@@ -34,7 +34,8 @@ void AddFlag(Arguments& arguments, const WCHAR* option, bool set) {
         arguments.emplace_back(option);
 }
 
-// Backslashes are doubled before a quotation mark and at the end; a quotation mark gets one backslash more.
+// Doubles the backslashes that precede a quotation mark or the end of the argument, and inserts one more
+// backslash before each quotation mark.
 void AppendQuoted(WideText& line, WideView argument) {
     line += QUOTE;
     for (auto at = argument.begin(); at != argument.end();) {

@@ -6,13 +6,15 @@
 #include "config/vm_config.h"
 #include "platform/win32.h"
 
-// The arguments after the engine's own path, in their order, not quoted. Throws when the record is not valid
-// or has no kernel.
+// Returns the arguments that follow the engine's path, in the order of the command line, not quoted.
+// Throws when the record is not valid or has no kernel.
 std::vector<WideText> BuildEngineArguments(const VmConfig& config, bool dry_run);
 
-// The argument in double quotes, escaped so that the platform's parser returns it unchanged.
+// Returns the argument in double quotes, escaped so that the platform's parser returns the argument
+// unchanged.
 WideText QuoteEngineArgument(WideView argument);
 
-// The whole line: the engine's path and the arguments, each quoted, separated by one blank. Throws as
-// BuildEngineArguments does, and when the line is longer than the platform's limit of 32,766 characters.
+// Returns the whole command line: the engine's path and the arguments, each quoted, separated by one
+// blank. Throws as BuildEngineArguments does, and when the line is longer than 32,766 characters, the
+// platform's limit.
 WideText BuildEngineCommandLine(WideView engine_path, const VmConfig& config, bool dry_run);

@@ -22,7 +22,8 @@ void RequireFile(const WideText& path) {
         throw std::runtime_error("Fichier introuvable : " + Utf8FromWide(path));
 }
 
-// The files that the engine reads. The export file need not exist: the engine writes it.
+// Throws unless all files that the engine reads exist. The export file need not exist: the engine writes
+// it.
 void RequireInputFiles(const VmConfig& config) {
     RequireFile(config.kernel);
     for (const WideText& image : config.ide)

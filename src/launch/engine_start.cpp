@@ -45,7 +45,7 @@ private:
 
 struct Start {
     bool succeeded;
-    DWORD error;  // the reason when it has not
+    DWORD error;  // the platform's error code; valid if the start failed
     PROCESS_INFORMATION process;
 };
 

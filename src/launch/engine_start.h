@@ -4,9 +4,10 @@
 #include "base/owned_handle.h"
 #include "platform/win32.h"
 
-// Creates the log file empty, replacing an old one, and starts the engine in `directory`, with the log as its
-// output and error output and an empty input. The engine inherits these two handles and no others. Returns
-// the process handle, which the caller owns. Throws when the engine cannot be started; the new log file
-// stays.
+// Creates an empty log file, or empties the existing one, and starts the engine in the working directory
+// `directory`. The engine writes its standard output and standard error to the log; its standard input is
+// empty. It inherits the handles of the log and of the input, and no others. Returns the process handle,
+// which the caller owns. Throws when the log cannot be created or the engine cannot be started; in the
+// second case the empty log remains.
 OwnedHandle StartEngine(const WideText& engine_path, WideText command_line, const WideText& directory,
                         const WideText& log_path);

@@ -37,8 +37,8 @@ void NormalizeLineEnds(WideText& text) {
         bare += IsBareLineFeed(text, index) ? 1 : 0;
     std::size_t from = text.size();
     text.resize(from + bare);
-    // From the end, so that each character is moved once; what is before the first bare line feed is not
-    // moved.
+    // Copies from the end, so that each character is moved once. Stops at the first bare line feed: the
+    // characters before it need not move.
     for (std::size_t to = text.size(); to != from;) {
         --from;
         const bool needs_return = IsBareLineFeed(text, from);
@@ -49,6 +49,6 @@ void NormalizeLineEnds(WideText& text) {
 }
 
 void ShowZeros(WideText& text) {
-    constexpr WCHAR MIDDLE_DOT = 0xB7;  // every font has it, also the old fixed one
+    constexpr WCHAR MIDDLE_DOT = 0xB7;  // every font has this character, also ANSI_FIXED_FONT
     std::replace(text.begin(), text.end(), WCHAR{0}, MIDDLE_DOT);
 }

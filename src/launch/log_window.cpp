@@ -13,7 +13,7 @@
 namespace {
 
 constexpr int TEXT_CONTROL_ID = 1;
-constexpr WPARAM TEXT_LIMIT_CHARACTERS = WPARAM{2} * LOG_TAIL_LIMIT;  // when every byte is a line feed
+constexpr WPARAM TEXT_LIMIT_CHARACTERS = WPARAM{2} * LOG_TAIL_LIMIT;  // enough if all bytes are line feeds
 constexpr DWORD TEXT_STYLE = WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_AUTOVSCROLL |
                              ES_AUTOHSCROLL | ES_READONLY;
 
@@ -29,20 +29,20 @@ void MakeLogWindow(Launcher& launcher) {
         throw std::runtime_error("Création du journal impossible.");
 }
 
-// What the log window remembers from one tick to the next, so that an unchanged log is not decoded again and
-// its refresh does not allocate.
+// The data that the log window stores from one tick to the next, so that an unchanged log is not decoded
+// again and a refresh of an unchanged log does not allocate.
 struct LogView {
     std::string tail;   // the bytes from which `text` was made
-    WideText text;      // the text that the control is to show
+    WideText text;      // the text that the control must show
     std::string fresh;  // the bytes read at this tick
-    WideText shown;     // the text that the control shows at this tick
+    WideText shown;     // the text read from the control at this tick
 };
 
 LogView* ViewOf(HWND window) {
     return reinterpret_cast<LogView*>(GetWindowLongPtrW(window, GWLP_USERDATA));
 }
 
-// False when memory is short.
+// Returns false when memory is short.
 bool MakeView(HWND window) {
     auto* const view = new (std::nothrow) LogView;
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(view));
@@ -60,8 +60,8 @@ bool MakeTextControl(HWND window) {
     return true;
 }
 
-// Reads the last bytes of the file, at most LOG_TAIL_LIMIT, and fewer if reading fails. False if the file
-// cannot be opened.
+// Reads the last bytes of the file, at most LOG_TAIL_LIMIT, into `tail`; fewer if reading fails. Returns
+// false if the file cannot be opened or its size is unknown.
 bool ReadLogTail(const WideText& path, std::string& tail) {
     const OwnedHandle file = OpenForReading(path);
     const std::optional<std::uint64_t> size = FileSize(file.Get());
@@ -81,7 +81,7 @@ void ShowTail(HWND control, LogView& view, const WideText& path) {
         view.text.swap(text);
         view.tail.swap(view.fresh);
     }
-    // The control's text is read only when its length is the right one.
+    // If the lengths differ, the texts differ: the control's text need not be read.
     if (static_cast<std::size_t>(GetWindowTextLengthW(control)) == view.text.size()) {
         ReadControlText(control, view.shown);
         if (view.shown == view.text)

@@ -6,6 +6,6 @@
 
 using RunResult = FixedText<64>;
 
-// The status text for the end of a run or, with `run_is_dry`, of a verification. Exit code 0 is success,
-// every other one a failure.
+// Returns the status text for the end of a run or, with `run_is_dry`, of a verification. Exit code 0 means
+// success, every other code means failure.
 RunResult RunResultText(DWORD exit_code, bool run_is_dry);

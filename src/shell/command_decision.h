@@ -1,4 +1,4 @@
-// Decides which command a WM_COMMAND message stands for. No platform call.
+// Decides which command a WM_COMMAND message means. No platform call.
 #pragma once
 
 #include "platform/win32.h"
@@ -22,6 +22,6 @@ enum class Command {
     MoveModuleDown,
 };
 
-// The command for the notification `code` of the control `id`. While `filling` is set, the notifications come
-// from the program's own changes, and the answer is always None.
+// Returns the command for the notification `code` of the control `id`. While `filling` is set, the program
+// itself changes the controls, and the result is always None.
 Command DecideCommand(bool filling, UINT code, UINT id);

@@ -17,7 +17,7 @@ void SetStatus(const Launcher& launcher, const WCHAR* text) {
     SetWindowTextW(launcher.status_label, text);
 }
 
-// The path to save to; empty when the user cancels the box.
+// Returns the path of the file to write; empty when the user cancels the box.
 WideText ChooseTarget(Launcher& launcher, bool save_as) {
     if (save_as) {
         const WideText first_file =
@@ -53,8 +53,8 @@ void OnLoadCommand(Launcher& launcher) {
 void LoadConfiguration(Launcher& launcher, const WideText& path) {
     CurrentConfig next{ReadConfigFile(path), {}, {}, false};
     const FormContent shown = ReadContent(launcher);
-    std::swap(launcher.config,
-              next.config);  // the record is the new one also where its path cannot be made full
+    // If AbsolutePath throws, the Launcher keeps the new record and the old path.
+    std::swap(launcher.config, next.config);
     next.config_path = NormalPath(AbsolutePath(path));
     next.run_directory = ParentPath(next.config_path);
     std::swap(launcher.config, next.config);

@@ -1,5 +1,6 @@
-// The commands between form, record and file: load, save, reset, and the question about unsaved changes. Each
-// reads or writes its file completely before it changes the Launcher. Failures are thrown.
+// The commands that move a configuration between form, record and file: load, save and reset, and the
+// question about unsaved changes. Each command reads or writes its file completely before it changes the
+// Launcher. Failures are reported as exceptions.
 #pragma once
 
 #include "platform/win32.h"
@@ -7,22 +8,27 @@
 
 inline constexpr WideView DEFAULT_CONFIG_NAME = TEXT("veldranevm.config");
 
-// Whether the form's contents may be discarded. With unsaved changes the user is asked: Yes saves first, No
-// discards, Cancel is false, and so is a question that cannot be shown. Throws as SaveConfiguration does.
+// Returns whether the form's contents may be discarded. If there are unsaved changes, asks the user. Yes:
+// saves and returns what SaveConfiguration returns. No: true. Cancel, or a box that cannot be shown:
+// false. Throws as SaveConfiguration does.
 bool ConfirmDiscard(Launcher& launcher);
 
-// The command of the button: asks for a file and loads it.
+// The command of the load button: calls ConfirmDiscard, asks for a file and loads the file. Throws as
+// ConfirmDiscard, PickFile and LoadConfiguration do.
 void OnLoadCommand(Launcher& launcher);
 
-// Loads the file at `path` and makes it the current configuration. When the file cannot be read, nothing
-// changes.
+// Loads the file at `path` and makes it the current configuration. Throws as ReadConfigFile, AbsolutePath
+// and AdoptConfig do; the Launcher is then unchanged, except that `config` is the new record if the file
+// was read but AbsolutePath failed.
 void LoadConfiguration(Launcher& launcher, const WideText& path);
 
-// Writes the values of the form to the current file or, with `save_as`, to one that the user chooses, and
-// makes it the current configuration. False when the user cancels the box. When this throws, the Launcher is
-// unchanged, and so is the old file unless the failure came after it was replaced (std::bad_alloc, from a
-// control).
+// Writes the values of the form to a file and makes that file the current configuration. With `save_as`
+// the user chooses the file; otherwise it is the current file or, if there is none, DEFAULT_CONFIG_NAME in
+// `start_directory`. Returns false when the user cancels the box. Throws as ReadForm, PickFile,
+// WriteConfigFile and AdoptConfig do; the Launcher is then unchanged. The old file is then unchanged too,
+// unless AdoptConfig failed: the file is already replaced before AdoptConfig is called.
 bool SaveConfiguration(Launcher& launcher, bool save_as);
 
-// The command of the button: the default values, without a current file.
+// The command of the reset button: calls ConfirmDiscard and makes the default values the current
+// configuration, without a current file. Throws as ConfirmDiscard and AdoptConfig do.
 void ResetConfiguration(Launcher& launcher);

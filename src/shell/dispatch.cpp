@@ -1,4 +1,4 @@
-// Calls the operation for each message of the main window.
+// Calls the function that handles each message of the main window.
 #include "shell/dispatch.h"
 
 #include <exception>

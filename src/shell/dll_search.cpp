@@ -1,4 +1,4 @@
-// A setting that the platform refuses is ignored: there is no alternative.
+// Errors of the two calls are ignored: without these settings the program can still run.
 #include "shell/dll_search.h"
 
 #include "platform/win32.h"

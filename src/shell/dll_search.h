@@ -1,8 +1,8 @@
 // Limits the folders in which DLLs are searched.
 #pragma once
 
-// Call this before anything else. From then on the current folder, which may be a download, is not searched
-// for DLLs, neither here nor in programs started from here. DLLs that are loaded after the start come from
-// the system's folder or from a folder that the code in this process has added itself, as extensions of the
-// file boxes do; not from the folder of this program.
+// Call this before anything else. After the call, this process and the programs that it starts do not
+// search the current folder for DLLs: that folder may contain downloaded files. A DLL that this process
+// loads later is searched only in the system folder and in folders that code in this process has added
+// (shell extensions in the file boxes add some). The folder of this program is not searched.
 void LimitDllSearch();

@@ -1,4 +1,4 @@
-// Restores the focus, and redirects a key that was sent to the window itself.
+// Restores the focus, and redirects key messages from the main window to the control that has the focus.
 #include "shell/focus_keeper.h"
 
 namespace {

@@ -3,9 +3,10 @@
 
 #include "platform/win32.h"
 
-// The message loop calls this for every message before it dispatches the message. While a control of the main
-// window has the focus, `last_control` stores its handle. When the main window is active but has the focus
-// itself, or no window has it, `last_control` gets the focus back if it is visible and enabled; a key message
-// for the main window is then redirected to it. That happens after another program was in front, after the
-// window was minimised, after a box was closed, and while the control was disabled.
+// The message loop calls this for every message before it dispatches the message. If a visible and enabled
+// control of the main window has the focus, stores its handle in `last_control`. Otherwise, if the main
+// window is active, sets the focus to `last_control` or, if that is hidden or disabled, to the main
+// window; a key message for the main window is then redirected to the window that has the focus. The focus
+// must be restored when the user comes back from another program or from the minimised window, when a box
+// closes, and when the control that has the focus is disabled.
 void KeepFocus(HWND main_window, HWND& last_control, MSG& message);

@@ -61,7 +61,8 @@ void CreateMainWindow(Launcher& launcher) {
         throw std::runtime_error("Création du lanceur impossible.");
 }
 
-// When the default file cannot be loaded, the user is told why and the program continues with the defaults.
+// Loads the default file if it exists. If loading fails, shows the reason to the user and returns. Throws
+// when the platform cannot report whether the file exists.
 void LoadDefaultFile(Launcher& launcher) {
     const WideText path = JoinPath(launcher.start_directory, DEFAULT_CONFIG_NAME);
     if (QueryFileType(path, "exists") == FileType::Missing)
@@ -89,8 +90,8 @@ int PumpMessages(const Launcher& launcher) {
     return static_cast<int>(message.wParam);
 }
 
-// The destruction of a window whose creation failed posts WM_QUIT, which would also close an error box before
-// it is seen.
+// When WM_CREATE fails, the main window is destroyed, and WM_DESTROY posts WM_QUIT. A message box that
+// finds WM_QUIT in the queue closes before the user sees it.
 void RemoveQuitMessage() {
     MSG quit{};
     PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);

@@ -1,4 +1,4 @@
-// Nothing here may fail, so the texts of the boxes have a fixed capacity.
+// These functions must work when memory is short. So the texts of the boxes have a fixed capacity.
 #include "shell/show_error.h"
 
 #include <new>
@@ -14,7 +14,7 @@ constexpr WideView OUT_OF_MEMORY = TEXT("Mémoire insuffisante : l'opération n'
 constexpr std::size_t BOX_LIMIT_CHARACTERS = 1000;
 constexpr WideView OMISSION = TEXT(" […] ");
 
-// The text of the exception; none when memory is short.
+// Returns the text of the exception; none for std::bad_alloc and when the text cannot be converted.
 std::optional<WideText> OwnText(const std::exception& error) noexcept {
     if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr)
         return std::nullopt;
@@ -41,7 +41,8 @@ bool IsLowSurrogate(WCHAR character) {
     return (character & 0xFC00) == 0xDC00;
 }
 
-// The text, or the start and the end of a long one, with a mark between them.
+// Returns a text of at most BOX_LIMIT_CHARACTERS unchanged; of a longer text, the start, OMISSION and the
+// end.
 FixedText<BOX_LIMIT_CHARACTERS> Shortened(WideView text) {
     constexpr std::size_t START = 600;
     constexpr std::size_t END = BOX_LIMIT_CHARACTERS - START - OMISSION.size();
@@ -60,9 +61,9 @@ FixedText<BOX_LIMIT_CHARACTERS> Shortened(WideView text) {
     return shortened;
 }
 
-// Replaces control characters by blanks: a text full of them would make the box larger than the screen. The
-// line ends in the platform's own messages are kept; no key, value or path contains a carriage return
-// followed by a line feed.
+// Replaces control characters by blanks, because many line feeds would make the box larger than the
+// screen. Keeps each line end (carriage return and line feed): only the platform's messages contain line
+// ends; keys, values and paths do not.
 FixedText<BOX_LIMIT_CHARACTERS> WithoutControls(WideView text) {
     constexpr WideView LINE_END = TEXT("\r\n");
     FixedText<BOX_LIMIT_CHARACTERS> plain;
@@ -79,8 +80,8 @@ void ShowBox(HWND owner, const WCHAR* text) {
     const FixedText<BOX_LIMIT_CHARACTERS> box_text = WithoutControls(Shortened(text));
     const HWND focus = GetFocus();
     MessageBoxW(owner, box_text.c_str(), TEXT("Veldrane VM"), MB_ICONERROR);
-    // The failed command may have moved the focus to the field with the wrong value; the message loop has not
-    // noticed that yet.
+    // The failed command may have moved the focus to the field with the wrong value. KeepFocus would
+    // restore the focus of an earlier control, because no message has been read since then.
     if (focus != nullptr)
         SetFocus(focus);
 }

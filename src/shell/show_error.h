@@ -5,12 +5,12 @@
 
 #include "state/launcher.h"
 
-// Writes the exception's text into the status line and shows it in a box; returns when the user has closed
-// the box. The box shows a blank for each control character and, of a text of more than 1,000 characters,
-// only the start and the end. Never fails: when the text cannot be converted because memory is short, a fixed
-// sentence says so.
+// Writes the exception's text into the status line and shows it in a box. Returns when the user has closed
+// the box. In the box, each control character is replaced by a blank, and a text of more than 1,000
+// characters is reduced to its start and its end. For std::bad_alloc, or if the text cannot be converted,
+// shows a fixed text that reports that memory is short.
 void ShowError(Launcher& launcher, const std::exception& error) noexcept;
 
-// Shows only the box, owned by `owner`, which may be null. The control that had the focus gets it back when
-// the box is closed. Never fails either.
+// Shows the same box, but writes no status line. `owner` is the owner window of the box and may be null.
+// When the box is closed, the control that had the focus gets the focus again.
 void ShowErrorBox(HWND owner, const std::exception& error) noexcept;
