@@ -91,23 +91,25 @@ void Swap(Launcher& launcher, CurrentConfig& other) noexcept {
     std::swap(launcher.dirty, other.dirty);
 }
 
-bool TryToFillForm(Launcher& launcher) {
-    try {
-        FillForm(launcher);
-        return true;
-    } catch (const std::bad_alloc&) {
-        return false;
+// Restores the controls after a failed FillForm. Errors are ignored: a control that refuses its value keeps
+// the one that it shows.
+void RestoreForm(Launcher& launcher, const FormContent& shown, std::int32_t selected_row) {
+    {
+        const FillingScope filling(launcher);
+        for (std::size_t field = 0; field < TEXT_FIELDS.size(); ++field)
+            SetWindowTextW(Field(launcher, TEXT_FIELDS[field]), shown.texts[field].c_str());
+        SendMessageW(Field(launcher, IDC_ZOOM), CB_SETCURSEL, static_cast<WPARAM>(shown.zoom), 0);
+        for (std::size_t box = 0; box < CHECK_BOXES.size(); ++box)
+            SetCheck(launcher, CHECK_BOXES[box], shown.checks[box]);
+        try {
+            RebuildModuleList(launcher);
+        } catch (const std::bad_alloc&) {
+            selected_row = -1;
+        }
     }
-}
-
-// Errors are ignored: a field that refuses its text keeps the text that it shows.
-void PutBack(Launcher& launcher, const FormContent& shown) {
-    const FillingScope filling(launcher);
-    for (std::size_t field = 0; field < TEXT_FIELDS.size(); ++field)
-        SetWindowTextW(Field(launcher, TEXT_FIELDS[field]), shown.texts[field].c_str());
-    SendMessageW(Field(launcher, IDC_ZOOM), CB_SETCURSEL, static_cast<WPARAM>(shown.zoom), 0);
-    for (std::size_t box = 0; box < CHECK_BOXES.size(); ++box)
-        SetCheck(launcher, CHECK_BOXES[box], shown.checks[box]);
+    if (selected_row >= 0)
+        SelectModuleRow(launcher, selected_row);
+    RefreshEnabling(launcher);
 }
 
 }  // namespace
@@ -197,14 +199,13 @@ FormContent ReadContent(const Launcher& launcher) {
 void AdoptConfig(Launcher& launcher, CurrentConfig next, const FormContent& shown) {
     const std::int32_t selected_row = launcher.selected_module;
     Swap(launcher, next);
-    if (TryToFillForm(launcher))
-        return;
-    Swap(launcher, next);
-    launcher.selected_module = selected_row;
-    TryToFillForm(launcher);  // restores the module list
-    PutBack(launcher, shown);
-    RefreshEnabling(launcher);
-    throw std::bad_alloc();
+    try {
+        FillForm(launcher);
+    } catch (const std::bad_alloc&) {
+        Swap(launcher, next);
+        RestoreForm(launcher, shown, selected_row);
+        throw;
+    }
 }
 
 void RebuildModuleList(Launcher& launcher) {
