@@ -17,7 +17,7 @@ constexpr auto STUB = std::to_array<unsigned char>({
 });
 constexpr std::size_t STUB_OPERAND = 1;  // the operand of its first instruction: the information's address
 
-// What the kernel gets. The stub fills in the loader's fields and the framebuffer's address.
+// The Multiboot information for the kernel. The stub sets the loader's fields and the framebuffer's address.
 struct MultibootInformation {
     std::array<std::uint32_t, 4> loader_fields;
     std::uint32_t arguments, module_count, modules;
@@ -31,10 +31,10 @@ struct MultibootInformation {
 static_assert(sizeof(MultibootInformation) == 120);
 
 constexpr std::uint32_t PAGE_BYTES = 4096;
-constexpr std::uint32_t LOWEST_ADDRESS = 0x100000;  // the emulator keeps its own tables below
-constexpr std::uint32_t FIRMWARE_BYTES = 0x40000;   // the firmware keeps the end of the memory for itself
+constexpr std::uint32_t LOWEST_ADDRESS = 0x100000;  // the emulator's own tables are below this address
+constexpr std::uint32_t FIRMWARE_BYTES = 0x40000;   // the firmware uses the end of the memory
 constexpr DisplayMode DEFAULT_MODE{800, 600};
-constexpr std::size_t SEGMENTS_MAX = 128;  // so that our Multiboot header is near the start of the file
+constexpr std::size_t SEGMENTS_MAX = 128;  // keeps the composed Multiboot header near the start of the file
 
 struct Segment {
     std::uint32_t address;
@@ -55,7 +55,8 @@ void ReadSegment(std::string_view file, const ProgramHeader& header, std::uint32
     if (std::uint64_t{header.offset} + header.file_bytes > file.size() ||
         header.file_bytes > header.memory_bytes)
         throw std::runtime_error("fichier ELF tronqué.");
-    // An entry that is a virtual address of an executable segment means the physical address.
+    // When the entry is a virtual address in an executable segment, the kernel starts at its physical
+    // address.
     if ((header.flags & ProgramHeader::EXECUTABLE) != 0 && elf_entry >= header.virtual_address &&
         elf_entry - header.virtual_address < header.file_bytes)
         kernel.entry = elf_entry - header.virtual_address + header.physical_address;
@@ -63,7 +64,7 @@ void ReadSegment(std::string_view file, const ProgramHeader& header, std::uint32
         {header.physical_address, file.substr(header.offset, header.file_bytes), header.memory_bytes});
 }
 
-// The addresses in a Multiboot header replace the program headers by a single segment.
+// Replaces all segments by the single one that the addresses in the Multiboot header describe.
 void ReplaceSegments(std::string_view file, std::uint64_t header_offset, Kernel& kernel) {
     const auto addresses = RecordAt<MultibootAddresses>(file, header_offset + sizeof(MultibootHeader));
     const std::uint32_t start = addresses.load_start;
@@ -79,8 +80,8 @@ void ReplaceSegments(std::string_view file, std::uint64_t header_offset, Kernel&
     kernel.segments = {{start, file.substr(offset, file_bytes), std::max(file_bytes, memory_bytes)}};
 }
 
-// Sorts the segments by address. Overlapping ones are refused: the result would depend on the order of
-// loading, and the emulator does not keep the file's order.
+// Sorts the segments by address. Refuses overlapping segments: the content of the memory would depend on the
+// order of loading, and the emulator does not load segments in the file's order.
 void SortSegments(Kernel& kernel) {
     std::sort(kernel.segments.begin(), kernel.segments.end(),
               [](const Segment& left, const Segment& right) { return left.address < right.address; });
@@ -133,7 +134,7 @@ std::optional<DisplayMode> ModeOfHeader(std::string_view file,
     return mode.width == 0 || mode.height == 0 ? DEFAULT_MODE : DisplayMode{mode.width, mode.height};
 }
 
-// The segment that is added after the kernel's.
+// The segment that is added after the kernel's segments.
 struct AddedSegment {
     std::uint64_t address;
     std::string front;          // up to the first module
@@ -144,7 +145,7 @@ std::uint32_t Low32(std::uint64_t number) {
     return static_cast<std::uint32_t>(number);
 }
 
-// The stub, the Multiboot information, the list of the modules, the texts.
+// The front consists of the stub, the Multiboot information, the list of the modules and their arguments.
 AddedSegment ComposeAddedSegment(const Kernel& kernel, const BootRequest& request,
                                  const std::optional<DisplayMode>& mode) {
     const std::uint64_t address = kernel.end + PaddingBehind(kernel.end);
@@ -211,7 +212,7 @@ std::string ComposeFile(std::string_view kernel_file, const Kernel& kernel, cons
     for (const Segment& segment : kernel.segments)
         append_header(segment.address, segment.content.size(), segment.memory_bytes);
     append_header(added.address, added.total_bytes, added.total_bytes);
-    // The loader wants a Multiboot header near the start of the file; it need not be loaded.
+    // The loader needs a Multiboot header near the start of the file; no segment has to contain it.
     constexpr std::uint32_t FLAGS = MultibootHeader::ALIGNED_MODULES | MultibootHeader::MEMORY;
     AppendRecord(file, MultibootHeader{MultibootHeader::MAGIC, FLAGS, 0 - (MultibootHeader::MAGIC + FLAGS)});
     for (const Segment& segment : kernel.segments)

@@ -8,7 +8,7 @@
 
 class Channel {
 public:
-    // Listens on a free port. Throws when there is none.
+    // Listens on a free port. Throws when that fails.
     Channel();
     ~Channel();
     Channel(const Channel&) = delete;
@@ -16,10 +16,10 @@ public:
 
     std::uint16_t Port() const;
     bool IsConnected() const;
-    // True once the emulator has closed the connection, or the connection is lost.
+    // Whether the connection existed and was closed by the emulator or lost.
     bool HasEnded() const;
-    // Sends all bytes, and waits while the emulator does not take them. HasEnded is true afterwards when the
-    // connection is lost.
+    // Sends all bytes and blocks until the emulator has accepted them. When the connection is lost, the rest
+    // of the bytes is dropped and HasEnded is true. Without a connection, does nothing.
     void Send(std::string_view bytes);
     // Returns the bytes received since the last call.
     std::string TakeReceived();
@@ -35,6 +35,6 @@ private:
     std::string received_;
 };
 
-// Waits for connections or bytes on the channels for at most `limit_ms`, and receives them, at most 64 KiB a
-// channel and call.
+// Waits at most `limit_ms` for a connection or for bytes on the channels. Then each channel accepts its
+// connection or receives its bytes, at most 64 KiB in one call.
 void AwaitChannels(std::span<Channel* const> channels, unsigned limit_ms);

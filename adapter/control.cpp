@@ -12,7 +12,7 @@ namespace {
 constexpr unsigned long INTERRUPT_FLAG = 0x200;
 
 // Removes the JSON text at the start of the line, quotation marks included, and returns it. Escapes of the
-// form \uXXXX are not decoded: no text that is used here contains one.
+// form \uXXXX are not decoded: no text that this program uses contains one.
 std::string TakeText(std::string_view& line) {
     constexpr std::string_view ESCAPED = "nrt";
     constexpr std::string_view DECODED = "\n\r\t";
@@ -118,8 +118,8 @@ std::optional<MachineEnd> EndOfEvent(const ControlLine& line) {
         return std::nullopt;
     if (reason->second == "guest-reset" || reason->second == "host-qmp-system-reset")
         return MachineEnd::Reset;
-    // The engine sends "quit" only once the end is known; before that, these reasons come from the window:
-    // its menu and its frame.
+    // The engine sends "quit" only after it knows the end. Until then, only the window causes these reasons:
+    // its frame and its menu.
     if (reason->second == "host-ui" || reason->second == "host-qmp-quit")
         return MachineEnd::WindowClosed;
     return reason->second == "guest-shutdown" ? MachineEnd::PoweredOff : MachineEnd::EmulatorGone;

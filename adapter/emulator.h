@@ -8,31 +8,34 @@
 #include "base/owned_handle.h"
 #include "platform/win32.h"
 
-// The path of the emulator's program: the value of the environment variable TESSARUN_QEMU, otherwise the
-// first one in the usual folders of programs. Throws when there is none.
+// Returns the path of the emulator's program: the value of the environment variable TESSARUN_QEMU or, when it
+// is not set, the first emulator in the usual folders of programs. Throws when there is no such program.
 WideText FindEmulator();
 
 // The folder for temporary files, without a separator at its end.
 WideText TemporaryFolder();
 
-// A full path in the form that this emulator takes, in UTF-8.
+// Converts a full path to the form that this emulator's program accepts, in UTF-8. Throws when that fails.
 std::string EmulatorPath(const WideText& program, const WideText& path);
 
-// False when no window can be shown.
+// Whether the emulator can show a window.
 bool HasDisplay();
 
-// The emulator's process. It ends with the engine, even when the engine is killed; under Wine an emulator of
-// the system below does not. It runs in the folder for temporary files and inherits the engine's output.
+// The emulator's process. It runs in the folder for temporary files and inherits the engine's output. It ends
+// with the engine, even when the engine is killed. Exception: a Linux emulator that is started under Wine can
+// outlive the engine.
 class Emulator {
 public:
-    // Starts it; `zoom` is the scale of its window. Throws when that fails.
+    // Starts the process; `zoom` is the scale of its window. Throws when the process cannot be created. On
+    // Linux, a program that cannot be executed does not throw: the process ends at once with exit code 127.
     Emulator(const WideText& program, const std::vector<std::string>& arguments, std::uint32_t zoom);
     // Ends the process if it still runs.
     ~Emulator();
     Emulator(const Emulator&) = delete;
     Emulator& operator=(const Emulator&) = delete;
 
-    // Also false when there is no handle of the process to ask.
+    // Whether the process has ended. Always false for a Linux emulator under Wine, which has no process
+    // handle.
     bool HasEnded();
 
 private:

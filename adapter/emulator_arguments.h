@@ -10,7 +10,7 @@
 #include "adapter/boot_image.h"
 #include "config/vm_config.h"
 
-// The paths of the raw images in the form that the emulator takes; empty: no disk.
+// The paths of the raw disk images in the form that the emulator accepts. An empty path: no disk.
 using DiskPaths = std::array<std::string, 4>;
 
 // The ports of the three channels, on the loopback address.
@@ -20,8 +20,8 @@ struct ChannelPorts {
     std::uint16_t exit_port;
 };
 
-// The emulator's arguments, without its own name. `image` is the path of the boot image, relative to the
-// folder in which the emulator runs.
+// Returns the emulator's arguments, without the program's name. `image` is the path of the boot image,
+// relative to the folder in which the emulator runs.
 std::vector<std::string> EmulatorArguments(const VmConfig& config, const std::string& image,
                                            const DiskPaths& disks, const std::optional<DisplayMode>& mode,
                                            const ChannelPorts& ports);

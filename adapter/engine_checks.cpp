@@ -39,7 +39,7 @@ void CheckKernel(const VmConfig& config) {
 // Returns the size in bytes of a file that can be read.
 std::uint64_t CheckReadable(const WideText& path) {
     const SizedFile file(path);
-    ReadStart(file);  // a file can be open and still refuse to be read
+    ReadStart(file);  // a file that can be opened may still fail to be read
     return file.Bytes();
 }
 

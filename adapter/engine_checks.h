@@ -1,4 +1,4 @@
-// The checks of the files that a configuration names. A dry run and a run make the same ones.
+// The checks of the files that a configuration names. A dry run and a run make the same checks.
 #pragma once
 
 #include <cstddef>
@@ -7,10 +7,11 @@
 
 #include "config/vm_config.h"
 
-// The Multiboot header must be complete within so many first bytes of the kernel file.
+// The whole Multiboot header must be within this many bytes from the start of the kernel file.
 inline constexpr std::size_t MULTIBOOT_AREA_BYTES = 8192;
 
-// The offset of the kernel's Multiboot header, a multiple of 4; none when the area holds no valid header.
+// The offset of the kernel's Multiboot header in bytes, a multiple of 4; none when the first
+// MULTIBOOT_AREA_BYTES contain no valid header.
 std::optional<std::size_t> FindMultibootHeader(std::string_view file);
 
 enum class HeaderNeed { Required, Optional };
@@ -19,7 +20,7 @@ enum class HeaderNeed { Required, Optional };
 // required, contain a Multiboot header.
 void CheckKernelImage(std::string_view first_bytes, HeaderNeed need);
 
-// Opens the kernel, the disk images and the modules, and prints a line about each. Throws for the first file
-// that cannot be read, a kernel that CheckKernelImage refuses, and a disk image that does not consist of
-// whole sectors of 512 bytes.
+// Opens the kernel, the disk images and the modules in this order, and prints a line about each. Throws at
+// the first file that cannot be read, at a kernel that CheckKernelImage refuses, and at a disk image that
+// does not consist of whole sectors of 512 bytes.
 void CheckFiles(const VmConfig& config);

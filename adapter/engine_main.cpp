@@ -14,5 +14,5 @@ void RunEngineProcess(int argc, WCHAR** argv, EngineWork* work) {
     } catch (const std::exception& error) {
         PrintErrorLine(std::string("Erreur : ") + error.what());
     }
-    ExitProcess(exit_code);  // returning it from main would cut it to 8 bits on Linux
+    ExitProcess(exit_code);  // a code returned from main would be cut to 8 bits on Linux
 }

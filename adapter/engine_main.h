@@ -11,10 +11,10 @@ inline constexpr std::uint32_t FAILURE_EXIT_CODE = 1;
 inline constexpr std::uint32_t USAGE_EXIT_CODE = 2;
 inline constexpr std::uint32_t TIME_LIMIT_EXIT_CODE = 124;
 
-// An engine: takes the arguments after its own name and stores its exit code. When it throws, the code that
-// it has stored last is the exit code.
+// The work of an engine: receives the arguments without the program name and stores its exit code. When the
+// work throws, the last stored code is the exit code.
 using EngineWork = void(const std::vector<WideText>& arguments, std::uint32_t& exit_code);
 
-// Runs the engine and ends the process with its exit code, at first FAILURE_EXIT_CODE. An exception's text is
-// written to standard error.
+// Runs the work and ends the process with the stored exit code, or with FAILURE_EXIT_CODE when none was
+// stored. Writes the text of an exception to standard error.
 [[noreturn]] void RunEngineProcess(int argc, WCHAR** argv, EngineWork* work);

@@ -1,4 +1,4 @@
-// Unbuffered output: the log shows each line at once.
+// Writes to the standard streams without a buffer.
 #include "adapter/engine_output.h"
 
 #include <algorithm>
@@ -32,6 +32,5 @@ void PrintLine(std::string_view text) {
 }
 
 void PrintErrorLine(std::string_view text) {
-    // A failure to report a failure is ignored.
     static_cast<void>(WriteAll(GetStdHandle(STD_ERROR_HANDLE), std::string(text) + "\n"));
 }

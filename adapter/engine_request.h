@@ -12,10 +12,11 @@ struct EngineRequest {
 };
 
 // Reads the arguments after the engine's own name: the kernel, then the options in the launcher's order.
-// Throws for a missing kernel, for an option that is unknown, repeated, out of place or absent, for a missing
-// or empty value, and for a number that NumberWithin refuses.
+// Throws for a missing kernel, for an option that is unknown, repeated or out of order, for a required option
+// that is missing, for a missing or empty value, for more than MAX_MODULES modules, and for a number that
+// NumberWithin refuses. Only the arguments of a module may be empty.
 EngineRequest ParseEngineArguments(const std::vector<WideText>& arguments);
 
-// The number that a text of decimal digits stands for. Throws for any other text, for leading zeros, and for
-// a number out of bounds.
+// Converts a text of decimal digits to a number. Throws for any other text, for leading zeros, and for a
+// number outside of `lowest` to `highest`.
 std::uint32_t NumberWithin(WideView text, std::uint32_t lowest, std::uint32_t highest);

@@ -1,4 +1,4 @@
-// The temporary files for the emulator, and copies into them and out of them.
+// The temporary files for the emulator: creating, filling and copying them.
 #pragma once
 
 #include <string>
@@ -7,24 +7,25 @@
 #include "adapter/boot_image.h"
 #include "config/vm_config.h"
 
-// A new file in the folder for temporary files, which is deleted with its owner.
+// A new file in the folder for temporary files. The destructor deletes the file.
 class TemporaryFile {
 public:
-    // Creates it, empty. Throws when that fails.
+    // Creates the file, empty. Throws when that fails.
     explicit TemporaryFile(const char* extension);
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    // Its name without the folder, in ASCII. A process that runs in the folder finds the file by this name,
-    // whatever encoding it uses for the names of folders.
+    // The file's name without the folder, in ASCII. A process that runs in the folder can open the file by
+    // this name, even when it cannot decode the folder's path.
     const std::string& Name() const {
         return name_;
     }
     const WideText& Path() const {
         return path_;
     }
-    // Deletes it now. When the platform does not delete a file in use, the destructor tries again.
+    // Deletes the file now. When that fails, for example because the file is in use, the destructor tries
+    // again.
     void Delete();
 
 private:
@@ -32,10 +33,11 @@ private:
     WideText path_;  // empty once the file is deleted
 };
 
-// Writes the image's front and the modules. Throws when that fails or a module's size is not that in
-// `request`.
+// Writes the image's front and the modules to an existing file. Throws when that fails, and when a module's
+// size is not the size in `request`.
 void WriteBootFile(const WideText& path, const BootImage& image, const BootRequest& request,
                    const std::vector<ModuleEntry>& modules);
 
-// Copies a file over the target, or creates it. When a step fails, throws, and an old target is untouched.
+// Copies a file to the target, which is created or replaced. Throws when a step fails; an existing target is
+// then unchanged.
 void ReplaceByCopy(const WideText& source, const WideText& target);

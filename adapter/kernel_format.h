@@ -30,24 +30,25 @@ struct ProgramHeader {
 struct MultibootHeader {
     enum : std::uint32_t { MAGIC = 0x1BADB002 };
     enum : std::uint32_t { ALIGNED_MODULES = 1, MEMORY = 2, HAS_MODE = 4, HAS_ADDRESSES = 0x10000 };
-    enum : std::uint32_t { UNKNOWN_FLAGS = 0xFFF8 };  // a loader refuses a kernel with one of these
+    enum : std::uint32_t { UNKNOWN_FLAGS = 0xFFF8 };  // a loader must refuse a kernel that sets one of them
 
     std::uint32_t magic, flags, checksum;
 };
 
-// After the header; valid with HAS_ADDRESSES. An end of 0: the end of the file, no memory after the content.
+// Follows the header; valid with HAS_ADDRESSES. A `load_end` of 0 means the end of the file. A `memory_end`
+// of 0 means that no memory is reserved after the loaded bytes.
 struct MultibootAddresses {
     std::uint32_t header, load_start, load_end, memory_end, entry;
 };
 
-// After the addresses; valid with HAS_MODE.
+// Follows the addresses; valid with HAS_MODE.
 struct MultibootMode {
     enum : std::uint32_t { GRAPHICS = 0 };
 
     std::uint32_t type, width, height;
 };
 
-// A module as the kernel finds it: addresses in memory.
+// An entry of the module list that the kernel reads. The fields are addresses in memory.
 struct MultibootModule {
     std::uint32_t start, end, arguments, reserved;
 };
@@ -55,7 +56,7 @@ struct MultibootModule {
 static_assert(sizeof(ElfHeader) == 52 && sizeof(ProgramHeader) == 32 && sizeof(MultibootHeader) == 12 &&
               sizeof(MultibootAddresses) == 20 && sizeof(MultibootModule) == 16);
 
-// The record at an offset. Throws when the bytes end before it does.
+// Reads the record at an offset in bytes. Throws when `bytes` does not contain the whole record.
 template <typename Record>
 Record RecordAt(std::string_view bytes, std::uint64_t offset) {
     if (offset + sizeof(Record) > bytes.size())

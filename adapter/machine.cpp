@@ -26,12 +26,13 @@ public:
         : start_ms_(GetTickCount64()),
           emulator_(program, Arguments(program, config, image, image_name), config.zoom) {}
 
-    // Waits until the machine exists: only the emulator's first answer proves that. False without an answer.
+    // Waits until the machine exists, which only the emulator's first answer proves. False when no answer
+    // arrives in time.
     [[nodiscard]] bool AwaitStart() {
         return AwaitLine("QMP", "") && Ask({"qmp_capabilities", "", ""});
     }
 
-    // Follows the machine to its end; a limit of 0 means no limit.
+    // Waits for the end of the machine. A limit of 0 means no limit.
     MachineEnd AwaitEnd(std::uint32_t limit_ms) {
         while (true) {
             ReadChannels(POLL_MS);
@@ -47,7 +48,7 @@ public:
                 return MachineEnd::TimeLimit;
             if (now_ms >= next_listing_ms_) {
                 control_.Send(WriteControlLine(LIST_REGISTERS, ""));
-                // Not before the answer: sending more commands to an emulator that hangs would block.
+                // No other listing before the answer: Send would block when the emulator hangs.
                 next_listing_ms_ = UINT64_MAX;
             }
         }
@@ -91,7 +92,7 @@ private:
                                  {control_.Port(), serial_.Port(), exit_port_.Port()});
     }
 
-    // Waits for bytes on the channels, prints those of the serial port and keeps the others.
+    // Waits for bytes on the channels, prints those of the serial port and stores the others.
     void ReadChannels(unsigned limit_ms) {
         Channel* const channels[] = {&control_, &serial_, &exit_port_};
         AwaitChannels(channels, limit_ms);
@@ -111,14 +112,15 @@ private:
     // The end of the machine that a line of the control channel reports; none for all other lines.
     std::optional<MachineEnd> ReportedEnd(const ControlLine& line) {
         if (const std::optional<MachineEnd> end = EndOfEvent(line)) {
-            ReadChannels(0);  // a byte on the exit port was sent before the event
+            ReadChannels(0);  // the emulator sends a byte on the exit port before the event
             return HasExitByte() ? MachineEnd::ExitCode : *end;
         }
         const auto answer = line.find("return");
         if (answer == line.end())
             return std::nullopt;
         const std::optional<std::string> address = HaltedAt(answer->second);
-        // The emulator does not list all registers at one moment: only two equal listings count.
+        // The machine can run while the emulator lists the registers. So two listings must show the same
+        // address.
         const bool is_halted = address && *address == halted_at_;
         halted_at_ = address.value_or("");
         next_listing_ms_ = GetTickCount64() + POLL_MS;
@@ -134,8 +136,8 @@ private:
         return line;
     }
 
-    // The next line that contains this name with this text, or with any text when `text` is empty; none when
-    // the emulator has ended or does not answer in time.
+    // Returns the next line in which the member `name` has this text, or any text when `text` is empty; none
+    // when the emulator has ended or no such line arrives in time. Drops the lines before it.
     std::optional<ControlLine> AwaitLine(const std::string& name, const std::string& text) {
         const std::uint64_t limit_ms = GetTickCount64() + ANSWER_LIMIT_MS;
         while (!control_.HasEnded() && !emulator_.HasEnded() && GetTickCount64() < limit_ms) {
@@ -148,7 +150,7 @@ private:
         return std::nullopt;
     }
 
-    // Sends a command and returns its answer, as AwaitLine does.
+    // Sends a command and returns its answer; none as in AwaitLine.
     std::optional<ControlLine> Ask(const ControlCommand& command) {
         const std::string id = NumberText(++last_id_);
         control_.Send(WriteControlLine(command, id));
@@ -161,7 +163,7 @@ private:
     std::string control_text_;
     std::string exit_bytes_;
     unsigned last_id_ = 0;
-    bool line_is_complete_ = true;  // of the serial output
+    bool line_is_complete_ = true;  // the serial output ends with a line feed, or is empty
     std::string halted_at_;
     std::uint64_t next_listing_ms_ = 0;
     std::uint64_t start_ms_;
@@ -177,7 +179,7 @@ std::uint32_t RunMachine(const WideText& emulator, const VmConfig& config, const
     Machine machine(emulator, config, image, file.Name());
     MachineEnd end = MachineEnd::EmulatorGone;
     if (machine.AwaitStart()) {
-        file.Delete();  // the emulator has read it
+        file.Delete();  // the emulator has already read the file
         end = machine.AwaitEnd(config.timeout_ms);
     }
     std::string failure;

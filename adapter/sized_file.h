@@ -16,7 +16,7 @@ public:
     std::uint64_t Bytes() const {
         return bytes_;
     }
-    // Reads `count` bytes from `offset` on. Throws when the file does not contain them all.
+    // Reads `count` bytes from `offset` on. Throws when that fails or the file ends before.
     std::string Read(std::uint64_t offset, std::uint64_t count) const;
 
 private:

@@ -1,12 +1,12 @@
-# Runs between the emulator's loader and the kernel: completes the Multiboot information and enters the kernel
-# with it. boot_image.cpp composes the information, puts this code on a page after the kernel and the
-# information right after the code, and writes the information's address into the first instruction. The
-# loader leaves the processor in 32-bit protected mode without paging. There is no stack.
+# Runs between the emulator's loader and the kernel: completes the Multiboot information, sets the display mode
+# and enters the kernel. boot_image.cpp composes the information, puts this code on a page after the kernel and
+# the information right after the code, and writes the information's address into the first instruction. The
+# processor is in 32-bit protected mode without paging. There is no stack.
 
-        # Offsets in the information: MultibootInformation in boot_image.cpp.
+        # Offsets in the record MultibootInformation of boot_image.cpp.
         .set    FLAGS, 0
         .set    FRAMEBUFFER, 88
-        .set    WIDTH, 100                      # 0: no mode is requested
+        .set    WIDTH, 100                      # 0: keep the text screen
         .set    HEIGHT, 104
         .set    KERNEL_ENTRY, 116
 
@@ -14,7 +14,7 @@
         .set    HAS_FRAMEBUFFER, 0x1000
         .set    LOADED_BY_MULTIBOOT, 0x2BADB002
 
-        # The display's registers: an index port, followed by a data port.
+        # The display's registers are accessed through an index port and the data port after it.
         .set    DISPLAY_INDEX, 0x1CE
         .set    DISPLAY_WIDTH, 1
         .set    DISPLAY_HEIGHT, 2
@@ -44,7 +44,7 @@
         outw    %ax, %dx
         .endm
 
-        # Reads a register of the slot in esi into eax. Changes dx.
+        # Reads a register of the PCI slot in esi into eax. Changes dx.
         .macro  read_pci register
         leal    \register(%esi), %eax
         movw    $PCI_ADDRESS, %dx
@@ -53,7 +53,8 @@
         inl     %dx, %eax
         .endm
 
-        # Copies words of the loader's information, whose address is in ebx. Changes ecx, esi and edi.
+        # Copies 32-bit words from the loader's information (its address is in ebx) to the same offset of ours
+        # (in ebp). Changes ecx, esi and edi.
         .macro  copy_words offset, count
         leal    \offset(%ebx), %esi
         leal    \offset(%ebp), %edi
@@ -65,7 +66,7 @@
         movl    $0, %ebp                        # the information's address, written by boot_image.cpp
         cld
         copy_words 0, 4                         # up to the arguments
-        copy_words 28, 15                       # after the modules; the loader's ends at 88
+        copy_words 28, 15                       # after the modules; the loader's record has 88 bytes
         orl     $HAS_ARGUMENTS_AND_MODULES, FLAGS(%ebp)
         cmpl    $0, WIDTH(%ebp)
         je      enter

@@ -1,9 +1,9 @@
-// An engine on a general emulator: takes the launcher's command line and runs the kernel on the emulator.
+// An engine on a general emulator: reads the launcher's command line and runs the kernel on the emulator.
 //
 // Exit codes: the byte that the kernel writes to port 0xF4; 0 for a successful dry run, for a machine that
 // was switched off or halted with interrupts off, and for a closed window; 1 for a failed check or step; 2
-// for a command line in another form than the launcher's; 3 for a reset or a triple fault; 4 for an emulator
-// that ended by itself or does not answer; 124 for the time limit.
+// for a command line that the launcher would not write; 3 for a reset or a triple fault; 4 for an emulator
+// that ended by itself or did not answer at its start; 124 for the time limit.
 #include <stdexcept>
 #include <utility>
 
@@ -19,9 +19,9 @@
 
 namespace {
 
-// Refuses images that the emulator cannot use: it takes an empty one for a drive without a medium, writes to
-// each one, and attaches each to one drive only. All images are open at the same time, so that a file that is
-// named twice is found whatever its two names look like.
+// Refuses disk images that the emulator cannot use: an empty image would be a drive without a medium, an
+// image must be writable, and one image cannot be attached to two drives. All images are open at the same
+// time, so the second open of one file fails even when its two paths are different.
 void CheckDisks(const VmConfig& config) {
     std::vector<OwnedHandle> held;
     for (const WideText& path : config.ide) {

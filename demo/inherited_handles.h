@@ -4,6 +4,6 @@
 #include <string>
 #include <vector>
 
-// One line for each open descriptor, or for each inheritable handle, in the order of their values: the value,
-// then the file or the kind of object.
+// Returns one line for each open descriptor (Linux) or inheritable handle (Windows), in ascending order: the
+// value, then the file or the kind of object. Throws when the descriptors cannot be listed.
 std::vector<std::string> InheritedHandles();

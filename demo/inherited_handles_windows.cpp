@@ -1,4 +1,4 @@
-// Tries every value that an inherited handle can have: the platform has no list of them.
+// Tests every value that an inherited handle can have: Windows provides no list of a process's handles.
 #include "demo/inherited_handles.h"
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 # The demonstration's kernel: a Multiboot kernel that writes its name to the screen and to the serial port and
-# halts. It runs in 32-bit protected mode, as the loader leaves the processor.
+# halts. It runs in 32-bit protected mode, which the loader has set.
 
         .set    MAGIC, 0x1BADB002
         .set    FLAGS, 0x3                      # modules on page boundaries, memory information

@@ -1,10 +1,10 @@
-// The stand-in engine: takes the launcher's command line, checks the files in it and simulates a short
+// The stand-in engine: reads the launcher's command line, checks the files in it and simulates a short
 // machine, so that the launcher can be tried and tested without the real engine.
 //
 // Exit codes: 0 for a successful dry run; 1 for a failed check or output that cannot be written; 2 for a
-// command line in another form than the launcher's; 124 for the time limit; otherwise the value of demo.code=
-// on the kernel command line. On Linux a code above 255 must be that of an exception: the process ends by a
-// signal.
+// command line that the launcher would not write, and for an invalid word that starts with "demo."; 124 for
+// the time limit; otherwise the value of demo.code= on the kernel command line. On Linux a code above 255
+// must be an exception code that corresponds to a signal: the process ends by this signal.
 #include <vector>
 
 #include "adapter/engine_checks.h"

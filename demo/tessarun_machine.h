@@ -6,7 +6,7 @@
 #include "adapter/engine_main.h"
 #include "demo/tessarun_script.h"
 
-// Prints the machine's output and returns its exit code. A limit shorter than the script's duration ends the
-// machine after the limit with TIME_LIMIT_EXIT_CODE; a limit of 0 means no limit. The limit does not shorten
-// the wait for `awaited_file`.
+// Prints the machine's output and returns the script's exit code. When the limit is shorter than the script's
+// duration, the machine ends after the limit and the result is TIME_LIMIT_EXIT_CODE. A limit of 0 means no
+// limit. The limit does not apply to the wait for the script's `awaited_file`. Throws as Print does.
 std::uint32_t PlayMachine(const MachineScript& script, std::uint32_t limit_ms);

@@ -1,4 +1,4 @@
-// Reads the words of the kernel command line that are meant for the stand-in engine.
+// Reads the words of the kernel command line that control the stand-in engine.
 #include "demo/tessarun_script.h"
 
 #include <algorithm>

@@ -111,7 +111,7 @@ void EditForm(const WideText& folder) {
     AddModule(JoinPath(folder, TEXT("symboles.txt")));
     user::Fill(IDC_MODULE_ARGS, TEXT("table complète"));
     for (int step = 0; step < 4; ++step)
-        user::PressWith(VK_SHIFT, VK_TAB);  // back to the list, which highlights its row
+        user::PressWith(VK_SHIFT, VK_TAB);  // the focus returns to the list, which then highlights its row
     ShowPicture(user::MainWindow(), "2-modules", "la page des modules, le second choisi");
 }
 

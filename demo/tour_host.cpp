@@ -1,5 +1,5 @@
-// The demonstration over the layer: the launcher and its user in one process, in the current directory. With
-// the argument `machine`, the demonstration of a real machine.
+// The demonstration on the layer: the launcher and its user run in one process, in the current directory.
+// With the argument `machine`, plays the demonstration of a real machine.
 #include <cstdio>
 #include <exception>
 #include <string_view>

@@ -1,7 +1,8 @@
 // The demonstration on Windows: starts veldranevm.exe from the current directory and acts as its user from
 // this process, with real mouse and keyboard input. With `images` as the first argument, it requests
-// pictures: it prints a line that starts with @, with a name and a part of the screen, and waits until the
-// file NAME.fait exists. With `machine` as the second argument, it is the demonstration of a real machine.
+// pictures: for each one it prints a line "@NAME PLACE CAPTION", where PLACE is a part of the screen, and
+// waits until the file NAME.fait exists. With `machine` as the second argument, plays the demonstration of a
+// real machine.
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -34,7 +35,7 @@ OwnedHandle StartLauncher(const WideText& folder) {
     const WideText program = JoinPath(folder, TEXT("veldranevm.exe"));
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
-    // In the middle of the screen, where the boxes open too.
+    // The middle of the screen, where the boxes open too.
     startup.dwFlags = STARTF_USEPOSITION;
     startup.dwX = (static_cast<DWORD>(GetSystemMetrics(SM_CXSCREEN)) - BASE_CLIENT_WIDTH) / 2;
     startup.dwY = (static_cast<DWORD>(GetSystemMetrics(SM_CYSCREEN)) - BASE_CLIENT_HEIGHT) / 2;
@@ -46,7 +47,8 @@ OwnedHandle StartLauncher(const WideText& folder) {
     return OwnedHandle(process.hProcess);
 }
 
-// SendMessage to a launcher that hangs does not return, so this thread ends the demonstration.
+// Ends the demonstration when the launcher hangs. Needs a thread of its own, because SendMessage to a
+// launcher that hangs does not return.
 void EndWhenLauncherHangs() {
     for (;;) {
         Sleep(1000);

@@ -1,7 +1,8 @@
-# The builds. Needs progress.sh.
+# Locks and runs the builds. Needs progress.sh.
 
-# lock_build NAME: no other command works in build/NAME until this script ends or locks another one. Scripts that it calls
-# may. A process that can outlive a killed script must not keep the lock: start it with 8>&-.
+# lock_build NAME: locks build/NAME against other commands until this script ends or locks another build. Scripts that
+# this script calls may still use the build. A process that can outlive a killed script must not keep the lock: start it
+# with 8>&-.
 lock_build() {
     local folder=$PWD/build/$1
     [ "${VELDRANE_LOCKED-}" != "$folder" ] || return 0
@@ -11,7 +12,7 @@ lock_build() {
     export VELDRANE_LOCKED=$folder
 }
 
-# build PRESET [TARGET ...]: configures and builds; shows the output only of a failure.
+# build PRESET [TARGET ...]: configures and builds. Prints the output only if that fails.
 build() {
     local cache=build/$1/CMakeCache.txt source=''
     lock_build "$1"
@@ -26,7 +27,7 @@ build() {
 configure_and_build() {
     local preset=$1
     shift
-    export TMPDIR=$PWD/build/tmp  # a compiler that is interrupted leaves its files there
+    export TMPDIR=$PWD/build/tmp  # interrupted compilers leave temporary files there
     mkdir -p "$TMPDIR"
     cmake --preset "$preset" && cmake --build --preset "$preset" ${1+--target "$@"}
 }

@@ -1,4 +1,4 @@
-# What each build and command needs, as Debian's packages. Needs progress.sh.
+# The Debian packages that each build and command needs, and their installation. Needs progress.sh.
 
 packages_host="cmake ninja-build g++ binutils googletest"
 packages_sanitize="cmake ninja-build g++ clang libclang-rt-14-dev binutils googletest"
@@ -13,11 +13,11 @@ packages_fuzz="cmake ninja-build g++ clang libclang-rt-14-dev binutils"
 packages_bench="cmake ninja-build g++ libbenchmark-dev"
 packages_compare="pkgconf libinih-dev libsimpleini-dev libglib2.0-dev libtomlplusplus-dev"
 
-# install_packages LIST: installs the packages of this list that are missing.
+# install_packages LIST: installs the missing packages of packages_LIST.
 install_packages() {
     local list=packages_$1 package missing=() as_root=''
     if ! command -v apt-get >/dev/null; then
-        echo "== no apt-get here; this needs what Debian calls ${!list}"
+        echo "== no apt-get here; these Debian packages are needed, or their equivalents: ${!list}"
         return 0
     fi
     for package in ${!list}; do
@@ -25,11 +25,11 @@ install_packages() {
     done
     [ ${#missing[@]} -gt 0 ] || return 0
     echo "== missing here: ${missing[*]}"
-    # The emulator alone is large enough.
+    # Only the emulator itself: it is large enough without the recommended packages.
     [ "$1" != machine ] || missing+=(--no-install-recommends)
     if [ "$(id -u)" != 0 ]; then
         as_root=sudo
-        # It must ask for the password before the progress line is rewritten.
+        # sudo must ask for the password now: later the progress line would overwrite the prompt.
         if ! command -v sudo >/dev/null || ! sudo -v; then
             echo "== you may not install here; ask an administrator for: apt-get install ${missing[*]}" >&2
             return 1
@@ -41,8 +41,9 @@ install_packages() {
     fi
 }
 
-# Waits for another apt that is at work; apt does not wait for the lock of its lists by itself. An interruption of the
-# script does not stop it: packages that are half installed would disturb all later work.
+# call_apt AS_ROOT ARG ...: installs packages. Waits for another apt that is running: for the lock of the package lists by
+# trying again, because apt-get update does not wait. Continues when the script is interrupted, because half-installed
+# packages would disturb all later work.
 call_apt() {
     local as_root=$1
     shift

@@ -1,7 +1,7 @@
-# Shows how far a long command is.
+# Shows the progress of a long command.
 
-# with_progress TITLE LOG COMMAND ...: runs the command with its output in the log and without input. On a terminal the
-# progress is one line that is rewritten, elsewhere a line every 15 seconds.
+# with_progress TITLE LOG COMMAND ...: runs the command without input, writes its output to the log and returns its exit
+# code. On a terminal, shows the progress in one line that is rewritten; elsewhere prints a line every 15 seconds.
 with_progress() {
     local title=$1 log=$2 began=$SECONDS next=$((SECONDS + 10)) status=0
     shift 2
@@ -23,7 +23,7 @@ with_progress() {
     return "$status"
 }
 
-# Ninja and the lint count in [12/85], apt in percent after the second colon.
+# Prints the last progress in the log. Ninja and the lint write it as [12/85], apt in percent after the second colon.
 how_far() {
     tail -n 30 "$1" | sed -n -E 's/^\[([0-9]+\/[0-9]+)\].*/\1, /p; s/^(dl|pm)status:[^:]*:([0-9]+).*/\2 %, /p' | tail -n 1
 }

@@ -1,21 +1,22 @@
-# For every command: how it refuses arguments, runs jobs, and ends them with itself. The other parts (tools/*.sh) rest on
-# this one. All are sourced with the root as the current directory.
+# The functions that every command needs: refusing arguments, running jobs, and ending its processes when it ends. The
+# other parts (tools/*.sh) need this one. All are sourced with the root as the current directory.
 
-export PATH  # the shell has one of its own where none is given
+export PATH  # without a PATH in the environment, the shell has a default one that it does not export
 
-# refuse WORD: ends the script because of an argument that it does not know.
+# refuse WORD: reports an unknown argument, prints the usage and ends the script with exit code 2.
 refuse() {
     echo "${0##*/}: unknown: $1" >&2
     usage >&2
     exit 2
 }
 
+# die MESSAGE: prints the message and ends the script with exit code 1.
 die() {
     echo "== $1" >&2
     exit 1
 }
 
-# What ends with the script: the command that it waits for, the Wine server, the display.
+# The processes that end with the script: the command that the script waits for, the Wine server, the display.
 job='' wine_server='' display=''
 trap stop EXIT
 trap 'exit 129' HUP
@@ -25,12 +26,12 @@ trap 'exit 143' TERM
 stop() {
     trap '' HUP INT TERM
     [ -z "$job" ] || kill -- "-$job" 2>/dev/null || true
-    # This signal makes the server end its programs. They must end before their display does.
+    # SIGINT makes the server end its programs. The programs must end before the display does.
     [ -z "$wine_server" ] || { kill -INT "$wine_server" && wait "$wine_server"; } 2>/dev/null || true
     [ -z "$display" ] || { kill "$display" && wait "$display"; } 2>/dev/null || true
 }
 
-# start_job COMMAND ...: starts the command in a process group of its own, so that its children end with it.
+# start_job COMMAND ...: starts the command in a process group of its own, so that stop also ends its children.
 start_job() {
     set -m
     "$@" &
@@ -46,7 +47,7 @@ finish_job() {
     return "$status"
 }
 
-# run_job COMMAND ...: runs the command; it ends when the script is interrupted.
+# run_job COMMAND ...: runs the command and returns its exit code. An interruption of the script ends the command.
 run_job() {
     start_job "$@"
     finish_job

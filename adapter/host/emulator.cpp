@@ -82,7 +82,7 @@ Emulator::Emulator(const WideText& program, const std::vector<std::string>& argu
         throw std::runtime_error("Lancement de l'émulateur impossible.");
     if (child == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
-        // The parent may have ended before the request for the signal.
+        // The parent may have ended before the child requested the signal; then none is sent.
         if (getppid() == parent && chdir(folder.c_str()) == 0)
             execv(path.c_str(), pointers.data());
         std::cerr << "Ce n'est pas un programme : " << path << std::endl;

@@ -1,4 +1,4 @@
-// The sockets of Linux under names that both builds use.
+// The sockets of Linux, under the names that both builds share.
 #pragma once
 
 #include <arpa/inet.h>

@@ -1,6 +1,7 @@
 // A small Multiboot kernel. It prints the loader's information on the first serial port, reads a sector of
-// the first disk and draws on its screen. Its arguments choose its end: code=N (the exit code, 0 by default),
-// fin=arret (halt), fin=boucle (endless loop), fin=extinction (power off) or fin=faute (triple fault).
+// the first disk and draws on the screen. Its arguments select how it ends: code=N (the exit code, 0 by
+// default), fin=arret (halt), fin=boucle (endless loop), fin=extinction (power off) or fin=faute (triple
+// fault).
 #include <stdint.h>
 
 enum { MAGIC = 0x2BADB002, HAS_FRAMEBUFFER = 1 << 12 };
@@ -83,7 +84,7 @@ static void print_modules(const struct information* information) {
 // --- the disk ---
 
 static void read_disk(void) {
-    write_port(DISK + 6, 0xE0);  // the master, with sector numbers in place of cylinders
+    write_port(DISK + 6, 0xE0);  // the master drive, addressed by sector numbers (LBA)
     if (read_port(DISK + 7) == 0 || read_port(DISK + 7) == DISK_ABSENT) {
         print("Disque : aucun\n");
         return;

@@ -6,7 +6,7 @@
         .section .multiboot, "a"
         .align  4
         .long   MAGIC, FLAGS, -(MAGIC + FLAGS)
-        .long   0, 0, 0, 0, 0                   # no addresses: the ELF file has them
+        .long   0, 0, 0, 0, 0                   # no addresses: they are in the ELF file
         .long   0, 640, 480, 32                 # graphics
 
         .section .text
@@ -21,7 +21,7 @@ halt:
         hlt
         jmp     halt
 
-        .globl  triple_fault                    # a breakpoint without an interrupt table
+        .globl  triple_fault                    # an interrupt (int3) without an interrupt table
 triple_fault:
         lidt    no_table
         int3

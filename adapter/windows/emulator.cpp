@@ -1,5 +1,5 @@
-// The emulator on Windows. Under Wine it can be a Unix program. Such a program takes Unix paths, and Wine
-// returns no handle of its process, so that it outlives an engine that is killed.
+// The emulator on Windows. Under Wine the emulator can be a Linux program. Such a program needs Unix paths,
+// and Wine returns no handle of its process, so the program outlives an engine that is killed.
 #include "adapter/emulator.h"
 
 #include <stdexcept>
@@ -11,7 +11,7 @@
 
 namespace {
 
-// The text that a platform call copies into a buffer; empty when the call fails.
+// The text that a platform call copies into a buffer; empty when the call fails or the text does not fit.
 template <typename Query>
 WideText TextOf(const Query& query) {
     WideText text(32768, WCHAR{});
@@ -29,7 +29,7 @@ bool IsProgram(const WideText& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
-// Wine's function that returns the Unix path of a file, to be freed by the caller; null on Windows.
+// Finds Wine's function that returns the Unix path of a file, which the caller frees. Null on Windows.
 using UnixPathFunction = char*(CDECL*)(const WCHAR*);
 UnixPathFunction FindUnixPathFunction() {
     const FARPROC exported =
@@ -45,7 +45,8 @@ bool IsUnixProgram(const WideText& program) {
     throw std::runtime_error("Lancement de l'émulateur impossible : " + Utf8FromWide(WindowsErrorText(code)));
 }
 
-// Puts the process into a job that ends it when the engine's handle of the job is closed, also by a kill.
+// Adds the process to a new job. When the job's handle is closed, also because the engine is killed, the
+// process ends. On failure ends the process and throws.
 OwnedHandle PutIntoJob(HANDLE process) {
     OwnedHandle job(CreateJobObjectW(nullptr, nullptr));
     JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
@@ -69,7 +70,7 @@ WideText FindEmulator() {
     if (!named.empty())
         throw std::runtime_error("Émulateur introuvable : TESSARUN_QEMU nomme " + Utf8FromWide(named));
     const WideText folders =
-        Setting(TEXT("PATH"));  // without them SearchPathW would look into the current folder too
+        Setting(TEXT("PATH"));  // by default SearchPathW would also search the current folder
     for (const WCHAR* const name : {TEXT("qemu-system-i386.exe"), TEXT("qemu-system-x86_64.exe")}) {
         const WideText found = TextOf([&](WCHAR* text, DWORD size) {
             return SearchPathW(folders.c_str(), name, nullptr, size, text, nullptr);

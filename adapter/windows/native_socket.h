@@ -1,4 +1,4 @@
-// The sockets of Windows under names that both builds use.
+// The sockets of Windows, under the names that both builds share.
 #pragma once
 
 #include <winsock2.h>

@@ -19,7 +19,7 @@ void SendKey(WORD key, DWORD flags) {
     INPUT input{};
     input.type = INPUT_KEYBOARD;
     input.ki.wVk = key;
-    // The arrow keys and their neighbours; without the flag they are keys of the numeric keypad.
+    // The keys from Page Up to Delete, arrows included. Without the flag they are keys of the numeric keypad.
     const bool extended = key >= VK_PRIOR && key <= VK_DELETE;
     input.ki.dwFlags = flags | (extended ? KEYEVENTF_EXTENDEDKEY : 0);
     SendInput(1, &input, sizeof input);
@@ -88,7 +88,7 @@ HWND FindVisible(WideView class_name) {
     return search.found;
 }
 
-// The controls of a file box are not always direct children of the box.
+// Searches children at every level: the controls of a file box are not always direct children of the box.
 HWND FindDescendant(HWND window, int id) {
     for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
         if (GetDlgCtrlID(child) == id)
@@ -99,7 +99,7 @@ HWND FindDescendant(HWND window, int id) {
     return nullptr;
 }
 
-// A file box has one of two controls for the file's name.
+// The control for the file's name in a file box: a combo box or an edit field.
 HWND NameFieldOf(HWND box) {
     for (const int id : {FILE_NAME_COMBO, FILE_NAME_EDIT}) {
         const HWND field = FindDescendant(box, id);
@@ -255,7 +255,7 @@ void FillWindow(HWND field, WideView text) {
 void ChooseTab(int index) {
     const HWND tabs = Control(IDC_PAGE_TABS);
     ClickAt(tabs, 20, 10);
-    Press(VK_LEFT);  // a second click would be ignored if it follows soon after the first
+    Press(VK_LEFT);  // in case the click was ignored as the second of a double click
     for (int step = 0; step < index; ++step)
         Press(VK_RIGHT);
     WaitUntil([&] { return SendMessageW(tabs, TCM_GETCURSEL, 0, 0) == index; }, 3000);

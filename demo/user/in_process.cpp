@@ -1,5 +1,5 @@
-// Runs the program and its user in one process: the user acts on a thread of its own, or is called back on
-// the program's thread.
+// Runs the program and its user in one process. The user acts on a thread of its own or in a callback on the
+// program's thread.
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
@@ -20,13 +20,13 @@ namespace {
 
 constexpr UINT ACTION_PERIOD_MS = 10;  // the shortest period of a timer on the platform
 
-// Passes one action at a time from the user's thread to the program's, where a timer runs it: no modal box
-// stops the timer.
+// Passes one action at a time from the user's thread to the program's thread, where a timer runs the action.
+// The timer runs inside modal boxes too.
 struct SharedState {
     std::mutex mutex;
     std::condition_variable changed;
     std::thread::id program_thread;
-    const std::function<void()>* action = nullptr;  // waits for the program's thread
+    const std::function<void()>* action = nullptr;  // not yet taken by the program's thread
     bool action_done = false;
     std::exception_ptr action_error;
     bool story_ended = false;
@@ -39,7 +39,7 @@ struct ProgramEnded : std::runtime_error {
     ProgramEnded() : std::runtime_error("the program has ended while the user was still acting") {}
 };
 
-// Closes the box or the window that the user has left open, without saving.
+// Closes the topmost box or, without a box, the main window, without saving.
 void CloseTopWindow() {
     if (const HWND box = FindWindowW(BOX_CLASS, nullptr)) {
         for (const int button : {IDNO, IDCANCEL, IDOK}) {
@@ -116,7 +116,7 @@ int RunWithUserThread(Launcher& launcher, const std::function<void()>& story) {
     user_thread.join();
     KillTimer(nullptr, timer);
     if (IsWindow(launcher.main_window) != FALSE)
-        DestroyWindow(launcher.main_window);  // after a failed start only the end of the process does this
+        DestroyWindow(launcher.main_window);  // after a failed start RunLauncher does not destroy it
     if (error)
         std::rethrow_exception(error);
     return exit_code;

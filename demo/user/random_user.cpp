@@ -93,7 +93,7 @@ void AddForm(const Launcher& launcher, Snapshot& snapshot) {
         snapshot["enabled " + std::to_string(id)] =
             IsWindowEnabled(ControlOf(launcher, id)) != FALSE ? "yes" : "no";
     const HWND list = launcher.module_list;
-    // Of a long list the first rows and the last one are enough.
+    // A long list is represented by its first rows and its last one.
     for (WPARAM row = 0; HasRow(list, row); ++row)
         if (row < FIRST_ROWS || !HasRow(list, row + 1))
             snapshot["rows"] += CellText(list, row, 0) + " : " + CellText(list, row, 1) + "\n";
@@ -281,7 +281,7 @@ Action RandomUser::AnswerBox(const std::string& box) {
     return {Kind::Choose, 0, 0, (Once(2) ? "~\\" : "") + name};
 }
 
-// Possible at any time, also while a box is open.
+// Chooses an action that is possible at any time, also while a box is open.
 Action RandomUser::FileOrEngineAction() {
     switch (random() % 8) {
         case 0:

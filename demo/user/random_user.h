@@ -1,5 +1,5 @@
-// A user who chooses random actions from a seed, and the state of the program as named texts. An action is a
-// record, so that a session can be printed and replayed.
+// A user who chooses random actions from a seed, and snapshots of the program's state. An action is a record,
+// so that a session (a list of actions) can be printed and replayed.
 #pragma once
 
 #include <functional>
@@ -42,21 +42,22 @@ struct Action {
 // The action as C++ source.
 std::string Text(const Action& action);
 
-// Shortens a failing session: leaves out parts, smaller and smaller, as long as `fails` is true for the rest.
+// Shortens a session for which `fails` is true: removes smaller and smaller parts, each one only if `fails`
+// is true for the actions that remain.
 std::vector<Action> ShortestSession(std::vector<Action> session,
                                     const std::function<bool(const std::vector<Action>&)>& fails);
 
-// Performs the action in the program's windows; Wait, EndEngine, Toggle and Grow do nothing. The effect of
-// input may come only after the return.
+// Performs the action in the program's windows. Input may take effect only after the return. Does nothing for
+// Wait, EndEngine, Toggle and Grow, which the caller performs.
 void Act(const Launcher& launcher, const Action& action);
 
-// The texts and states of the launcher's windows and record, by name.
+// Maps names to the texts and states of the launcher's windows and of its record.
 using Snapshot = std::map<std::string, std::string>;
 Snapshot TakeSnapshot(const Launcher& launcher);
 
 struct RandomUser {
     std::mt19937 random;
-    std::vector<std::string> files, configs, kernel_arguments;  // used in actions
+    std::vector<std::string> files, configs, kernel_arguments;  // the values from which actions are made
 
     Action Next(const Snapshot& seen);
 

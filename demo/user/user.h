@@ -1,7 +1,8 @@
-// The actions of a person who uses the program, for the tests and the demonstration: looks at its windows,
-// clicks, types, presses keys, answers boxes, waits. Input is sent through the platform's input queue, so
-// that hit-testing, the focus and disabled windows have the same effect as for a person. Only window handles
-// and marshalled messages are used, so the program may run in this process or in another one.
+// The scripted user: the actions of a person who uses the program, for the tests and the demonstration. The
+// user looks at windows, clicks, types, presses keys, answers boxes and waits. Input is sent through the
+// platform's input queue, so that hit-testing, the focus and disabled windows have the same effect as for a
+// person. The actions use only window handles and messages that work between processes, so the program may
+// run in this process or, with exceptions noted below, in another one.
 #pragma once
 
 #include <functional>
@@ -17,37 +18,43 @@ inline constexpr WCHAR BOX_CLASS[] = TEXT("#32770");
 
 // --- running the program in this process ---
 
-// Runs RunLauncher on this thread and `story`, the user, on another one. The user's actions run on this
-// thread, one at a time. After the story, the windows that it has left open are closed without saving.
-// Returns the exit code of the program. Throws what the story throws.
+// Runs RunLauncher on this thread and `story`, which acts as the user, on another thread. The story's actions
+// run on this thread, one at a time. After the story, the windows that are still open are closed without
+// saving. Returns the exit code of the program. Throws what the story throws.
 int RunWithUserThread(Launcher& launcher, const std::function<void()>& story);
 
-// Runs RunLauncher on this thread and, from a timer, calls `step`, the user, on the same thread: whenever the
-// program has no message, no input and nothing to paint, also inside its modal boxes. The step may call all
-// functions below; their input takes effect after the step has returned, and none of them waits. The step
-// returns the milliseconds until its next call; after 0 it is not called again, and the windows that are open
-// are closed without saving. `pass_time` is called with the milliseconds until the next step; a caller that
-// controls the clock advances it there. Returns the exit code of the program. Throws what the step throws.
+// Runs RunLauncher on this thread and calls `step`, which acts as the user, from a timer on the same thread:
+// whenever the program has no message, no input and nothing to paint, also inside its modal boxes. The step
+// may call all functions below except Pause and WaitForEnd. They do not wait, and their input takes effect
+// after the step has returned. The step returns the milliseconds until its next call. After it returns 0 it
+// is not called again, and the windows that are still open are closed without saving. `pass_time` is called
+// with the milliseconds until the next step; a caller that controls the clock advances the clock there.
+// Returns the exit code of the program. Throws what the step throws.
 int RunWithUserCallback(Launcher& launcher, const std::function<unsigned()>& step,
                         const std::function<void(unsigned)>& pass_time);
 
-// Runs `action` between two messages of the program, also inside its modal boxes. All functions below use it.
+// Runs `action` between two messages of a program in this process, also inside its modal boxes; with a
+// program in another process, runs it at once. Throws what the action throws, and when a program in this
+// process has ended. Most functions below use Do.
 void Do(const std::function<void()>& action);
 
-// Evaluates `condition` whenever an action can run, until it is true or the time is over. Returns true when
-// it became true. At the time limit, a user on a thread of this process throws an exception that reports the
-// texts on the screen; a user in another process returns false.
+// Evaluates `condition` again and again until it is true or the time is over. Returns true when it became
+// true. With the program in this process: at the time limit, throws an exception that contains the texts on
+// the screen; when the program has ended, returns false. With the program in another process: at the time
+// limit, returns false; when the program has ended, throws. A step of RunWithUserCallback does not wait: the
+// condition is evaluated once, and its value is returned.
 bool WaitUntil(const std::function<bool()>& condition, unsigned limit_ms = 15000);
 
-// Blocks the user, not the program, for this time.
+// The user waits for this time; the program continues.
 void Pause(unsigned ms);
 
-// True once the program has ended; false at the time limit.
+// Waits for the end of the program. Returns false at the time limit.
 bool WaitForEnd(unsigned limit_ms = 15000);
 
 // --- looking ---
 
-// The program's windows; null when there is none. Box is the topmost message box or file box.
+// Each returns a window of the program, or null when it does not exist. Box returns the topmost message box
+// or file box.
 HWND MainWindow();
 HWND LogWindow();
 HWND Box();
@@ -61,17 +68,18 @@ bool IsChecked(UINT id);
 WideText Title();
 WideText Status();
 
-// The title bar's text and all static text of a message box, one line each.
+// The text of the box's title bar and of each static control, separated by line feeds.
 std::string BoxText();
 
-// True once the status line contains this text; at the time limit as WaitUntil.
+// WaitForStatus waits until the status line has exactly this text, WaitForBox until a box is open,
+// WaitForNoBox until none is. Results and errors as for WaitUntil.
 bool WaitForStatus(WideView text, unsigned limit_ms = 15000);
 bool WaitForBox();
 bool WaitForNoBox();
 
 // --- acting ---
 
-// Waits until the control is visible and clicks in its middle, whether it is enabled or not.
+// Waits until the control or window is visible and clicks in its middle, whether it is enabled or not.
 void Click(UINT id);
 void ClickWindow(HWND window);
 void ClickAt(HWND window, int x, int y);  // client coordinates
@@ -80,23 +88,24 @@ void Type(WideView text);
 void Press(WORD key);
 void PressWith(WORD modifier, WORD key);
 
-// Clicks into an edit field and replaces its text by typing.
+// Clicks into an edit field, deletes its text and types the new text.
 void Fill(UINT id, WideView text);
 void FillWindow(HWND field, WideView text);
 
 // Selects the tab page with this index: a click on the first tab, then the arrow keys.
 void ChooseTab(int index);
 
-// Clicks a row of the module list; only where the program runs in this process.
+// Clicks a row of the module list. Works only with a program in this process.
 void ChooseRow(int index);
 
 // Clicks the box's button with this identifier.
 void AnswerBox(int button_id);
 
-// The field for the file's name in the open file box.
+// The field for the file's name in the open file box; null when no file box is open.
 HWND FileNameField();
 
-// Types a file's name into the file box and confirms it, or cancels the box.
+// ChooseFile types a file's name into the file box and confirms it; CancelFile cancels the box. Both wait
+// until the box is closed.
 void ChooseFile(WideView path);
 void CancelFile();
 

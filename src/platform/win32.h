@@ -1,5 +1,5 @@
-// The only header through which the program uses the platform: Windows itself, or the layer in its place
-// elsewhere. No other source of the program depends on which of them it is.
+// The only header through which the program uses the platform: Windows or, on other systems, the layer, which
+// implements the same calls. No other source of the program depends on which of the two it is.
 #pragma once
 
 #ifdef _WIN32
@@ -7,7 +7,7 @@
 #define NOMINMAX
 #endif
 #include <windows.h>
-// These need windows.h before them.
+// These headers need windows.h before them.
 #include <commctrl.h>
 #include <commdlg.h>
 #else
@@ -21,6 +21,6 @@
 #include <string>
 #include <string_view>
 
-// Text of the platform: UTF-16 code units, 16 bits on every build.
+// Text of the platform: UTF-16, in units of 16 bits on every build.
 using WideText = std::basic_string<WCHAR>;
 using WideView = std::basic_string_view<WCHAR>;

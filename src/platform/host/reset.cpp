@@ -1,4 +1,4 @@
-// ResetLayer: every record of the layer that outlives a call.
+// ResetLayer: resets every record of the layer that outlives a call.
 #include "platform/host/boxes/box.h"
 #include "platform/host/controls/control.h"
 #include "platform/host/hooks/call_hooks.h"

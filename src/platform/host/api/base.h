@@ -71,7 +71,7 @@ constexpr WORD LOWORD(std::intptr_t value) {
 constexpr WORD HIWORD(std::intptr_t value) {
     return HIWORD(static_cast<std::uintptr_t>(value));
 }
-// Like the platform's macros, these use the low words of integers of any type.
+// Like the platform's macros, these functions take integers of any type and use their low words.
 template <typename Low, typename High>
 constexpr LONG MAKELONG(Low low, High high) {
     return static_cast<LONG>((static_cast<DWORD>(low) & 0xFFFFU) | (static_cast<DWORD>(high) << 16));

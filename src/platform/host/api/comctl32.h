@@ -18,7 +18,8 @@ constexpr DWORD ICC_TAB_CLASSES = 0x0008;
 #define WC_TABCONTROLW TEXT("SysTabControl32")
 #define WC_LISTVIEWW TEXT("SysListView32")
 
-// Has no effect, because the classes exist from the start. FALSE with the last error set only at a fault.
+// Has no effect, because the classes always exist. Returns FALSE, with the last error set, only when a test
+// makes the call fail.
 BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* classes);
 
 // --- the tab control ---

@@ -1,5 +1,5 @@
 // The boxes in which the user chooses a file to open or to write (COMDLG32). A box is a window with its own
-// message loop; it is answered by messages and keys, as the platform's box is.
+// message loop and reacts to messages and keys, as the platform's box does.
 #pragma once
 
 #include "platform/host/api/base.h"
@@ -42,10 +42,10 @@ constexpr DWORD OFN_PATHMUSTEXIST = 0x00000800;
 constexpr DWORD OFN_FILEMUSTEXIST = 0x00001000;
 constexpr DWORD OFN_EXPLORER = 0x00080000;
 
-// TRUE with the full path of the chosen file in lpstrFile. FALSE if the user cancelled, or if the box could
-// not be shown; CommDlgExtendedError is 0 only in the first case.
+// Both return TRUE after they stored the full path of the chosen file in lpstrFile. They return FALSE if the
+// user cancelled (CommDlgExtendedError is then 0) or if the box could not be shown (it is then not 0).
 BOOL WINAPI GetOpenFileNameW(OPENFILENAMEW* request);
 BOOL WINAPI GetSaveFileNameW(OPENFILENAMEW* request);
 
-// The error of the last file box; 0 if it was answered or cancelled.
+// The error of the last file box; 0 if the user chose a file or cancelled.
 DWORD WINAPI CommDlgExtendedError();

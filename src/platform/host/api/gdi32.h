@@ -1,4 +1,4 @@
-// Drawing (GDI32), as far as the program needs it: two fonts, and the excluded rectangle of a frame.
+// The drawing calls (GDI32) that the program uses: for two fonts, and for the excluded rectangle of a frame.
 #pragma once
 
 #include "platform/host/api/base.h"

@@ -1,5 +1,5 @@
 // System calls (KERNEL32): text conversion, paths, files, processes, time and the texts of errors. Each call
-// follows the platform's contract; the comments here say only what the layer does not support.
+// follows the platform's contract. The comments here name only limits and differences of the layer.
 #pragma once
 
 #include "platform/host/api/base.h"
@@ -57,7 +57,7 @@ constexpr DWORD WC_ERR_INVALID_CHARS = 0x80;
 int WINAPI MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR bytes, int byte_count, LPWSTR wide,
                                int wide_size);
 
-// To UTF-8 only.
+// Converts to UTF-8 only.
 int WINAPI WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, int wide_count, LPSTR bytes,
                                int byte_size, LPCSTR default_char, LPBOOL used_default_char);
 
@@ -67,16 +67,16 @@ DWORD WINAPI GetFullPathNameW(LPCWSTR path, DWORD size, LPWSTR full, LPWSTR* fil
 DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR path);
 BOOL WINAPI SetCurrentDirectoryW(LPCWSTR path);
 
-// Only the program itself: module null.
+// `module` must be null, which means the program itself.
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size);
 HMODULE WINAPI GetModuleHandleW(LPCWSTR name);
 
-// --- the search for DLLs; without effect, because there are none ---
+// --- the search for DLLs; these calls have no effect, because there are no DLLs ---
 
 constexpr DWORD LOAD_LIBRARY_SEARCH_USER_DIRS = 0x400;
 constexpr DWORD LOAD_LIBRARY_SEARCH_SYSTEM32 = 0x800;
 
-// The first only with the empty folder, the second only with both constants.
+// `folder` must be empty; `folders` must be the two constants together.
 BOOL WINAPI SetDllDirectoryW(LPCWSTR folder);
 BOOL WINAPI SetDefaultDllDirectories(DWORD folders);
 
@@ -157,8 +157,8 @@ constexpr DWORD STD_INPUT_HANDLE = static_cast<DWORD>(-10);
 constexpr DWORD STD_OUTPUT_HANDLE = static_cast<DWORD>(-11);
 constexpr DWORD STD_ERROR_HANDLE = static_cast<DWORD>(-12);
 
-// Share modes apply to the handles of this process and those that its running children inherited. A symbolic
-// link is followed. No template, no overlapped input or output, no security descriptor.
+// Share modes apply to the handles of this process and to those that its running children inherited. Symbolic
+// links are followed. Templates, overlapped input or output and security descriptors are not supported.
 HANDLE WINAPI CreateFileW(LPCWSTR path, DWORD access, DWORD share_mode, LPSECURITY_ATTRIBUTES security,
                           DWORD disposition, DWORD flags, HANDLE template_file);
 BOOL WINAPI ReadFile(HANDLE file, LPVOID buffer, DWORD size, LPDWORD read, LPOVERLAPPED overlapped);
@@ -166,12 +166,12 @@ BOOL WINAPI WriteFile(HANDLE file, LPCVOID buffer, DWORD size, LPDWORD written, 
 BOOL WINAPI SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, PLARGE_INTEGER position, DWORD method);
 BOOL WINAPI GetFileSizeEx(HANDLE file, PLARGE_INTEGER size);
 BOOL WINAPI FlushFileBuffers(HANDLE file);
-// Sets only the attributes, and of those only whether it is a folder.
+// Sets only the attributes, and among them only the one for a folder.
 BOOL WINAPI GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION information);
 DWORD WINAPI GetFileType(HANDLE file);
-// A call that fails by a fault closes the handle nevertheless.
+// Closes an open handle even when a test makes the call fail.
 BOOL WINAPI CloseHandle(HANDLE handle);
-// Within one file system only.
+// Moves within one file system only.
 BOOL WINAPI MoveFileExW(LPCWSTR from, LPCWSTR to, DWORD flags);
 BOOL WINAPI DeleteFileW(LPCWSTR path);
 // The three streams of this process. Their handles are not counted as open and cannot be closed.
@@ -232,24 +232,25 @@ constexpr DWORD STILL_ACTIVE = 259;
 
 BOOL WINAPI InitializeProcThreadAttributeList(LPPROC_THREAD_ATTRIBUTE_LIST list, DWORD count, DWORD flags,
                                               SIZE_T* size);
-// Only PROC_THREAD_ATTRIBUTE_HANDLE_LIST. The caller keeps the array of handles until the process is started.
+// Supports only PROC_THREAD_ATTRIBUTE_HANDLE_LIST. The caller must keep the array of handles until the
+// process is started.
 BOOL WINAPI UpdateProcThreadAttribute(LPPROC_THREAD_ATTRIBUTE_LIST list, DWORD flags, DWORD_PTR attribute,
                                       PVOID value, SIZE_T size, PVOID previous_value, SIZE_T* return_size);
 void WINAPI DeleteProcThreadAttributeList(LPPROC_THREAD_ATTRIBUTE_LIST list);
 
-// The child gets those of its three standard streams that it may inherit and, if there is no list of handles,
-// every other inheritable handle. The application name is required, the environment is always the parent's.
-// The thread handle can only be closed.
+// The child inherits its three standard streams, as far as they are inheritable, and, without a list of
+// handles, every other inheritable handle. The application name is required. The environment is always the
+// parent's. The thread handle can only be closed.
 BOOL WINAPI CreateProcessW(LPCWSTR application, LPWSTR command_line, LPSECURITY_ATTRIBUTES process_security,
                            LPSECURITY_ATTRIBUTES thread_security, BOOL inherit_handles, DWORD flags,
                            LPVOID environment, LPCWSTR current_directory, LPSTARTUPINFOW startup,
                            LPPROCESS_INFORMATION information);
-// Waits for processes only, and in real time even with a test clock.
+// Waits for processes only. The time limit is in real time even with a test clock.
 DWORD WINAPI WaitForSingleObject(HANDLE handle, DWORD milliseconds);
 BOOL WINAPI GetExitCodeProcess(HANDLE process, LPDWORD exit_code);
 DWORD WINAPI GetCurrentProcessId();
 
-// A code above 255 must be an exception code that corresponds to a signal; the process then ends by that
+// A code above 255 must be an exception code that corresponds to a signal. The process then ends by that
 // signal.
 [[noreturn]] void WINAPI ExitProcess(UINT exit_code);
 
@@ -257,7 +258,7 @@ DWORD WINAPI GetCurrentProcessId();
 
 ULONGLONG WINAPI GetTickCount64();
 
-// With a test clock it advances the clock instead of waiting.
+// With a test clock, advances the clock instead of waiting.
 void WINAPI Sleep(DWORD milliseconds);
 
 // --- the texts of errors ---
@@ -266,7 +267,7 @@ constexpr DWORD FORMAT_MESSAGE_ALLOCATE_BUFFER = 0x100;
 constexpr DWORD FORMAT_MESSAGE_IGNORE_INSERTS = 0x200;
 constexpr DWORD FORMAT_MESSAGE_FROM_SYSTEM = 0x1000;
 
-// Only with these three flags together. The texts are those of an English Windows.
+// Supports only these three flags together. The texts are those of an English Windows.
 DWORD WINAPI FormatMessageW(DWORD flags, LPCVOID source, DWORD code, DWORD language, LPWSTR buffer,
                             DWORD size, void* arguments);
 HLOCAL WINAPI LocalFree(HLOCAL memory);

@@ -442,7 +442,7 @@ BOOL WINAPI AdjustWindowRectEx(LPRECT rectangle, DWORD style, BOOL menu, DWORD e
 BOOL WINAPI InvalidateRect(HWND window, const RECT* rectangle, BOOL erase);
 BOOL WINAPI RedrawWindow(HWND window, const RECT* rectangle, HRGN region, UINT flags);
 BOOL WINAPI UpdateWindow(HWND window);
-// Returns whether the window needs to be painted; `rectangle` must be null and `erase` FALSE.
+// Returns whether the window needs to be painted. `rectangle` must be null and `erase` must be FALSE.
 BOOL WINAPI GetUpdateRect(HWND window, LPRECT rectangle, BOOL erase);
 HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name);
 

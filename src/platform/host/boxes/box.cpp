@@ -29,7 +29,8 @@ bool HasDialogCode(HWND control, int code) {
     return (SendMessageW(control, WM_GETDLGCODE, 0, 0) & code) != 0;
 }
 
-// A button that gets the focus by an arrow key becomes the one that Enter presses.
+// Moves the focus for a key. If a button gets the focus, it becomes the default button (for Enter); otherwise
+// the box's own default button does.
 LRESULT MoveFocus(const Box& box, HWND next) {
     for (HWND button = GetWindow(box.window, GW_CHILD); button != nullptr;
          button = GetWindow(button, GW_HWNDNEXT))
@@ -131,7 +132,7 @@ LRESULT CALLBACK BoxProcedure(HWND window, UINT message, WPARAM wparam, LPARAM l
         case DM_GETDEFID:
             return MAKELPARAM(static_cast<unsigned>(box->default_id), DC_HASDEFID);
         case WM_NCDESTROY:
-            // The owner may be destroyed, and the box with it, while the box is open.
+            // The open box may be destroyed together with its owner.
             box->is_open = false;
             box->window = nullptr;
             SetWindowLongPtrW(window, STATE_OFFSET, 0);

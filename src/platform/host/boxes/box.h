@@ -1,4 +1,4 @@
-// A modal box: a window of class #32770 with controls, as the message box and the file boxes use it. Its
+// A modal box: a window of class #32770 with controls. The message box and the file boxes are such boxes. The
 // owner is disabled until the user answers.
 #pragma once
 
@@ -15,10 +15,10 @@ struct Box {
     int default_id = IDOK;  // the button that Enter presses
     int answer = IDCANCEL;  // the identifier of the button that closed the box
     bool is_open = true;
-    std::function<void(int id)> on_command;  // a button was pressed, or the box was cancelled
+    std::function<void(int id)> on_command;  // called when a button is pressed or the box is cancelled
 };
 
-// In client coordinates of the box.
+// A rectangle in client coordinates of the box.
 struct Place {
     int left;
     int top;
@@ -34,19 +34,19 @@ struct BoxControl {
     Place place;
 };
 
-// Creates the window of the box, hidden, in the middle of its owner or of the screen. The record must not
-// move until RunBox has returned. Faults do not apply to the windows of a box.
+// Creates the window of the box, hidden, in the middle of its owner or of the screen. The record must keep
+// its address until RunBox has returned. Faults do not apply to the windows of a box.
 void MakeBox(Box& box, HWND owner, const WCHAR* title, int width, int height);
 
 HWND AddToBox(const Box& box, const BoxControl& control);
 
 LRESULT CALLBACK BoxProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 
-// For `on_command`: closes the box with this answer.
+// Closes the box with this answer. For use in `on_command`.
 void CloseBox(Box& box, int answer);
 
-// Shows the box until it is closed, in a message loop of its own, then destroys it. Returns the answer, or
-// IDCANCEL at a WM_QUIT, which is posted again.
+// Shows the box, runs a message loop until the box is closed, then destroys the box. Returns the answer. A
+// WM_QUIT ends the loop with IDCANCEL and is posted again.
 int RunBox(Box& box);
 
 // --- for ResetLayer ---

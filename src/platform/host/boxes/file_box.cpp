@@ -31,7 +31,7 @@ enum class FileKind { Missing, File, Folder };
 struct FileBox {
     Purpose purpose;
     const OPENFILENAMEW& request;
-    Text folder;     // of relative names
+    Text folder;     // the base of relative names
     Text extension;  // added to a name without one; may be empty
     Box box;
     HWND name_field = nullptr;
@@ -72,12 +72,12 @@ FileKind KindOf(const Text& path) {
     return S_ISDIR(status.st_mode) ? FileKind::Folder : FileKind::File;
 }
 
-// Whether it starts with neither a drive nor a root.
+// Whether the path starts with neither a drive nor a root.
 bool IsRelative(View path) {
     return path.find(u':') == View::npos && !path.starts_with(u'\\');
 }
 
-// Empty, with the last error set, if no file can have this name.
+// The full path; empty, with the last error set, if no file can have this name.
 Text FullPathOf(const Text& path) {
     const std::optional<std::string> native = ToNativePath(path.c_str());
     return native ? FromNativePath(*native) : Text();
@@ -94,12 +94,12 @@ View LastElement(View path) {
 
 Text ParentOf(View path) {
     const std::size_t separator = path.rfind(u'\\');
-    // The root keeps its separator.
+    // A root folder keeps its separator.
     return Text(path.substr(0, separator == 2 ? 3 : separator));
 }
 
-// The extension that is added by default: that of the first filter, if the request has a default extension at
-// all.
+// The extension for names without one: that of the first filter. None if the request has no default
+// extension.
 Text ExtensionOf(const OPENFILENAMEW& request) {
     if (request.lpstrDefExt == nullptr)
         return {};
@@ -125,7 +125,8 @@ void Complain(const FileBox& file_box, const WCHAR* text) {
     Ask(file_box, text, MB_OK | MB_ICONWARNING);
 }
 
-// To open, a file whose name has no extension has precedence over one with the default extension.
+// Adds the default extension to a path without one. When opening, an existing file without extension has
+// precedence.
 Text WithExtension(const FileBox& file_box, const Text& path) {
     const bool is_there = file_box.purpose == Purpose::Open && KindOf(path) == FileKind::File;
     return HasExtension(path) || is_there ? path : path + file_box.extension;
@@ -179,8 +180,8 @@ void Confirm(FileBox& file_box) {
 
 // --- the box ---
 
-// Sets the folder: that of the proposed name, or else the one in the request, or else the current one.
-// Removes it from the name.
+// Sets the folder of the box: that of the proposed name if it exists, otherwise that in the request,
+// otherwise the current one. In the first case removes the folder from the name.
 void SetFolder(FileBox& file_box, Text& name) {
     const OPENFILENAMEW& request = file_box.request;
     file_box.folder = FullPathOf(u".");
@@ -209,7 +210,7 @@ void FillBox(FileBox& file_box, const Text& name) {
     SendMessageW(file_box.name_field, EM_SETSEL, 0, -1);
 }
 
-// Sets only the path in the request.
+// Stores the path in the request and no other field.
 BOOL StorePath(const Text& path, const OPENFILENAMEW& request) {
     if (path.size() >= request.nMaxFile)
         NotImplemented("GetOpenFileNameW, GetSaveFileNameW", "a path that is longer than the buffer");

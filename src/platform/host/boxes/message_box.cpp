@@ -26,7 +26,7 @@ struct BoxButton {
 
 struct Choice {
     std::vector<BoxButton> buttons;
-    int cancelled;  // the answer when the box is closed otherwise; 0: it must be answered by a button
+    int cancelled;  // the answer when the box is closed without a button; 0: only a button closes it
 };
 
 Choice ChoiceOf(UINT flags) {

@@ -7,7 +7,7 @@ namespace {
 
 struct Button {
     WPARAM check = BST_UNCHECKED;
-    bool is_held = false;  // pressed and not yet released, by mouse or by the space bar
+    bool is_held = false;  // pressed by the mouse or the space bar and not yet released
 };
 
 DWORD KindOf(HWND window) {
@@ -37,14 +37,14 @@ LRESULT Hold(HWND window, Button& button) {
     return 0;
 }
 
-// The command is sent last, because its receiver may destroy the button.
+// Sends the command last, because its receiver may destroy the button.
 void Click(HWND window, Button& button) {
     if (KindOf(window) == BS_AUTOCHECKBOX)
         button.check = button.check == BST_CHECKED ? BST_UNCHECKED : BST_CHECKED;
     SendCommand(window, BN_CLICKED);
 }
 
-// ReleaseCapture ends `is_held`, by WM_CAPTURECHANGED.
+// ReleaseCapture sends WM_CAPTURECHANGED, which clears `is_held`.
 LRESULT Release(HWND window, Button& button, bool clicks) {
     if (!button.is_held)
         return 0;

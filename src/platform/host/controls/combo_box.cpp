@@ -1,4 +1,4 @@
-// COMBOBOX as a list of which one entry is selected (CBS_DROPDOWNLIST), and COMBOLBOX, the window of the
+// COMBOBOX as a drop-down list with one selected entry (CBS_DROPDOWNLIST), and COMBOLBOX, the window of the
 // dropped list.
 #include <algorithm>
 #include <string>
@@ -12,7 +12,7 @@ namespace {
 
 // The extra bytes of the list's window: the handle of its combo box.
 constexpr int FIELD_OFFSET = 0;
-// Before WM_SETFONT the field has the system font, after it the layer's only font.
+// Heights in pixels: before WM_SETFONT with the system font, after it with the layer's only font.
 constexpr int SYSTEM_FONT_FIELD_HEIGHT = 24;
 constexpr int FIELD_HEIGHT = 20;
 constexpr int ITEM_HEIGHT = 12;
@@ -66,7 +66,7 @@ LRESULT ToggleList(HWND window, Combo& combo) {
 
 // --- selecting ---
 
-// A selection by the user is reported even if the entry is already selected.
+// Selects an entry for the user. Sends the notification even if the entry is already selected.
 LRESULT Select(HWND window, Combo& combo, int index) {
     combo.selected = index;
     SendCommand(window, CBN_SELCHANGE);
@@ -106,7 +106,7 @@ LRESULT PressKey(HWND window, Combo& combo, WPARAM key) {
     }
 }
 
-// Selects the next entry that starts with the character; the selected one is tried last.
+// Selects the next entry that starts with the character. The search ends at the selected entry.
 LRESULT TypeCharacter(HWND window, Combo& combo, WCHAR character) {
     const auto count = combo.items.size();
     for (std::size_t step = 1; step <= count; step++) {
@@ -129,7 +129,7 @@ LRESULT SelectByMessage(HWND window, Combo& combo, WPARAM index) {
 
 // --- the window ---
 
-// The height in the request is that of field and list together; the window has that of the field.
+// A requested height is that of the field and the list together. The window gets the height of the field.
 LRESULT LimitHeight(const Combo& combo, WINDOWPOS& position) {
     if ((position.flags & SWP_NOSIZE) == 0)
         position.cy = combo.field_height;
@@ -147,7 +147,7 @@ LRESULT Create(HWND window, Combo& combo) {
     const DWORD style = StyleOf(window);
     if ((style & (CBS_DROPDOWNLIST | CBS_SORT)) != CBS_DROPDOWNLIST)
         NotImplemented("COMBOBOX", "another kind than CBS_DROPDOWNLIST");
-    // WS_VSCROLL is meant for the list.
+    // WS_VSCROLL applies to the list.
     SetWindowLongPtrW(window, GWL_STYLE, static_cast<LONG_PTR>(style & ~WS_VSCROLL));
     FitField(window, combo);
     const SuspendHooks suspended;
@@ -234,8 +234,8 @@ LRESULT CALLBACK ComboProcedure(HWND window, UINT message, WPARAM wparam, LPARAM
     }
 }
 
-// The list has the mouse capture while it is shown: a click on an entry selects it, any other click closes
-// the list.
+// The list has the mouse capture while it is shown. A click on an entry selects the entry, any other click
+// closes the list.
 LRESULT CALLBACK ComboListProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_NCCREATE) {
         SetWindowLongPtrW(

@@ -15,7 +15,7 @@ struct MessageRange {
     UINT last;
 };
 
-// The numbers of the messages that only controls define.
+// The ranges of the messages that only controls define.
 constexpr auto CONTROL_MESSAGES = std::to_array<MessageRange>({
     {EM_GETSEL, BM_CLICK + 2},
     {0x0140, 0x01BF},

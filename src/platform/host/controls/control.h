@@ -28,12 +28,12 @@ bool IsInClientArea(HWND window, LPARAM point);
 
 // --- the state of a control ---
 
-// The extra bytes of a control's window: the pointer to its state, then its font.
+// The offsets of the extra bytes of a control's window: the pointer to its state, then its font.
 constexpr int STATE_OFFSET = 0;
 constexpr int FONT_OFFSET = sizeof(LONG_PTR);
 constexpr int CONTROL_EXTRA_BYTES = 2 * sizeof(LONG_PTR);
 
-// The state of the control, which WM_NCCREATE allocates and WM_NCDESTROY frees; null before and after.
+// The state of the control. WM_NCCREATE allocates it and WM_NCDESTROY frees it; null before and after.
 template <typename State>
 State* StateAt(HWND window, UINT message) {
     if (message == WM_NCCREATE) {
@@ -54,16 +54,16 @@ inline DWORD StyleOf(HWND window) {
 
 // --- messages to the parent: only those that the program handles ---
 
-// WM_COMMAND with the control's identifier and the code.
+// Sends WM_COMMAND with the control's identifier and the code.
 void SendCommand(HWND control, int code);
 
-// WM_NOTIFY with the record that starts with the header; sets the header's fields.
+// Sends WM_NOTIFY with the record that starts with this header. Sets the header's fields.
 void SendNotification(HWND control, UINT code, NMHDR& header);
 
 // --- messages that a control does not handle ---
 
-// Stores and returns the font; aborts on a message that only controls define; passes all others to
-// DefWindowProcW.
+// Stores the font for WM_SETFONT and returns it for WM_GETFONT. Aborts at a message that only controls
+// define. Passes all other messages to DefWindowProcW.
 LRESULT DefControlProcedure(const char* class_name, HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 
 inline const WCHAR* TextAt(LPARAM text) {

@@ -1,4 +1,4 @@
-// EDIT: the single-line field, and the read-only text of several lines.
+// EDIT: a single-line field, or a read-only text of several lines.
 #include <algorithm>
 #include <string>
 #include <string_view>
@@ -11,7 +11,7 @@ namespace host {
 namespace {
 
 constexpr std::size_t DEFAULT_LIMIT = 32767;
-// A field that does not scroll holds a text that is narrower than the client area by this much.
+// In a field that does not scroll, this many pixels of the client area's width cannot contain text.
 constexpr int FIELD_MARGINS = 8;
 constexpr int FIRST_CHARACTER_X = 2;
 
@@ -55,8 +55,8 @@ LRESULT SetLimit(Edit& edit, std::size_t limit) {
     return 0;
 }
 
-// The number of characters that the user can type: the limit and, if the field does not scroll, what fits
-// into its width.
+// The largest number of characters that the user can enter: the limit, or fewer if the field does not scroll
+// and its width holds fewer.
 std::size_t CapacityOf(HWND window, const Edit& edit) {
     if (HasStyle(window, ES_MULTILINE | ES_AUTOHSCROLL))
         return edit.limit;
@@ -68,7 +68,7 @@ std::size_t CapacityOf(HWND window, const Edit& edit) {
 
 // --- the selection ---
 
-// Replaces the selection by as much of the text as the field has room for.
+// Replaces the selection by the start of the text, as much as CapacityOf allows.
 void ReplaceSelection(HWND window, Edit& edit, std::u16string_view text) {
     const Span selection = Selection(edit);
     edit.text.erase(selection.start, selection.end - selection.start);
@@ -185,8 +185,8 @@ std::size_t CharacterRight(std::u16string_view text, std::size_t place) {
 
 constexpr std::u16string_view WORD_SEPARATORS = u" \t";
 
-// The start of the word at or before the place, and of the next word. They cross to another line only from
-// the start or the end of their own.
+// WordLeft returns the last start of a word before the place, WordRight the first one after the place.
+// WordLeft leaves the line only from the line's start, WordRight only from its end.
 std::size_t WordLeft(std::u16string_view text, std::size_t place) {
     const std::size_t start = LineStart(text, place);
     if (place == start)
@@ -204,7 +204,7 @@ std::size_t WordRight(std::u16string_view text, std::size_t place) {
     return std::min(text.find_first_not_of(WORD_SEPARATORS, blank), end);
 }
 
-// The same column one page up or down; a page is as many lines as fit into the client area.
+// The same column one page up or down. A page is the number of lines that fit into the client area.
 std::size_t PageUpOrDown(HWND window, std::u16string_view text, std::size_t place, WPARAM key) {
     RECT client{};
     GetClientRect(window, &client);

@@ -21,7 +21,7 @@ struct Column {
 };
 
 struct Row {
-    std::vector<std::u16string> texts;  // by column; a missing one is empty
+    std::vector<std::u16string> texts;  // by column; a missing text is empty
     UINT state = 0;
 };
 
@@ -56,7 +56,7 @@ int NextRow(const List& list, int start, UINT states) {
 
 void SetRowState(HWND window, List& list, int index, UINT state, UINT mask);
 
-// Removes the state from every other row than the given one.
+// Removes the state from every row except `kept`.
 void ClearOthers(HWND window, List& list, int kept, UINT state) {
     for (int index = NextRow(list, NONE, state); index != NONE; index = NextRow(list, index, state))
         if (index != kept)
@@ -91,7 +91,7 @@ LRESULT SetState(HWND window, List& list, int index, const LVITEMW& item) {
     return TRUE;
 }
 
-// The user selects a row; NONE removes the selection and leaves the focus as it is.
+// Selects a row for the user. NONE removes the selection and leaves the focus unchanged.
 void SelectByUser(HWND window, List& list, int index) {
     ClearOthers(window, list, index, LVIS_SELECTED);
     if (IsRow(list, index) && RowAt(list, index).state != KNOWN_STATES)
@@ -111,7 +111,7 @@ LRESULT InsertRow(HWND window, List& list, const LVITEMW& item) {
     return item.iItem;
 }
 
-// The changes of the rows' states are not reported.
+// Sends no notification about the states of the deleted rows.
 LRESULT DeleteAllRows(List& list) {
     if (CallFails("LVM_DELETEALLITEMS"))
         return FALSE;
@@ -193,7 +193,7 @@ int RowAtPoint(const List& list, LPARAM point) {
 }
 
 LRESULT GetPlace(const List& list, int index, RECT& place) {
-    // The left side of the rectangle says which part of the row is asked for.
+    // The left side of the rectangle is the number of the requested part of the row.
     if (place.left != LVIR_BOUNDS)
         NotImplemented("LVM_GETITEMRECT", "a part of the row");
     if (!IsRow(list, index))
@@ -213,7 +213,7 @@ LRESULT PressMouse(HWND window, List& list, LPARAM point) {
     return 0;
 }
 
-// The row to which a key moves from the one with the focus.
+// The row to which the key moves the focus.
 int TargetOf(HWND window, const List& list, WPARAM key, int focused) {
     switch (key) {
         case VK_DOWN:

@@ -1,5 +1,5 @@
-// STATIC: a line of text that does not take the mouse. A long path is shortened only in the platform's
-// drawing, so not here.
+// STATIC: a line of text that gets no mouse input. A long path is not shortened here: the platform shortens
+// it only where it draws.
 #include <string>
 
 #include "platform/host/controls/control.h"

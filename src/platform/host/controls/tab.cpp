@@ -1,5 +1,4 @@
-// SysTabControl32: one row of tabs, of which one is selected. The area below the tabs does not take the
-// mouse.
+// SysTabControl32: one row of tabs with one selected tab. The area below the tabs gets no mouse input.
 #include <string>
 #include <vector>
 

@@ -1,5 +1,5 @@
 // The running child processes, their exit codes, and the end of this process. Exit codes of Windows have 32
-// bits, those of Linux 8; a program that crashes ends by a signal on Linux and with an exception code on
+// bits, those of Linux have 8. A program that crashes ends by a signal on Linux and with an exception code on
 // Windows.
 #include <signal.h>
 #include <sys/resource.h>
@@ -21,7 +21,7 @@ struct SignalCode {
     DWORD exit_code;
 };
 
-// The exit code on Windows of a program that crashes for the same reason.
+// The exit code that the same crash has on Windows.
 constexpr auto SIGNAL_CODES = std::to_array<SignalCode>({
     {SIGSEGV, 0xC0000005},
     {SIGBUS, 0xC0000006},

@@ -1,4 +1,4 @@
-// The simulated loss of power: which contents of files would survive it.
+// Simulates a loss of power: records the contents of files that would survive it.
 #include <unistd.h>
 
 #include <array>
@@ -16,7 +16,7 @@
 namespace host {
 namespace {
 
-using Content = std::optional<std::string>;  // nothing: no such file
+using Content = std::optional<std::string>;  // none: the file does not exist
 
 struct Disk {
     bool forgets = false;

@@ -1,4 +1,4 @@
-// The texts of the errors that the layer reports or that tests ask for, as an English Windows has them.
+// The English Windows texts of the errors that the layer reports or that tests use.
 #include <algorithm>
 #include <array>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-// Files: opened with share modes, read, written, flushed, moved and deleted.
+// Opens files with share modes; reads, writes, flushes, moves and deletes files.
 #include <fcntl.h>
 #include <stdio.h>
 #include <sys/stat.h>
@@ -24,7 +24,7 @@ using Status = struct stat;
 constexpr mode_t NEW_FILE_MODE = 0666;
 constexpr mode_t ANY_WRITE_BIT = 0222;
 
-// The arguments of CreateFileW in terms of Linux.
+// The arguments of CreateFileW, converted for Linux.
 struct OpenRequest {
     std::string native;
     bool reads = false;
@@ -35,7 +35,7 @@ struct OpenRequest {
     bool is_inheritable = false;
 };
 
-// Claims expire with the handle or the child that holds them, also at ResetLayer.
+// A claim expires with its last owner, an open file or a child process. ResetLayer removes both.
 std::vector<std::weak_ptr<const ShareClaim>> share_claims;
 
 bool IsReadOnly(const Status& status) {
@@ -59,7 +59,8 @@ bool Allows(const ShareClaim& holder, const ShareClaim& other) {
            (!other.writes || (holder.share_mode & FILE_SHARE_WRITE) != 0);
 }
 
-// Adds the claim of a newly opened file, unless it and a claim that is held exclude each other.
+// Adds the claim of a newly opened file. False, with the last error set, if it and an existing claim exclude
+// each other.
 bool AddClaim(const OpenRequest& request, const Status& status, OpenFile& file) {
     if (!request.reads && !request.writes)
         return true;
@@ -98,7 +99,7 @@ bool CheckOpenArguments(DWORD access, LPSECURITY_ATTRIBUTES security, DWORD disp
     return true;
 }
 
-// A name that ends with a separator can only be that of a folder.
+// A name that ends with a separator can only be the name of a folder.
 bool CheckTrailingSeparator(OpenRequest& request) {
     if (request.native.size() < 2 || !request.native.ends_with('/'))
         return true;
@@ -115,8 +116,8 @@ int OpenMode(const OpenRequest& request) {
     return request.reads ? O_RDONLY : O_PATH;
 }
 
-// Opens a descriptor with a number above the standard streams, so that it is not overwritten when a child's
-// streams are set up.
+// Opens a descriptor with a number above those of the standard streams, so that setting a child's streams
+// does not overwrite it.
 Descriptor OpenDescriptor(const std::string& native, int flags) {
     const int number = open(native.c_str(), flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, NEW_FILE_MODE);
     if (number < 0 || number > STDERR_FILENO)
@@ -127,7 +128,7 @@ Descriptor OpenDescriptor(const std::string& native, int flags) {
 }
 
 struct Opened {
-    Descriptor descriptor;  // none: failed, with errno set
+    Descriptor descriptor;  // -1: the open failed, with errno set
     bool existed;
 };
 
@@ -146,7 +147,7 @@ Opened OpenNative(const OpenRequest& request) {
     return opened;
 }
 
-// Checks a newly opened regular file against the claims of others, then truncates it if that was asked for.
+// Adds the claim of a newly opened regular file, then truncates the file if the request says so.
 bool ClaimAndTruncate(const OpenRequest& request, OpenFile& file, bool existed) {
     Status status = {};
     const int number = file.descriptor.number;
@@ -174,7 +175,7 @@ HANDLE OpenRequested(const OpenRequest& request) {
                                                     request.writes, request.is_inheritable, nullptr});
     if (!ClaimAndTruncate(request, *file, opened.existed))
         return INVALID_HANDLE_VALUE;
-    // It was non-blocking only so that the open did not wait for the other end of a pipe.
+    // The open was non-blocking only so that it did not wait for the other end of a pipe.
     fcntl(file->descriptor.number, F_SETFL, 0);
     const bool may_replace = request.disposition == CREATE_ALWAYS || request.disposition == OPEN_ALWAYS;
     SetLastError(may_replace && opened.existed ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS);
@@ -191,7 +192,7 @@ void RequireNoOverlap(LPOVERLAPPED overlapped, const char* call) {
         NotImplemented(call, "overlapped input or output");
 }
 
-// The error if the file cannot be moved over the target; ERROR_SUCCESS if it can, or if there is no target.
+// The error if the file must not replace the target; ERROR_SUCCESS if it may, or if there is no target.
 DWORD ReplaceError(const Status& from, const std::string& target, DWORD flags) {
     Status status = {};
     if (lstat(target.c_str(), &status) != 0)
@@ -205,7 +206,8 @@ DWORD ReplaceError(const Status& from, const std::string& target, DWORD flags) {
                                                                          : ERROR_SUCCESS;
 }
 
-// The open file of a call; null with the last error set if the call must fail or the handle is not a file's.
+// The open file of a call; null, with the last error set, if a test makes the call fail or the handle is not
+// that of an open file.
 const OpenFile* FileOfCall(const char* call, HANDLE handle) {
     return CallFails(call) ? nullptr : FindFile(handle);
 }
@@ -218,7 +220,8 @@ std::optional<Status> StatusOfCall(const char* call, HANDLE handle) {
     return status;
 }
 
-// Flushes the entries of the folder to the disk. EINVAL: the file system cannot sync folders and need not.
+// Flushes the entries of the file's folder to the disk. With EINVAL, the file system does not support (or
+// need) this, and the call succeeds.
 bool SyncFolderOf(const std::string& native) {
     const Descriptor folder = OpenDescriptor(native.substr(0, native.rfind('/') + 1), O_RDONLY);
     return folder.number >= 0 && (fsync(folder.number) == 0 || errno == EINVAL);

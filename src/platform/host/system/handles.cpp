@@ -14,7 +14,7 @@
 namespace host {
 namespace {
 
-// The number of a closed handle is never used again, so that its use is always noticed.
+// The number of a closed handle is never used again, so that every use of a closed handle fails.
 struct HandleTable {
     std::map<std::uintptr_t, KernelObject> open;
     std::uintptr_t next = 0x100;
@@ -26,7 +26,7 @@ HandleTable handles;
 constexpr std::uintptr_t HANDLE_STEP = 4;
 constexpr std::uintptr_t FIRST_STANDARD = 0x10;
 
-// The index of a standard stream in the table; the number of streams for any other handle.
+// The index of a standard stream in `standard`; the size of `standard` for any other handle.
 std::size_t StandardIndex(HANDLE handle) {
     const auto number = reinterpret_cast<std::uintptr_t>(handle);
     const std::size_t count = handles.standard.size();

@@ -1,5 +1,5 @@
-// What the files of this folder share: the conversion of Windows texts, paths and errors to those of Linux,
-// the table of handles, and the child processes.
+// The declarations that the files of this folder share: the conversion of texts, paths and errors between
+// Windows and Linux, the table of handles, and the child processes.
 #pragma once
 
 #include <memory>
@@ -14,14 +14,14 @@ namespace host {
 
 // --- text ---
 
-// Strict conversions; nothing if the text is ill-formed.
+// Strict conversions: none if the text is ill-formed.
 [[nodiscard]] std::optional<std::string> ToUtf8(std::u16string_view wide);
 [[nodiscard]] std::optional<std::u16string> FromUtf8(std::string_view utf8);
 
 // --- paths ---
 
-// The Linux path of a Windows path, relative or full. Nothing, with the last error set, if no file can have
-// that name.
+// The Linux path of a Windows path, relative or full. None, with the last error set, if no file can have that
+// name.
 [[nodiscard]] std::optional<std::string> ToNativePath(LPCWSTR path);
 
 // The Windows path of a full Linux path: "/tmp/a" becomes "C:\tmp\a". Empty for any other path.
@@ -54,7 +54,7 @@ struct Descriptor {
     Descriptor& operator=(Descriptor&& other) noexcept;
 };
 
-// The access and the share mode of one open file, against which every other open of the same file is checked.
+// The access and the share mode of one open file. Every other open of the same file is checked against them.
 struct ShareClaim {
     std::uint64_t device;
     std::uint64_t inode;
@@ -75,7 +75,7 @@ struct ChildProcess {
     int process_id = 0;
     bool has_ended = false;
     DWORD exit_code = STILL_ACTIVE;
-    std::vector<std::shared_ptr<const ShareClaim>> claims;  // of the files that it inherited
+    std::vector<std::shared_ptr<const ShareClaim>> claims;  // of the files that the child inherited
 };
 
 // The object of a handle: a file, a process or, with neither, a thread.
@@ -87,15 +87,15 @@ struct KernelObject {
 [[nodiscard]] HANDLE AddHandle(KernelObject object);
 // Null with ERROR_INVALID_HANDLE if the handle is not open.
 const KernelObject* FindObject(HANDLE handle);
-// Null with ERROR_INVALID_HANDLE if the handle is not that of an open file.
+// Null with ERROR_INVALID_HANDLE if the handle is not the handle of an open file.
 OpenFile* FindFile(HANDLE handle);
 // The descriptors of all open inheritable files, in ascending order.
 std::vector<int> InheritableDescriptors();
 
-// --- the disk that forgets ---
+// --- the simulated loss of power ---
 
-// To be called before the file at a path changes, after an open file was flushed, and after a move was
-// written through.
+// Call BeforeChange before the content of a file changes, AfterFlush after an open file was flushed, and
+// AfterMove after a move was written through. Without MakeDiskForgetful they do nothing.
 void BeforeChange(const std::string& native);
 void AfterFlush(int descriptor);
 void AfterMove(const std::string& source, const std::string& target);
@@ -103,12 +103,12 @@ void AfterMove(const std::string& source, const std::string& target);
 // --- children ---
 
 void AddChild(std::shared_ptr<ChildProcess> child);
-// Checks whether the child has ended; `options` are those of waitpid, 0 waits for the end.
+// Updates the record if the child has ended. `options` are those of waitpid; 0 waits for the end.
 void Reap(ChildProcess& child, int options);
-// Checks all children and forgets those that have ended.
+// Updates all children and removes those that have ended from the list.
 void ReapChildren();
 
-// --- for ResetLayer: each sets the records of its file back to their state at the start of the program ---
+// --- for ResetLayer: each resets the records of its file to their state at the start of the program ---
 
 void ResetHandles();
 void ResetDisk();

@@ -1,4 +1,5 @@
-// Windows paths and their Linux paths: drive C: is the root. Names that differ by case are two files here.
+// Converts between Windows paths and Linux paths: drive C: is the root folder of Linux. Names that differ
+// only in case are different files here.
 #include <limits.h>
 #include <stdlib.h>
 #include <sys/stat.h>
@@ -25,7 +26,7 @@ constexpr std::size_t LONGEST_PATH = 32767;
 constexpr View DEVICE_PREFIX = u"\\\\.\\";
 constexpr std::size_t DEVICE_PREFIX_LENGTH = DEVICE_PREFIX.size();
 
-// The names of devices; those of the second list are followed by a digit from 1 to 9.
+// The names of devices. Those of the second list are complete with a digit from 1 to 9 after them.
 constexpr auto DEVICES = std::to_array<View>({u"NUL", u"CON", u"AUX", u"PRN", u"CONIN$", u"CONOUT$"});
 constexpr auto NUMBERED_DEVICES = std::to_array<View>({u"COM", u"LPT"});
 
@@ -66,8 +67,8 @@ std::size_t NextSeparator(View path, std::size_t from) {
     return from;
 }
 
-// The device that the last element of the path names; empty for none. The folders before it, and what follows
-// a dot or a colon in it, do not matter.
+// The device that the last element of the path names; empty if it names none. Ignores the folders before this
+// element, and its part after a dot or a colon.
 View DeviceIn(View path) {
     if (HasServer(path))
         return {};
@@ -127,7 +128,7 @@ PartialPath StartWithServer(View path) {
     return {std::move(root), share_end, path.substr(share_end)};
 }
 
-// The current directory of every drive other than C: is its root.
+// Drives other than C: have their root as the current directory.
 PartialPath StartWithDrive(View path) {
     const View rest = path.substr(2);
     const bool is_relative = rest.empty() || !IsSeparator(rest.front());
@@ -150,7 +151,7 @@ void DropLastElement(PartialPath& path) {
     path.text.resize(separator == Text::npos ? path.root_length : std::max(separator, path.root_length));
 }
 
-// The last element loses all dots and blanks at its end, an earlier one only a single dot.
+// Removes all dots and blanks at the end of the last element, and a single dot at the end of an earlier one.
 View Trimmed(View element, bool is_last) {
     if (is_last)
         return element.substr(0, element.find_last_not_of(u" .") + 1);
@@ -184,7 +185,7 @@ Text FinishPath(PartialPath path) {
     return std::move(path.text);
 }
 
-// The full path, in time linear in its length; empty with the last error set if there is none.
+// Makes the full path, in time linear in its length. Empty, with the last error set, if that fails.
 Text FullPath(View path) {
     if (path.find_first_not_of(u' ') == View::npos) {
         SetLastError(ERROR_INVALID_NAME);
@@ -232,7 +233,7 @@ std::optional<std::string> ToNativePath(LPCWSTR path) {
     if (full.empty())
         return std::nullopt;
     View rest = full;
-    // As on a system whose long paths are off, which is the default.
+    // As on Windows without support for long paths, which is the default.
     if (full.size() >= MAX_PATH && !HasDevicePrefix(path))
         return NoPath(ERROR_PATH_NOT_FOUND);
     if (HasDevicePrefix(rest))

@@ -1,5 +1,5 @@
-// Processes: the attribute list, the command line and the streams of a start, the wait for the end, and the
-// path of the program itself.
+// Starts child processes (attribute list, command line, streams), waits for their end, and returns the path
+// of the program itself.
 #include <fcntl.h>
 #include <limits.h>
 #include <signal.h>
@@ -34,13 +34,13 @@ constexpr DWORD ATTRIBUTE_LIST_MARK = 0x4C415054;
 struct AttributeList {
     DWORD mark;
     DWORD count;
-    const HANDLE* handles;  // the caller's; null until an update
+    const HANDLE* handles;  // the caller's array; null until UpdateProcThreadAttribute
     std::size_t handle_count;
 };
 
 struct ProcessCalls {
     std::size_t attribute_lists = 0;
-    std::u16string module_file;  // empty: the true one
+    std::u16string module_file;  // empty: the true path
 };
 
 ProcessCalls process_calls;
@@ -71,9 +71,10 @@ std::u16string TakeProgramName(std::u16string_view& line) {
     return name;
 }
 
-// Takes a run of backslashes and the quote that may follow. Before a quote two backslashes become one, and a
-// single one that is left makes the quote a character, as does a second quote inside quotes. Backslashes that
-// no quote follows stay as they are.
+// Takes a run of backslashes (also an empty one) and the quote after it, if there is one. Without a quote,
+// the backslashes are characters of the argument. Before a quote, each pair of backslashes is one character.
+// The quote itself is a character after an odd number of backslashes, and when it is the first of two quotes
+// inside quotes; any other quote starts or ends quoting.
 void TakeBackslashesAndQuote(std::u16string_view& line, std::u16string& argument, bool& is_quoted) {
     const std::size_t run = std::min(line.find_first_not_of(u'\\'), line.size());
     line.remove_prefix(run);
@@ -111,7 +112,7 @@ void SkipBlanks(std::u16string_view& line) {
     line.remove_prefix(std::min(line.find_first_not_of(u" \t"), line.size()));
 }
 
-// Adds the arguments in UTF-8; false if one is ill-formed.
+// Adds the arguments in UTF-8. False if one of them is ill-formed.
 bool SplitCommandLine(std::u16string_view line, std::vector<std::string>& arguments) {
     std::optional<std::string> argument = ToUtf8(TakeProgramName(line));
     for (SkipBlanks(line); argument && !line.empty(); SkipBlanks(line)) {
@@ -131,7 +132,7 @@ struct StartRequest {
     std::vector<std::string> arguments;
     const AttributeList* list = nullptr;      // the only handles that the child may inherit; null: all
     std::array<Descriptor, STREAMS> streams;  // -1: the child does not get this stream
-    std::vector<int> more;                    // further descriptors that it inherits
+    std::vector<int> more;                    // other descriptors that the child inherits
     std::vector<std::shared_ptr<const ShareClaim>> claims;
     bool leaves_terminal = false;
 };
@@ -224,7 +225,7 @@ bool SetPaths(LPCWSTR application, LPCWSTR folder, StartRequest& request) {
     return true;
 }
 
-// Adds what the child does before it starts the program.
+// Adds the actions of the child before it executes the program.
 void PrepareActions(const StartRequest& request, posix_spawn_file_actions_t& actions) {
     if (!request.folder.empty())
         posix_spawn_file_actions_addchdir_np(&actions, request.folder.c_str());
@@ -242,7 +243,7 @@ void PrepareActions(const StartRequest& request, posix_spawn_file_actions_t& act
     posix_spawn_file_actions_addclosefrom_np(&actions, next);
 }
 
-// Returns an errno value, or 0 if the child runs.
+// Starts the child. Returns 0, or an errno value if that fails.
 int Spawn(StartRequest& request, pid_t& process_id) {
     std::vector<char*> arguments;
     for (std::string& argument : request.arguments)
@@ -253,7 +254,7 @@ int Spawn(StartRequest& request, pid_t& process_id) {
     PrepareActions(request, actions);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
-    // A child without a window must not receive the signals of our terminal either.
+    // A child without a console window must not receive the signals of our terminal.
     posix_spawnattr_setflags(&attributes, request.leaves_terminal ? POSIX_SPAWN_SETSID : 0);
     const int error =
         posix_spawn(&process_id, request.program.c_str(), &actions, &attributes, arguments.data(), environ);
@@ -262,7 +263,8 @@ int Spawn(StartRequest& request, pid_t& process_id) {
     return error;
 }
 
-// Linux refuses a file without the right to be executed. Windows would report that it is not a program.
+// The Windows error for a failed start. Linux refuses a file that has no right to be executed; Windows would
+// report that the file is not a program.
 DWORD StartError(int error, const std::string& program) {
     struct stat status = {};
     constexpr mode_t ANY_EXECUTE_BIT = 0111;

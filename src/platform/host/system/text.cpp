@@ -1,4 +1,4 @@
-// Text between UTF-8 and UTF-16, and from code page 1252.
+// Converts text between UTF-8 and UTF-16, and from code page 1252.
 #include <algorithm>
 #include <array>
 #include <optional>
@@ -21,7 +21,7 @@ constexpr std::array<WCHAR, 32> HIGH_1252 = {0x20AC, 0x0081, 0x201A, 0x0192, 0x2
                                              0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                              0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
-// The output of a conversion; without a buffer it is only counted.
+// The output of a conversion. Without a buffer, its units are only counted.
 template <typename Unit>
 struct Sink {
     Unit* buffer;
@@ -41,7 +41,8 @@ void Put(Sink<Unit>& sink, unsigned value) {
     sink.used++;
 }
 
-// One well-formed sequence; or, with is_valid false, the longest start of one, which counts as one error.
+// A well-formed UTF-8 sequence or, with `is_valid` false, the longest start of one, which counts as one
+// error.
 struct Sequence {
     char32_t point;
     std::size_t length;
@@ -53,7 +54,7 @@ struct SecondByteRange {
     unsigned char highest;
 };
 
-// The range of the byte after the lead byte; it rules out overlong forms, surrogates and values above
+// The valid range of the byte after the lead byte. It excludes overlong forms, surrogates and values above
 // U+10FFFF.
 SecondByteRange SecondBytes(unsigned char lead) {
     switch (lead) {
@@ -87,8 +88,8 @@ Sequence DecodeSequence(std::string_view bytes) {
     return {point, length, true};
 }
 
-// The number of ASCII units at the start of the text. It goes block by block, so that the compiler can use
-// vector instructions.
+// The number of ASCII units at the start of the text. Tests whole blocks, so that the compiler can use vector
+// instructions.
 template <typename Unit>
 std::size_t AsciiRun(std::basic_string_view<Unit> text) {
     using Bits = std::make_unsigned_t<Unit>;
@@ -193,8 +194,8 @@ DWORD EncodeUtf8(std::u16string_view wide, bool strict, Sink<char>& sink) {
     return ERROR_SUCCESS;
 }
 
-// Whether the arguments of a conversion are valid. A buffer may be missing only with the size 0, which asks
-// for the size needed.
+// Whether the arguments of a conversion are valid. The buffer may be null only with the size 0, which
+// requests the needed size.
 template <typename From, typename To>
 bool AreValidArguments(const From* text, int count, const To* buffer, int size) {
     return text != nullptr && count != 0 && size >= 0 && (size == 0 || buffer != nullptr);

@@ -8,7 +8,7 @@
 namespace host {
 namespace {
 
-// In lower case. Class names are plain ASCII.
+// The name in lower case. Class names are plain ASCII.
 std::u16string Folded(std::u16string_view name) {
     std::u16string folded(name);
     std::transform(folded.begin(), folded.end(), folded.begin(), [](char16_t unit) {
@@ -30,7 +30,7 @@ ClassMap BuiltInClasses() {
     return classes;
 }
 
-// By folded name; made at the first use, because it needs the table of another file.
+// All classes by folded name. Made at the first use, because the initial value needs a table of another file.
 ClassMap& Classes() {
     static ClassMap classes = BuiltInClasses();
     return classes;
@@ -65,7 +65,7 @@ ATOM WINAPI RegisterClassW(const WNDCLASSW* window_class) {
 
 BOOL WINAPI UnregisterClassW(LPCWSTR name, HINSTANCE) {
     const host::ClassPointer found = host::FindWindowClass(name);
-    // Two references are this one and the map's; each window of the class holds another.
+    // One reference is `found`, one is in the map, and each window of the class has another.
     if (found == nullptr || found.use_count() > 2)
         host::NotImplemented("UnregisterClassW", "a class that does not exist or has windows");
     return host::Classes().erase(host::Folded(name)) > 0;

@@ -17,7 +17,7 @@ void SendDestroy(HWND handle) {
         SendDestroy(child);
 }
 
-// Removes the children first. Each window gets WM_NCDESTROY.
+// Removes the window, its children first. Each window gets WM_NCDESTROY.
 void Remove(HWND handle) {
     const WindowPointer window = FindWindowState(handle);
     if (window == nullptr)
@@ -50,8 +50,8 @@ void SetInitialPlace(Window& window, CREATESTRUCTW& create) {
     window.outer = {create.x, create.y, create.x + create.cx, create.y + create.cy};
 }
 
-// Sends the messages from WM_NCCREATE to WM_CREATE. False: the window was destroyed or refused its creation;
-// then it is removed.
+// Sends the messages from WM_NCCREATE to WM_CREATE. False: the window was destroyed, or it refused its
+// creation and was removed.
 bool SendCreation(const WindowPointer& window, CREATESTRUCTW& create) {
     const HWND handle = window->handle;
     SetInitialPlace(*window, create);
@@ -61,7 +61,7 @@ bool SendCreation(const WindowPointer& window, CREATESTRUCTW& create) {
         if (IsWindow(handle) && SendMessageW(handle, WM_CREATE, 0, parameter) != -1)
             return IsWindow(handle) != FALSE;
     }
-    // Neither the window nor its children get WM_DESTROY; the windows that it owns are destroyed as usual.
+    // No WM_DESTROY for the window and its children. The windows that it owns are destroyed as usual.
     DestroyOwned(handle);
     Remove(handle);
     return false;
@@ -95,7 +95,7 @@ void CheckCreation(const CREATESTRUCTW& create, const ClassPointer& window_class
         NotImplemented("CreateWindowExW", "a child without a parent");
 }
 
-// The extra bytes at an index that is not one of the platform's own.
+// The extra bytes at an index that is not one of the platform's (negative) indices.
 std::byte* ExtraBytes(Window& window, int index) {
     const auto offset = static_cast<std::size_t>(index);
     if (index < 0 || offset + sizeof(LONG_PTR) > window.extra.size())

@@ -1,4 +1,4 @@
-// DefWindowProcW: what a window does with the messages that its own procedure does not handle.
+// DefWindowProcW: the default actions for messages that a window's own procedure does not handle.
 #include "platform/host/hooks/call_hooks.h"
 #include "platform/host/windows/window.h"
 

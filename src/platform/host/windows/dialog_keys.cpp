@@ -1,4 +1,4 @@
-// The keys of a dialog box in any window: Tab, Enter, Escape and the arrow keys.
+// Handles the keys of a dialog box in any window: Tab, Enter, Escape, the arrow keys and accelerator keys.
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -8,7 +8,7 @@
 namespace host {
 namespace {
 
-// The direct child of the dialog that the window is or is inside of; null for the dialog itself.
+// The direct child of the dialog that contains the window or is the window; null for the dialog itself.
 HWND ControlOf(HWND dialog, HWND handle) {
     while (handle != nullptr && handle != dialog) {
         const WindowPointer window = FindWindowState(handle);
@@ -31,7 +31,8 @@ bool StartsGroup(HWND handle) {
     return (FindWindowState(handle)->style & WS_GROUP) != 0;
 }
 
-// Which keys the control wants to handle itself; with a message, its answer for that one key.
+// The control's answer to WM_GETDLGCODE: the keys that it handles itself. With a message, the answer for that
+// key.
 int DialogCode(HWND control, const MSG* key = nullptr) {
     const WPARAM pressed = key == nullptr ? 0 : key->wParam;
     return static_cast<int>(SendMessageW(control, WM_GETDLGCODE, pressed, reinterpret_cast<LPARAM>(key)));
@@ -92,8 +93,8 @@ void HandleEnter(HWND dialog) {
         SendClick(dialog, id, button);
 }
 
-// The first window that passes the test; null if none does. The search starts after the index, goes around,
-// and ends at the index.
+// The first window that passes the test; null if none does. The search starts after the index, continues at
+// the other end of the list, and ends at the index.
 template <typename Passes>
 HWND NextInCircle(std::span<const HWND> windows, std::size_t index, bool backwards, const Passes& passes) {
     for (std::size_t looked_at = 0; looked_at < windows.size(); ++looked_at) {
@@ -125,7 +126,7 @@ WCHAR ToUpper(WCHAR character) {
     return static_cast<WCHAR>(is_lower ? character - u'a' + u'A' : character);
 }
 
-// The character behind the first ampersand of the control's text, in upper case; 0 without one.
+// The character after the first ampersand of the control's text, in upper case; 0 if there is none.
 WCHAR AcceleratorOf(HWND control) {
     std::array<WCHAR, 256> buffer{};
     GetWindowTextW(control, buffer.data(), static_cast<int>(buffer.size()));
@@ -135,8 +136,8 @@ WCHAR AcceleratorOf(HWND control) {
     return is_mark ? ToUpper(text[ampersand + 1]) : u'\0';
 }
 
-// The accelerator key of a button presses it; that of a label moves the focus to the next control. Controls
-// that want characters have none. True: the dialog handled the key.
+// The accelerator key of a button presses the button; that of a label moves the focus to the next control.
+// Controls that handle characters themselves have none. True: the dialog handled the key.
 bool HandleAccelerator(HWND dialog, WCHAR character) {
     const std::vector<HWND>& children = FindWindowState(dialog)->children;
     for (std::size_t index = 0; index < children.size(); ++index) {

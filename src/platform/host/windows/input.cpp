@@ -1,5 +1,5 @@
-// Mouse and keyboard: the input of SendInput becomes messages. The receiver of a message, the window at the
-// pointer or with the focus, is determined when the message is taken. Keys follow the American layout.
+// Mouse and keyboard: makes messages from the input of SendInput. The receiver of a message (the window at
+// the pointer, or with the focus) is determined when the message is taken. Keys have the American layout.
 #include <algorithm>
 #include <array>
 #include <deque>
@@ -26,7 +26,7 @@ struct Click {
 
 struct InputQueue {
     std::deque<InputEvent> waiting;
-    std::array<bool, 256> keys_down{};  // after the messages that were taken
+    std::array<bool, 256> keys_down{};  // as of the last message that was taken
     Click last_click;
 };
 
@@ -43,7 +43,8 @@ WPARAM MouseKeys() {
 
 // --- the mouse ---
 
-// For a click: activates the window if it is not active. False: the window was destroyed.
+// Before a click: activates the window's top-level window unless the target is the active window. False: the
+// target was destroyed.
 bool ActivateByClick(HWND target) {
     const HWND root = RootOf(target);
     if (target == GetActiveWindow())
@@ -66,7 +67,7 @@ bool IsSecondClick(HWND target, POINT point) {
     return second && (FindWindowState(target)->window_class->style & CS_DBLCLKS) != 0;
 }
 
-// Nothing: no window gets the event.
+// The message for a mouse event; none if no window gets the event.
 std::optional<MSG> MouseMessage(const InputEvent& event) {
     const bool pressed = event.mouse_message == WM_LBUTTONDOWN;
     const auto [target, part] =
@@ -95,7 +96,7 @@ std::optional<MSG> KeyMessage(const InputEvent& event) {
     const HWND focus = GetFocus();
     const HWND target = focus != nullptr ? focus : GetActiveWindow();
     const bool with_alt = (IsDown(VK_MENU) && !IsDown(VK_CONTROL)) || event.key == VK_MENU;
-    // If no window has the focus, the active window gets the keys as system keys.
+    // Without a window with the focus, the active window gets the keys as system keys.
     const bool system = focus == nullptr || with_alt;
     UINT number = system ? WM_SYSKEYDOWN : WM_KEYDOWN;
     if (event.up)
@@ -112,7 +113,7 @@ std::optional<MSG> KeyMessage(const InputEvent& event) {
     return MakeMessage(target, number, event.key, static_cast<LONG>(details));
 }
 
-// The character of a key with Shift and Ctrl as they are; 0 for a key without one.
+// The character of a key with the present state of Shift and Ctrl; 0 for a key without a character.
 WCHAR CharacterOf(WPARAM key) {
     constexpr unsigned CONTROL_BITS = 0x1F;
     if (key >= u'A' && key <= u'Z') {
@@ -159,7 +160,7 @@ void AddKey(const KEYBDINPUT& key) {
 
 std::optional<MSG> TakeInput() {
     while (!input_queue.waiting.empty()) {
-        // Removed first: while its message is made, a window can run a message loop.
+        // The event is removed first: while its message is made, a window may run a message loop.
         const InputEvent event = input_queue.waiting.front();
         input_queue.waiting.pop_front();
         if (const auto message = event.mouse_message == 0 ? KeyMessage(event) : MouseMessage(event))

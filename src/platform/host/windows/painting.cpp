@@ -24,8 +24,8 @@ HWND WindowToPaintIn(HWND handle) {
     return nullptr;
 }
 
-// Sends WM_PAINT to the window and those in it that need it. Ends early at a window that does not paint
-// itself.
+// Sends WM_PAINT to the window and to the windows inside of it, where needed. Ends early when a window still
+// needs to be painted after its WM_PAINT.
 void PaintNow(HWND handle) {
     HWND last = nullptr;
     for (HWND next = WindowToPaintIn(handle); next != nullptr && next != last;
@@ -35,7 +35,7 @@ void PaintNow(HWND handle) {
     }
 }
 
-// Marks the window as a whole, and those of its children that overlap the part.
+// Marks the whole window, and its children that overlap the part.
 void MarkPartForPaint(Window& window, const RECT& part, bool with_children, bool erase) {
     MarkForPaint(window, false, erase);
     if (!with_children)

@@ -23,7 +23,7 @@ LONG HeightOf(const RECT& rectangle) {
     return rectangle.bottom - rectangle.top;
 }
 
-// Clears the flags of what would change nothing.
+// Removes from the request what would change nothing.
 void TrimFlags(const Window& window, WINDOWPOS& position) {
     position.cx = std::max(position.cx, 0);
     position.cy = std::max(position.cy, 0);
@@ -72,8 +72,8 @@ void ShowOrHide(Window& window, UINT flags) {
         window.style &= ~WS_VISIBLE;
 }
 
-// A window that moves or changes its size is painted again without its children; one that appears or gets
-// another frame, with its children.
+// A window that moves or changes its size is painted again without its children. A window that appears or
+// gets another frame is painted again with its children.
 void MarkChangeForPaint(Window& window, UINT flags) {
     const bool appears = (flags & (SWP_SHOWWINDOW | SWP_FRAMECHANGED)) != 0;
     if (appears || (flags & SWP_NOMOVE) == 0 || (flags & SWP_NOSIZE) == 0)
@@ -141,7 +141,7 @@ HDWP WINAPI DeferWindowPos(HDWP moves, HWND window, HWND after, int x, int y, in
                            UINT flags) {
     auto& by_handle = host::batches.by_handle;
     if (host::CallFails("DeferWindowPos")) {
-        // The whole batch is lost.
+        // A failure discards the whole batch.
         by_handle.erase(moves);
         return nullptr;
     }

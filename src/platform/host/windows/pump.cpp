@@ -1,5 +1,5 @@
-// Waiting for messages and dispatching them. They are taken in the platform's order: posted messages, the
-// quit message, input, painting, timers.
+// Waits for messages and dispatches them. The order is the platform's: posted messages, the quit message,
+// input, painting, timers.
 #include <algorithm>
 #include <chrono>
 #include <thread>
@@ -16,7 +16,7 @@ std::optional<MSG> PaintMessage() {
     return window == nullptr ? std::nullopt : std::optional(MakeMessage(window, WM_PAINT, 0, 0));
 }
 
-// The next message, or the next of the wanted kind if that is not 0.
+// The next message; only one with the number `wanted` if that is not 0.
 std::optional<MSG> TakeMessage(UINT wanted) {
     std::optional<MSG> message = TakePosted(wanted);
     if (!message)
@@ -37,8 +37,8 @@ UINT WantedKind(const char* call, HWND window, UINT lowest, UINT highest) {
     return lowest;
 }
 
-// Sleeps for a few milliseconds of real time, but not past the next timer. Another thread of a test may
-// advance the test clock meanwhile.
+// Sleeps for a few milliseconds of real time, but at most until the next timer is due. The sleep is short
+// because another thread of a test may advance the test clock meanwhile.
 void Pause(std::chrono::steady_clock::time_point idle_since) {
     constexpr std::uint64_t LONGEST_MS = 10;
     constexpr std::chrono::seconds LONGEST_WAIT{60};

@@ -51,7 +51,7 @@ HWND AddWindow(const WindowPointer& window) {
     registry.last_handle += 2;
     window->handle = reinterpret_cast<HWND>(registry.last_handle);
     registry.by_handle.emplace(window->handle, window);
-    // A new child is below its siblings, a new top-level window above the others.
+    // A new child is below its siblings. A new top-level window is above the other top-level windows.
     std::vector<HWND>& siblings = SiblingsOf(*window);
     siblings.insert(window->parent != nullptr ? siblings.end() : siblings.begin(), window->handle);
     return window->handle;

@@ -17,7 +17,7 @@ struct Timer {
 
 struct TimerList {
     std::vector<Timer> running;
-    UINT_PTR next_id = 0x7FFF;  // of a timer without a window
+    UINT_PTR next_id = 0x7FFF;  // for a timer without a window
 };
 
 TimerList timers;
@@ -32,7 +32,7 @@ Timer* FindTimer(HWND window, UINT_PTR id) {
 
 }  // namespace
 
-// Of several timers that are due, the one that has been due longest is first.
+// When several timers are due, takes the one that has been due for the longest time.
 std::optional<MSG> TakeTimer() {
     std::vector<Timer>& running = timers.running;
     const auto timer =

@@ -10,7 +10,7 @@ namespace {
 Hit HitInside(HWND handle, POINT point);
 
 Hit HitAmong(const std::vector<HWND>& windows, POINT point) {
-    // A copy, because a window's procedure may change the list.
+    // A copy, because the procedure of a window may change the list.
     const std::vector<HWND> asked(windows.begin(), windows.end());
     for (const HWND window : asked)
         if (const Hit hit = HitInside(window, point); hit.window != nullptr)
@@ -24,7 +24,7 @@ Hit HitInside(HWND handle, POINT point) {
     GetWindowRect(handle, &outer);
     if (window == nullptr || (window->style & WS_VISIBLE) == 0 || !Contains(outer, point))
         return {nullptr, HTNOWHERE};
-    // The mouse goes through a disabled child to its parent; a disabled top-level window takes it.
+    // Mouse input at a disabled child is for its parent. A disabled top-level window gets it itself.
     if ((window->style & WS_DISABLED) != 0)
         return {window->parent == nullptr ? handle : nullptr, HTERROR};
     RECT client{};
@@ -51,8 +51,8 @@ Hit HitWindow(POINT point) {
     return HitAmong(TopLevelWindows(), point);
 }
 
-// An owned window is never below its owner. So all windows with the same first owner move to the front in
-// their order, and then the window with those that it owns.
+// An owned window is never below its owner. So first all windows with the same first owner move to the front,
+// in their present order, and then the window with the windows that it owns.
 void RaiseWindow(HWND handle) {
     HWND first_owner = handle;
     while (const HWND owner = FindWindowState(first_owner)->owner)

@@ -1,6 +1,6 @@
-// What the files of this folder share: the record of a window, how to find it, and the functions that one
-// file offers to others. The groups follow the dependencies of the files: each uses only groups above its
-// own.
+// The declarations that the files of this folder share: the record of a window, how to find it, and the
+// functions that one file offers to others. The groups are in the order of dependencies: each file uses only
+// groups above its own.
 #pragma once
 
 #include <algorithm>
@@ -28,8 +28,8 @@ using ClassPointer = std::shared_ptr<const WindowClass>;
 
 struct Window {
     HWND handle = nullptr;
-    HWND parent = nullptr;       // of a child window
-    HWND owner = nullptr;        // of a top-level window
+    HWND parent = nullptr;       // null for a top-level window
+    HWND owner = nullptr;        // null for a child window
     std::vector<HWND> children;  // topmost first
     ClassPointer window_class;
     WNDPROC procedure = nullptr;
@@ -38,13 +38,13 @@ struct Window {
     LONG_PTR id = 0;
     LONG_PTR user_data = 0;
     std::vector<std::byte> extra;
-    RECT outer{};     // in client coordinates of the parent, or in screen coordinates
-    RECT client{};    // in the same coordinates
+    RECT outer{};     // child: in client coordinates of the parent; top-level: in screen coordinates
+    RECT client{};    // the client area in the same coordinates
     RECT restored{};  // the outer rectangle before the window was minimised
     std::u16string text;
-    bool size_on_show = false;  // WM_SIZE and WM_MOVE are sent when it is first shown
-    bool needs_paint = false;   // it gets a WM_PAINT
-    bool needs_erase = false;   // it gets a WM_ERASEBKGND with it
+    bool size_on_show = false;  // WM_SIZE and WM_MOVE are sent when the window is first shown
+    bool needs_paint = false;   // the window will get a WM_PAINT
+    bool needs_erase = false;   // the window will get a WM_ERASEBKGND with that WM_PAINT
     DWORD thread = 0;
 };
 using WindowPointer = std::shared_ptr<Window>;
@@ -61,13 +61,13 @@ WindowPointer FindWindowState(HWND handle);
 std::vector<HWND>& TopLevelWindows();
 // The children of the window's parent or, if it has none, the top-level windows; topmost first.
 std::vector<HWND>& SiblingsOf(const Window& window);
-// The top-level window that the window is or is inside of.
+// The top-level window that contains the window, or the window itself.
 HWND RootOf(HWND handle);
 inline bool IsChildStyle(DWORD style) {
     return (style & (WS_CHILD | WS_POPUP)) == WS_CHILD;
 }
-// AddWindow assigns the handle of a new window and adds it to its siblings; RemoveWindow removes it and its
-// handle.
+// AddWindow assigns a handle to a new window, adds the window to its siblings and returns the handle.
+// RemoveWindow removes the window and its handle.
 HWND AddWindow(const WindowPointer& window);
 void RemoveWindow(HWND handle);
 
@@ -81,7 +81,7 @@ struct BuiltInClass {
 extern const std::span<const BuiltInClass> BUILT_IN_CLASSES;
 extern const int BUILT_IN_EXTRA_BYTES;
 
-// Ignores case; null if there is none.
+// Finds a class by its name, in any case of letters; null if there is none.
 ClassPointer FindWindowClass(LPCWSTR name);
 
 // --- geometry: rectangles, frames and coordinates ---
@@ -91,9 +91,10 @@ bool Contains(const RECT& rectangle, POINT point);
 RECT FrameOf(DWORD style, DWORD extended_style);
 // The outer rectangle without the frame and the scroll bars.
 RECT InsideFrame(const Window& window, const RECT& outer);
-// Asks the window for its client area by WM_NCCALCSIZE, and stores it.
+// Gets the window's client area by WM_NCCALCSIZE and stores it.
 void CalculateClient(Window& window);
-// The size within the limits of the window, which is asked for them by WM_GETMINMAXINFO if it has any.
+// The size, reduced or enlarged to the limits that the window returns for WM_GETMINMAXINFO. Windows without a
+// sizing frame have no limits, except overlapped ones.
 SIZE WithinLimits(const Window& window, SIZE size);
 void SendMove(HWND handle, RECT client);
 void SendSize(HWND handle, WPARAM kind, RECT client);
@@ -101,7 +102,7 @@ void SendSize(HWND handle, WPARAM kind, RECT client);
 // --- posted: posted messages, the quit message, and the mouse pointer ---
 
 MSG MakeMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
-// Removes the first posted message, or the first of the wanted kind if that is not 0.
+// Removes and returns the first posted message; only one with the number `wanted` if that is not 0.
 [[nodiscard]] std::optional<MSG> TakePosted(UINT wanted);
 [[nodiscard]] std::optional<MSG> TakeQuit();
 void ForgetMessages(HWND handle);
@@ -111,7 +112,7 @@ void MovePointer(POINT point);
 // --- timer ---
 
 [[nodiscard]] std::optional<MSG> TakeTimer();
-// Milliseconds until the next timer is due; nothing if there is no timer.
+// Milliseconds until the next timer is due; none if there is no timer.
 std::optional<std::uint64_t> NextTimerDelay();
 void ForgetTimers(HWND handle);
 
@@ -121,7 +122,7 @@ struct Hit {
     HWND window;   // null: none
     LRESULT part;  // an HT value; HTERROR for a disabled window
 };
-// The topmost window at a point of the screen that takes the mouse there.
+// The topmost window that gets mouse input at this point of the screen.
 Hit HitWindow(POINT point);
 // Moves the top-level window and the windows that it owns to the front.
 void RaiseWindow(HWND handle);
@@ -129,7 +130,7 @@ void RaiseWindow(HWND handle);
 // --- activation: the active window, the focus and the mouse capture ---
 
 void ActivateWindow(HWND handle, int how);
-// Activates and focuses other windows when this one is hidden or about to be destroyed.
+// Activates and focuses another window, because this one is hidden or about to be destroyed.
 void PassActivationOn(const Window& window);
 void ForgetActivation(HWND handle);
 
@@ -138,7 +139,7 @@ void ForgetActivation(HWND handle);
 void MarkForPaint(Window& window, bool with_children, bool erase);
 // Null if no window needs a WM_PAINT.
 HWND NextWindowToPaint();
-// What WM_PAINT does by default: the background is erased and the window no longer needs to be painted.
+// The default action for WM_PAINT: erases the background; the window then no longer needs to be painted.
 void EraseAndValidate(Window& window);
 
 // --- position: flags in WINDOWPOS beyond the documented ones ---
@@ -168,7 +169,7 @@ inline LRESULT CopyText(std::u16string_view text, std::size_t capacity, LPARAM b
     return static_cast<LRESULT>(length);
 }
 
-// --- for ResetLayer: each sets the records of its file back to their state at the start of the program ---
+// --- for ResetLayer: each resets the records of its file to their state at the start of the program ---
 
 void ResetWindows();
 void ResetClasses();
