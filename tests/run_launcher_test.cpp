@@ -46,15 +46,15 @@ TEST(RunLauncher, ShortensALongMessageInTheBoxButNotInTheStatusLine) {
 
 TEST(RunLauncher, DoesNotSplitASurrogatePairWhenItShortensAMessage) {
     // One or both cuts would be inside a pair.
-    for (const auto& [first, length] : {std::pair("", 999U), std::pair("k", 998U)}) {
-        std::string key = first;
+    for (const auto& shortened : {std::pair("", 999U), std::pair("k", 998U)}) {
+        std::string key = shortened.first;
         LauncherRun run;
         for (int pair = 0; pair < 1000; ++pair)
             key += "😀";
         run.WriteConfig(TEXT("veldranevm.config"), key + "=1\n");
         run.Run([&] {
             const std::string text = TakeErrorBox();
-            EXPECT_EQ(Wide(text).size(), 12U + length);
+            EXPECT_EQ(Wide(text).size(), 12U + shortened.second);
             EXPECT_NE(text.find("😀 […] 😀"), std::string::npos) << text;
         });
         UnregisterWindowClasses();
