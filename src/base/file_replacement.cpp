@@ -1,19 +1,13 @@
-// Creates, moves and deletes the temporary file.
 #include "base/file_replacement.h"
 
 #include <utility>
 
 #include "base/text_convert.h"
 
-namespace {
-
-constexpr unsigned CREATE_ATTEMPTS = 100;
-
-}  // namespace
-
 FileReplacement::FileReplacement(WideText target) : target_(std::move(target)) {
+    constexpr unsigned ATTEMPTS = 100;
     const WideText stem = target_ + TEXT(".tmp-") + WideNumberText(GetCurrentProcessId()) + TEXT("-");
-    for (unsigned attempt = 0; attempt < CREATE_ATTEMPTS; ++attempt) {
+    for (unsigned attempt = 0; attempt < ATTEMPTS; ++attempt) {
         WideText path = stem + WideNumberText(GetTickCount64()) + TEXT("-") + WideNumberText(attempt);
         handle_ = OwnedHandle(
             CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));

@@ -1,4 +1,3 @@
-// Calls the file system and composes the texts of its errors.
 #include "base/file_system.h"
 
 #include <algorithm>

@@ -1,4 +1,3 @@
-// Splits Windows paths into their parts, joins them and builds the normal form.
 #include "base/path_ops.h"
 
 #include <algorithm>

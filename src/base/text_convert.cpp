@@ -39,6 +39,14 @@ std::size_t Decode(std::string_view text, WCHAR* buffer, int buffer_size) {
     return static_cast<std::size_t>(size);
 }
 
+WideText WideFromAnsi(std::string_view text) {
+    const auto length = static_cast<int>(std::min(text.size(), LONGEST_TEXT));
+    WideText wide(static_cast<std::size_t>(length), WCHAR{});
+    const int size = MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide.data(), length);
+    wide.resize(static_cast<std::size_t>(size));
+    return wide;
+}
+
 }  // namespace
 
 std::string Utf8FromWide(WideView text) {
@@ -63,20 +71,16 @@ WideText WideFromUtf8(std::string_view text) {
     return wide;
 }
 
-WideText WideFromAnsi(std::string_view text) {
-    const auto length = static_cast<int>(std::min(text.size(), LONGEST_TEXT));
-    WideText wide(static_cast<std::size_t>(length), WCHAR{});
-    const int size = MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide.data(), length);
-    wide.resize(static_cast<std::size_t>(size));
-    return wide;
+WideText WideFromBytes(std::string_view bytes) {
+    try {
+        return WideFromUtf8(bytes);
+    } catch (const std::runtime_error&) {
+        return WideFromAnsi(bytes);
+    }
 }
 
 WideText WideFromMessage(const char* message) {
-    try {
-        return WideFromUtf8(message);
-    } catch (const std::runtime_error&) {
-        return WideFromAnsi(message);
-    }
+    return WideFromBytes(message);
 }
 
 std::string NumberText(std::uint64_t number) {

@@ -27,12 +27,12 @@ WideText WideFromUtf8(std::string_view text);
 // text.
 void RequireUtf8(std::string_view text);
 
-// Decodes any bytes in the ANSI code page. Bytes after the first 2,147,483,647 are dropped. Returns an
-// empty text if the platform reports an error.
-WideText WideFromAnsi(std::string_view text);
+// Decodes any bytes for display: as UTF-8 or, if the bytes are not well-formed UTF-8, in the ANSI code
+// page. Of more than 2,147,483,647 bytes, only that many are decoded. Returns an empty text if the platform
+// reports an error.
+WideText WideFromBytes(std::string_view bytes);
 
-// Decodes an error message for display: as UTF-8 or, if the message is not well-formed UTF-8, in the ANSI
-// code page.
+// As WideFromBytes, for the text of an exception.
 WideText WideFromMessage(const char* message);
 
 // Returns the number as decimal text without leading zeros, independent of the locale.

@@ -1,4 +1,3 @@
-// The system allocates a buffer for the text; this file copies the text and frees the buffer.
 #include "base/windows_error.h"
 
 #include <memory>

@@ -1,4 +1,3 @@
-// Reads and replaces whole configuration files.
 #include "config/config_file.h"
 
 #include <stdexcept>

@@ -1,4 +1,3 @@
-// Checks the limits of a record in a fixed order; the first one that is broken is reported.
 #include "config/vm_config.h"
 
 #include <algorithm>
@@ -15,7 +14,15 @@ bool IsWithin(std::uint32_t value, std::uint32_t lowest, std::uint32_t highest) 
     return value >= lowest && value <= highest;
 }
 
-void ValidateNumbers(const VmConfig& config) {
+}  // namespace
+
+void RequireOneLine(WideView text) {
+    const auto breaks = [](WCHAR unit) { return unit == '\r' || unit == '\n' || unit == '\0'; };
+    Require(std::none_of(text.begin(), text.end(), breaks),
+            "Les valeurs de configuration doivent tenir sur une ligne.");
+}
+
+void ValidateConfig(const VmConfig& config) {
     Require(IsWithin(config.ram_mib, RAM_MIB_MIN, RAM_MIB_MAX), "RAM : choisir entre 16 et 2048 Mio.");
     Require(IsWithin(config.width, SIZE_PIXELS_MIN, SIZE_PIXELS_MAX) &&
                 IsWithin(config.height, SIZE_PIXELS_MIN, SIZE_PIXELS_MAX),
@@ -23,18 +30,6 @@ void ValidateNumbers(const VmConfig& config) {
     Require(IsWithin(config.zoom, ZOOM_MIN, ZOOM_MAX), "Zoom : choisir entre 100 et 400 %.");
     Require(config.timeout_ms <= TIMEOUT_MS_MAX, "Délai : choisir entre 0 et 3600000 ms.");
     Require(config.modules.size() <= MAX_MODULES, "Maximum : 128 modules.");
-}
-
-}  // namespace
-
-void RequireOneLine(WideView text) {
-    const bool breaks = std::any_of(text.begin(), text.end(),
-                                    [](WCHAR unit) { return unit == '\r' || unit == '\n' || unit == '\0'; });
-    Require(!breaks, "Les valeurs de configuration doivent tenir sur une ligne.");
-}
-
-void ValidateConfig(const VmConfig& config) {
-    ValidateNumbers(config);
     RequireOneLine(config.kernel);
     RequireOneLine(config.command);
     RequireOneLine(config.dump);

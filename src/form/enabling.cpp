@@ -1,4 +1,3 @@
-// Calculates which controls are enabled.
 #include "form/enabling.h"
 
 Enabling EnablingOf(const FormState& state) {

@@ -6,7 +6,6 @@
 #include "form/control_table.h"
 #include "form/form_exchange.h"
 #include "form/form_layout.h"
-#include "form/writable_text.h"
 
 namespace {
 
@@ -88,7 +87,7 @@ void InsertTabs(HWND tab_control) {
     for (const WCHAR* name : {TEXT("Disques IDE"), TEXT("Modules Multiboot")}) {
         TCITEMW item{};
         item.mask = TCIF_TEXT;
-        item.pszText = WritableText(name);
+        item.pszText = const_cast<WCHAR*>(name);
         RequireAccepted(
             SendMessageW(tab_control, TCM_INSERTITEMW, index++, reinterpret_cast<LPARAM>(&item)) >= 0);
     }
@@ -98,7 +97,7 @@ void InsertColumn(HWND list, WPARAM index, const WCHAR* title, int width) {
     LVCOLUMNW column{};
     column.mask = LVCF_WIDTH | LVCF_TEXT;
     column.cx = width;
-    column.pszText = WritableText(title);
+    column.pszText = const_cast<WCHAR*>(title);
     RequireAccepted(SendMessageW(list, LVM_INSERTCOLUMNW, index, reinterpret_cast<LPARAM>(&column)) >= 0);
 }
 

@@ -1,4 +1,3 @@
-// Copies values between the controls and the record.
 #include "form/form_exchange.h"
 
 #include <array>
@@ -13,22 +12,38 @@
 #include "base/text_convert.h"
 #include "form/form_ids.h"
 #include "form/title.h"
-#include "form/writable_text.h"
 
 namespace {
 
-constexpr std::array TEXT_FIELDS{IDC_KERNEL_PATH,
-                                 IDC_KERNEL_COMMAND,
-                                 IDC_DUMP_PATH,
-                                 IDC_RAM_MIB,
-                                 IDC_TIMEOUT_MS,
-                                 IDC_WIDTH,
-                                 IDC_HEIGHT,
-                                 IDC_IDE_PRIMARY_MASTER,
-                                 IDC_IDE_PRIMARY_SLAVE,
-                                 IDC_IDE_SECONDARY_MASTER,
-                                 IDC_IDE_SECONDARY_SLAVE};
-constexpr std::array CHECK_BOXES{IDC_EXPLICIT_VIDEO, IDC_HEADLESS, IDC_FORCE_NO_HEADER};
+struct TextField {
+    UINT id;
+    WideText VmConfig::*value;
+};
+struct NumberField {
+    UINT id;
+    std::uint32_t VmConfig::*value;
+    std::uint32_t lowest;
+    std::uint32_t highest;
+    const char* label;
+};
+struct CheckBox {
+    UINT id;
+    bool VmConfig::*value;
+};
+
+// The fields are read and filled in the order of the tables and of the rows in each table.
+constexpr std::array<TextField, 3> TEXT_FIELDS{{{IDC_KERNEL_PATH, &VmConfig::kernel},
+                                                {IDC_KERNEL_COMMAND, &VmConfig::command},
+                                                {IDC_DUMP_PATH, &VmConfig::dump}}};
+constexpr std::array<NumberField, 4> NUMBER_FIELDS{{
+    {IDC_RAM_MIB, &VmConfig::ram_mib, RAM_MIB_MIN, RAM_MIB_MAX, "RAM (16..2048 Mio)"},
+    {IDC_TIMEOUT_MS, &VmConfig::timeout_ms, 0, TIMEOUT_MS_MAX, "délai (0..3600000 ms)"},
+    {IDC_WIDTH, &VmConfig::width, SIZE_PIXELS_MIN, SIZE_PIXELS_MAX, "largeur (1..8192)"},
+    {IDC_HEIGHT, &VmConfig::height, SIZE_PIXELS_MIN, SIZE_PIXELS_MAX, "hauteur (1..8192)"},
+}};
+constexpr std::array<CheckBox, 3> CHECK_BOXES{{{IDC_EXPLICIT_VIDEO, &VmConfig::explicit_video},
+                                               {IDC_HEADLESS, &VmConfig::headless},
+                                               {IDC_FORCE_NO_HEADER, &VmConfig::force_no_header}}};
 constexpr std::array IDE_FIELDS{IDC_IDE_PRIMARY_MASTER, IDC_IDE_PRIMARY_SLAVE, IDC_IDE_SECONDARY_MASTER,
                                 IDC_IDE_SECONDARY_SLAVE};
 
@@ -48,29 +63,14 @@ bool IsChecked(const Launcher& launcher, UINT id) {
     return IsDlgButtonChecked(launcher.main_window, static_cast<int>(id)) == BST_CHECKED;
 }
 
-void ReadNumbers(const Launcher& launcher, VmConfig& config) {
-    config.ram_mib =
-        ReadNumberField(Field(launcher, IDC_RAM_MIB), RAM_MIB_MIN, RAM_MIB_MAX, "RAM (16..2048 Mio)");
-    config.timeout_ms =
-        ReadNumberField(Field(launcher, IDC_TIMEOUT_MS), 0, TIMEOUT_MS_MAX, "délai (0..3600000 ms)");
-    config.width =
-        ReadNumberField(Field(launcher, IDC_WIDTH), SIZE_PIXELS_MIN, SIZE_PIXELS_MAX, "largeur (1..8192)");
-    config.height =
-        ReadNumberField(Field(launcher, IDC_HEIGHT), SIZE_PIXELS_MIN, SIZE_PIXELS_MAX, "hauteur (1..8192)");
-}
-
 void FillFields(const Launcher& launcher, const VmConfig& config) {
-    SetField(launcher, IDC_KERNEL_PATH, config.kernel);
-    SetField(launcher, IDC_KERNEL_COMMAND, config.command);
-    SetField(launcher, IDC_DUMP_PATH, config.dump);
-    SetField(launcher, IDC_RAM_MIB, WideNumberText(config.ram_mib));
-    SetField(launcher, IDC_TIMEOUT_MS, WideNumberText(config.timeout_ms));
-    SetField(launcher, IDC_WIDTH, WideNumberText(config.width));
-    SetField(launcher, IDC_HEIGHT, WideNumberText(config.height));
+    for (const TextField& row : TEXT_FIELDS)
+        SetField(launcher, row.id, config.*row.value);
+    for (const NumberField& row : NUMBER_FIELDS)
+        SetField(launcher, row.id, WideNumberText(config.*row.value));
     RequireAccepted(SendMessageW(Field(launcher, IDC_ZOOM), CB_SETCURSEL, config.zoom - 1, 0) != CB_ERR);
-    SetCheck(launcher, IDC_EXPLICIT_VIDEO, config.explicit_video);
-    SetCheck(launcher, IDC_HEADLESS, config.headless);
-    SetCheck(launcher, IDC_FORCE_NO_HEADER, config.force_no_header);
+    for (const CheckBox& row : CHECK_BOXES)
+        SetCheck(launcher, row.id, config.*row.value);
     for (std::size_t slot = 0; slot < IDE_FIELDS.size(); ++slot)
         SetField(launcher, IDE_FIELDS[slot], config.ide[slot]);
 }
@@ -79,7 +79,7 @@ void InsertModuleRow(HWND list, std::size_t index, const ModuleEntry& module) {
     LVITEMW item{};
     item.mask = LVIF_TEXT;
     item.iItem = static_cast<int>(index);
-    item.pszText = WritableText(module.path.c_str());
+    item.pszText = const_cast<WCHAR*>(module.path.c_str());
     RequireAccepted(SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)) == item.iItem);
     SetModuleRowArguments(list, index, module.command);
 }
@@ -96,11 +96,11 @@ void Swap(Launcher& launcher, CurrentConfig& other) noexcept {
 void RestoreForm(Launcher& launcher, const FormContent& shown, std::int32_t selected_row) {
     {
         const FillingScope filling(launcher);
-        for (std::size_t field = 0; field < TEXT_FIELDS.size(); ++field)
-            SetWindowTextW(Field(launcher, TEXT_FIELDS[field]), shown.texts[field].c_str());
+        for (const auto& [field, text] : shown.texts)
+            SetWindowTextW(field, text.c_str());
         SendMessageW(Field(launcher, IDC_ZOOM), CB_SETCURSEL, static_cast<WPARAM>(shown.zoom), 0);
         for (std::size_t box = 0; box < CHECK_BOXES.size(); ++box)
-            SetCheck(launcher, CHECK_BOXES[box], shown.checks[box]);
+            SetCheck(launcher, CHECK_BOXES[box].id, shown.checks[box]);
         try {
             RebuildModuleList(launcher);
         } catch (const std::bad_alloc&) {
@@ -115,17 +115,10 @@ void RestoreForm(Launcher& launcher, const FormContent& shown, std::int32_t sele
 }  // namespace
 
 WideText GetControlText(HWND control) {
-    WideText text;
-    ReadControlText(control, text);
+    const int length = GetWindowTextLengthW(control);
+    WideText text(static_cast<std::size_t>(length), WCHAR{});
+    RequireAccepted(length == 0 || GetWindowTextW(control, text.data(), length + 1) == length);
     return text;
-}
-
-void ReadControlText(HWND control, WideText& text) {
-    text.resize(static_cast<std::size_t>(GetWindowTextLengthW(control)));
-    if (text.empty())
-        return;
-    const int length = static_cast<int>(text.size());
-    RequireAccepted(GetWindowTextW(control, text.data(), length + 1) == length);
 }
 
 void SetControlText(HWND control, const WideText& text) {
@@ -158,14 +151,13 @@ void ResolveFormPath(const Launcher& launcher, WideText& path) {
 
 VmConfig ReadForm(Launcher& launcher) {
     VmConfig config = launcher.config;
-    config.kernel = GetControlText(Field(launcher, IDC_KERNEL_PATH));
-    config.command = GetControlText(Field(launcher, IDC_KERNEL_COMMAND));
-    config.dump = GetControlText(Field(launcher, IDC_DUMP_PATH));
-    ReadNumbers(launcher, config);
+    for (const TextField& row : TEXT_FIELDS)
+        config.*row.value = GetControlText(Field(launcher, row.id));
+    for (const NumberField& row : NUMBER_FIELDS)
+        config.*row.value = ReadNumberField(Field(launcher, row.id), row.lowest, row.highest, row.label);
     config.zoom = static_cast<std::uint32_t>(SendMessageW(Field(launcher, IDC_ZOOM), CB_GETCURSEL, 0, 0) + 1);
-    config.explicit_video = IsChecked(launcher, IDC_EXPLICIT_VIDEO);
-    config.headless = IsChecked(launcher, IDC_HEADLESS);
-    config.force_no_header = IsChecked(launcher, IDC_FORCE_NO_HEADER);
+    for (const CheckBox& row : CHECK_BOXES)
+        config.*row.value = IsChecked(launcher, row.id);
     for (std::size_t slot = 0; slot < IDE_FIELDS.size(); ++slot)
         config.ide[slot] = GetControlText(Field(launcher, IDE_FIELDS[slot]));
     ForEachPath(config, [&](WideText& path) { ResolveFormPath(launcher, path); });
@@ -188,11 +180,18 @@ void FillForm(Launcher& launcher) {
 
 FormContent ReadContent(const Launcher& launcher) {
     FormContent content;
-    for (const UINT id : TEXT_FIELDS)
-        content.texts.push_back(GetControlText(Field(launcher, id)));
+    const auto keep_text = [&](UINT id) {
+        content.texts.emplace_back(Field(launcher, id), GetControlText(Field(launcher, id)));
+    };
+    for (const TextField& row : TEXT_FIELDS)
+        keep_text(row.id);
+    for (const NumberField& row : NUMBER_FIELDS)
+        keep_text(row.id);
+    for (const UINT id : IDE_FIELDS)
+        keep_text(id);
     content.zoom = SendMessageW(Field(launcher, IDC_ZOOM), CB_GETCURSEL, 0, 0);
-    for (const UINT id : CHECK_BOXES)
-        content.checks.push_back(IsChecked(launcher, id));
+    for (const CheckBox& row : CHECK_BOXES)
+        content.checks.push_back(IsChecked(launcher, row.id));
     return content;
 }
 
@@ -227,6 +226,6 @@ void SelectModuleRow(Launcher& launcher, std::int32_t index) {
 void SetModuleRowArguments(HWND list, std::size_t index, const WideText& arguments) {
     LVITEMW item{};
     item.iSubItem = 1;
-    item.pszText = WritableText(arguments.c_str());
+    item.pszText = const_cast<WCHAR*>(arguments.c_str());
     RequireAccepted(SendMessageW(list, LVM_SETITEMTEXTW, index, reinterpret_cast<LPARAM>(&item)) != FALSE);
 }

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "config/vm_config.h"
@@ -13,9 +14,6 @@
 // Returns the whole text of a control, not trimmed. Throws std::bad_alloc when the control does not return
 // the whole text.
 WideText GetControlText(HWND control);
-// Reads the whole text of a control into `text` and reuses the memory of `text`. Throws as GetControlText
-// does.
-void ReadControlText(HWND control, WideText& text);
 
 // Replaces the text of a control. Throws std::bad_alloc when the control refuses the new text or stores
 // only a part.
@@ -46,7 +44,7 @@ void FillForm(Launcher& launcher);
 // The contents of the controls other than the module list and its arguments field, as the user typed them:
 // they need not be valid.
 struct FormContent {
-    std::vector<WideText> texts;
+    std::vector<std::pair<HWND, WideText>> texts;
     LRESULT zoom = 0;
     std::vector<bool> checks;
 };

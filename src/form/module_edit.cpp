@@ -1,4 +1,3 @@
-// Operations on the list of modules.
 #include "form/module_edit.h"
 
 #include <utility>

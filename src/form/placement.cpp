@@ -1,4 +1,3 @@
-// The rules of the layout: which controls move or grow with the right and the bottom edge of the window.
 #include "form/placement.h"
 
 #include <algorithm>

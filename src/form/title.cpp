@@ -1,4 +1,3 @@
-// Applies the texts and the enabled states to the windows.
 #include "form/title.h"
 
 #include "form/enabling.h"

@@ -1,4 +1,3 @@
-// The texts of the title bar and of the configuration line.
 #include "form/title_text.h"
 
 const WCHAR* TitleText(bool dirty) {

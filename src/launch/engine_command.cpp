@@ -1,4 +1,3 @@
-// Builds the engine's options in their fixed order and quotes them by the platform's rules.
 #include "launch/engine_command.h"
 
 #include <algorithm>

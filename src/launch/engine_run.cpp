@@ -1,4 +1,3 @@
-// The checks before a launch, the launch, and the end of a run.
 #include "launch/engine_run.h"
 
 #include <stdexcept>

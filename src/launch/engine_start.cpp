@@ -43,14 +43,8 @@ private:
     std::vector<unsigned char> buffer_;
 };
 
-struct Start {
-    bool succeeded;
-    DWORD error;  // the platform's error code; valid if the start failed
-    PROCESS_INFORMATION process;
-};
-
-Start CreateEngineProcess(const WideText& engine_path, WideText& command_line, const WideText& directory,
-                          HANDLE log, HANDLE input) {
+PROCESS_INFORMATION CreateEngineProcess(const WideText& engine_path, WideText& command_line,
+                                        const WideText& directory, HANDLE log, HANDLE input) {
     AttributeList attributes;
     HANDLE inherited[] = {log, input};
     STARTUPINFOEXW startup{};
@@ -60,31 +54,28 @@ Start CreateEngineProcess(const WideText& engine_path, WideText& command_line, c
     startup.StartupInfo.hStdOutput = log;
     startup.StartupInfo.hStdError = log;
     startup.lpAttributeList = attributes.Get();
-    Start start{};
-    start.succeeded = UpdateProcThreadAttribute(attributes.Get(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST,
-                                                inherited, sizeof inherited, nullptr, nullptr) != FALSE &&
-                      CreateProcessW(engine_path.c_str(), command_line.data(), nullptr, nullptr, TRUE,
-                                     CREATE_NO_WINDOW | EXTENDED_STARTUPINFO_PRESENT, nullptr,
-                                     directory.c_str(), &startup.StartupInfo, &start.process) != FALSE;
-    start.error = GetLastError();
-    return start;
+    PROCESS_INFORMATION process{};
+    if (UpdateProcThreadAttribute(attributes.Get(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, inherited,
+                                  sizeof inherited, nullptr, nullptr) == FALSE ||
+        CreateProcessW(engine_path.c_str(), command_line.data(), nullptr, nullptr, TRUE,
+                       CREATE_NO_WINDOW | EXTENDED_STARTUPINFO_PRESENT, nullptr, directory.c_str(),
+                       &startup.StartupInfo, &process) == FALSE)
+        throw std::runtime_error("Lancement impossible : " + Utf8FromWide(WindowsErrorText(GetLastError())));
+    return process;
 }
 
 }  // namespace
 
 OwnedHandle StartEngine(const WideText& engine_path, WideText command_line, const WideText& directory,
                         const WideText& log_path) {
-    OwnedHandle log = OpenInheritable(log_path.c_str(), GENERIC_WRITE, CREATE_ALWAYS);
+    const OwnedHandle log = OpenInheritable(log_path.c_str(), GENERIC_WRITE, CREATE_ALWAYS);
     if (!log)
         throw std::runtime_error("Impossible de créer veldranevm.log.");
-    OwnedHandle input = OpenInheritable(TEXT("NUL"), GENERIC_READ, OPEN_EXISTING);
+    const OwnedHandle input = OpenInheritable(TEXT("NUL"), GENERIC_READ, OPEN_EXISTING);
     if (!input)
         throw std::runtime_error("Initialisation de l'entrée standard impossible.");
-    const Start start = CreateEngineProcess(engine_path, command_line, directory, log.Get(), input.Get());
-    input.Reset();
-    log.Reset();
-    if (!start.succeeded)
-        throw std::runtime_error("Lancement impossible : " + Utf8FromWide(WindowsErrorText(start.error)));
-    CloseHandle(start.process.hThread);
-    return OwnedHandle(start.process.hProcess);
+    const PROCESS_INFORMATION process =
+        CreateEngineProcess(engine_path, command_line, directory, log.Get(), input.Get());
+    CloseHandle(process.hThread);
+    return OwnedHandle(process.hProcess);
 }

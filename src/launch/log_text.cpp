@@ -1,8 +1,6 @@
-// Decodes the log, and normalises its line ends in one pass from the end.
 #include "launch/log_text.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 #include "base/text_convert.h"
 
@@ -11,14 +9,6 @@ namespace {
 constexpr WCHAR CARRIAGE_RETURN = TEXT('\r');
 constexpr WCHAR LINE_FEED = TEXT('\n');
 
-WideText Decoded(std::string_view bytes) {
-    try {
-        return WideFromUtf8(bytes);
-    } catch (const std::runtime_error&) {
-        return WideFromAnsi(bytes);
-    }
-}
-
 bool IsBareLineFeed(const WideText& text, std::size_t index) {
     return text[index] == LINE_FEED && (index == 0 || text[index - 1] != CARRIAGE_RETURN);
 }
@@ -26,7 +16,7 @@ bool IsBareLineFeed(const WideText& text, std::size_t index) {
 }  // namespace
 
 WideText LogText(std::string_view bytes) {
-    WideText text = Decoded(bytes);
+    WideText text = WideFromBytes(bytes);
     NormalizeLineEnds(text);
     return text;
 }

@@ -1,4 +1,3 @@
-// The log window and its refresh.
 #include "launch/log_window.h"
 
 #include <algorithm>
@@ -30,12 +29,10 @@ void MakeLogWindow(Launcher& launcher) {
 }
 
 // The data that the log window stores from one tick to the next, so that an unchanged log is not decoded
-// again and a refresh of an unchanged log does not allocate.
+// again.
 struct LogView {
-    std::string tail;   // the bytes from which `text` was made
-    WideText text;      // the text that the control must show
-    std::string fresh;  // the bytes read at this tick
-    WideText shown;     // the text read from the control at this tick
+    std::string tail;  // the bytes from which `text` was made
+    WideText text;     // the text that the control must show
 };
 
 LogView* ViewOf(HWND window) {
@@ -60,34 +57,30 @@ bool MakeTextControl(HWND window) {
     return true;
 }
 
-// Reads the last bytes of the file, at most LOG_TAIL_LIMIT, into `tail`; fewer if reading fails. Returns
-// false if the file cannot be opened or its size is unknown.
-bool ReadLogTail(const WideText& path, std::string& tail) {
+// Returns the last bytes of the file, at most LOG_TAIL_LIMIT; fewer if reading fails. Returns none if the
+// file cannot be opened or its size is unknown.
+std::optional<std::string> ReadLogTail(const WideText& path) {
     const OwnedHandle file = OpenForReading(path);
     const std::optional<std::uint64_t> size = FileSize(file.Get());
     if (!size)
-        return false;
-    tail.resize(static_cast<std::size_t>(std::min<std::uint64_t>(*size, LOG_TAIL_LIMIT)));
+        return std::nullopt;
+    std::string tail(static_cast<std::size_t>(std::min<std::uint64_t>(*size, LOG_TAIL_LIMIT)), '\0');
     tail.resize(ReadAt(file.Get(), *size - tail.size(), tail.data(), tail.size()));
-    return true;
+    return tail;
 }
 
 void ShowTail(HWND control, LogView& view, const WideText& path) {
-    if (!ReadLogTail(path, view.fresh))
+    std::optional<std::string> tail = ReadLogTail(path);
+    if (!tail)
         return;
-    if (view.fresh != view.tail) {
-        WideText text = LogText(view.fresh);
+    if (*tail != view.tail) {
+        WideText text = LogText(*tail);
         ShowZeros(text);
         view.text.swap(text);
-        view.tail.swap(view.fresh);
+        view.tail.swap(*tail);
     }
-    // If the lengths differ, the texts differ: the control's text need not be read.
-    if (static_cast<std::size_t>(GetWindowTextLengthW(control)) == view.text.size()) {
-        ReadControlText(control, view.shown);
-        if (view.shown == view.text)
-            return;
-    }
-    SetWindowTextW(control, view.text.c_str());
+    if (GetControlText(control) != view.text)
+        SetWindowTextW(control, view.text.c_str());
 }
 
 }  // namespace

@@ -1,4 +1,3 @@
-// The status text for the end of a run.
 #include "launch/run_result.h"
 
 RunResult RunResultText(DWORD exit_code, bool run_is_dry) {

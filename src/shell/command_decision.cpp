@@ -1,4 +1,3 @@
-// The table of commands by control.
 #include "shell/command_decision.h"
 
 #include <array>

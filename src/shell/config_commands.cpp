@@ -1,4 +1,3 @@
-// Load, save and reset.
 #include "shell/config_commands.h"
 
 #include <utility>

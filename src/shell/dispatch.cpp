@@ -1,4 +1,3 @@
-// Calls the function that handles each message of the main window.
 #include "shell/dispatch.h"
 
 #include <exception>

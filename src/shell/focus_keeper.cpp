@@ -1,4 +1,3 @@
-// Restores the focus, and redirects key messages from the main window to the control that has the focus.
 #include "shell/focus_keeper.h"
 
 namespace {

@@ -1,4 +1,3 @@
-// The steps of start-up, in their fixed order, and the message loop.
 #include "shell/run_launcher.h"
 
 #include <exception>

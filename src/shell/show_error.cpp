@@ -33,14 +33,6 @@ bool IsControlCharacter(WCHAR character) {
     return character < 0x20 || (character >= 0x7F && character < 0xA0);
 }
 
-bool IsHighSurrogate(WCHAR character) {
-    return (character & 0xFC00) == 0xD800;
-}
-
-bool IsLowSurrogate(WCHAR character) {
-    return (character & 0xFC00) == 0xDC00;
-}
-
 // Returns a text of at most BOX_LIMIT_CHARACTERS unchanged; of a longer text, the start, OMISSION and the
 // end.
 FixedText<BOX_LIMIT_CHARACTERS> Shortened(WideView text) {
@@ -51,9 +43,9 @@ FixedText<BOX_LIMIT_CHARACTERS> Shortened(WideView text) {
     FixedText<BOX_LIMIT_CHARACTERS> shortened;
     WideView start = text.substr(0, START);
     WideView end = text.substr(text.size() - END);
-    if (IsHighSurrogate(start.back()))
+    if (IS_HIGH_SURROGATE(start.back()))
         start.remove_suffix(1);
-    if (IsLowSurrogate(end.front()))
+    if (IS_LOW_SURROGATE(end.front()))
         end.remove_prefix(1);
     shortened += start;
     shortened += OMISSION;

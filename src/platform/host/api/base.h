@@ -71,6 +71,12 @@ constexpr WORD LOWORD(std::intptr_t value) {
 constexpr WORD HIWORD(std::intptr_t value) {
     return HIWORD(static_cast<std::uintptr_t>(value));
 }
+constexpr bool IS_HIGH_SURROGATE(WCHAR unit) {
+    return (unit & 0xFC00) == 0xD800;
+}
+constexpr bool IS_LOW_SURROGATE(WCHAR unit) {
+    return (unit & 0xFC00) == 0xDC00;
+}
 // Like the platform's macros, these functions take integers of any type and use their low words.
 template <typename Low, typename High>
 constexpr LONG MAKELONG(Low low, High high) {
