@@ -1,4 +1,3 @@
-// Tables of the file's keys, which parsing and composing both use.
 #include "config/config_text.h"
 
 #include <algorithm>

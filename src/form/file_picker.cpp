@@ -1,4 +1,3 @@
-// Calls the system's file boxes. A table assigns a field to each browse button.
 #include "form/file_picker.h"
 
 #include <algorithm>

@@ -1,4 +1,3 @@
-// Creates the controls of the table. Some of them are also subclassed or filled.
 #include "form/form.h"
 
 #include <stdexcept>

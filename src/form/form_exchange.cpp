@@ -115,10 +115,15 @@ void RestoreForm(Launcher& launcher, const FormContent& shown, std::int32_t sele
 }  // namespace
 
 WideText GetControlText(HWND control) {
-    const int length = GetWindowTextLengthW(control);
-    WideText text(static_cast<std::size_t>(length), WCHAR{});
-    RequireAccepted(length == 0 || GetWindowTextW(control, text.data(), length + 1) == length);
+    WideText text;
+    ReadControlText(control, text);
     return text;
+}
+
+void ReadControlText(HWND control, WideText& text) {
+    const int length = GetWindowTextLengthW(control);
+    text.resize(static_cast<std::size_t>(length));
+    RequireAccepted(length == 0 || GetWindowTextW(control, text.data(), length + 1) == length);
 }
 
 void SetControlText(HWND control, const WideText& text) {

@@ -14,6 +14,8 @@
 // Returns the whole text of a control, not trimmed. Throws std::bad_alloc when the control does not return
 // the whole text.
 WideText GetControlText(HWND control);
+// As GetControlText, but reads into `text` and reuses its memory.
+void ReadControlText(HWND control, WideText& text);
 
 // Replaces the text of a control. Throws std::bad_alloc when the control refuses the new text or stores
 // only a part.

@@ -1,5 +1,3 @@
-// Moves the controls in one batch, and switches between the tab pages. Each of the two then repaints the
-// window.
 #include "form/form_layout.h"
 
 #include "form/placement.h"

@@ -1,4 +1,3 @@
-// The commands of the module list. Each builds a new record and passes it to AdoptConfig.
 #include "form/module_list.h"
 
 #include <new>

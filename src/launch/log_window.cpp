@@ -28,11 +28,13 @@ void MakeLogWindow(Launcher& launcher) {
         throw std::runtime_error("Création du journal impossible.");
 }
 
-// The data that the log window stores from one tick to the next, so that an unchanged log is not decoded
-// again.
+// The data that the log window stores from one tick to the next, so that a tick on an unchanged log neither
+// decodes the log again nor allocates.
 struct LogView {
-    std::string tail;  // the bytes from which `text` was made
-    WideText text;     // the text that the control must show
+    std::string tail;   // the bytes from which `text` was made
+    WideText text;      // the text that the control must show
+    std::string fresh;  // the bytes read at this tick
+    WideText shown;     // the text read from the control at this tick
 };
 
 LogView* ViewOf(HWND window) {
@@ -57,29 +59,29 @@ bool MakeTextControl(HWND window) {
     return true;
 }
 
-// Returns the last bytes of the file, at most LOG_TAIL_LIMIT; fewer if reading fails. Returns none if the
-// file cannot be opened or its size is unknown.
-std::optional<std::string> ReadLogTail(const WideText& path) {
+// Reads the last bytes of the file, at most LOG_TAIL_LIMIT, into `tail`; fewer if reading fails. Returns
+// false if the file cannot be opened or its size is unknown.
+bool ReadLogTail(const WideText& path, std::string& tail) {
     const OwnedHandle file = OpenForReading(path);
     const std::optional<std::uint64_t> size = FileSize(file.Get());
     if (!size)
-        return std::nullopt;
-    std::string tail(static_cast<std::size_t>(std::min<std::uint64_t>(*size, LOG_TAIL_LIMIT)), '\0');
+        return false;
+    tail.resize(static_cast<std::size_t>(std::min<std::uint64_t>(*size, LOG_TAIL_LIMIT)));
     tail.resize(ReadAt(file.Get(), *size - tail.size(), tail.data(), tail.size()));
-    return tail;
+    return true;
 }
 
 void ShowTail(HWND control, LogView& view, const WideText& path) {
-    std::optional<std::string> tail = ReadLogTail(path);
-    if (!tail)
+    if (!ReadLogTail(path, view.fresh))
         return;
-    if (*tail != view.tail) {
-        WideText text = LogText(*tail);
+    if (view.fresh != view.tail) {
+        WideText text = LogText(view.fresh);
         ShowZeros(text);
         view.text.swap(text);
-        view.tail.swap(*tail);
+        view.tail.swap(view.fresh);
     }
-    if (GetControlText(control) != view.text)
+    ReadControlText(control, view.shown);
+    if (view.shown != view.text)
         SetWindowTextW(control, view.text.c_str());
 }
 
