@@ -107,10 +107,10 @@ std::size_t ReadAt(HANDLE file, std::uint64_t offset, char* buffer, std::size_t 
     std::size_t read = 0;
     while (read < count) {
         const auto wanted = static_cast<DWORD>(std::min<std::size_t>(count - read, 0x40000000));
-        DWORD came = 0;
-        if (ReadFile(file, buffer + read, wanted, &came, nullptr) == FALSE || came == 0)
+        DWORD received = 0;
+        if (ReadFile(file, buffer + read, wanted, &received, nullptr) == FALSE || received == 0)
             break;
-        read += came;
+        read += received;
     }
     return read;
 }
