@@ -45,7 +45,7 @@ LogView* ViewOf(HWND window) {
 bool MakeView(HWND window) {
     auto* const view = new (std::nothrow) LogView;
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(view));
-    return view != nullptr;
+    return view != nullptr;  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the window owns it now
 }
 
 bool MakeTextControl(HWND window) {
