@@ -17,7 +17,8 @@ bool IsDriveLetter(WCHAR character) {
     return lower >= TEXT('a') && lower <= TEXT('z');
 }
 
-// `\\?\`, `\\.\` and `\??\`, the prefixes of device paths.
+// Returns whether the path, which starts with a separator, has the prefix of a device path: `\\?\`, `\\.\`
+// or `\??\`.
 bool HasDevicePrefix(WideView path) {
     if (path.size() < 4 || !IsSeparator(path[3]) || (path.size() > 4 && IsSeparator(path[4])))
         return false;
@@ -129,7 +130,7 @@ WideText NormalPath(WideView path) {
     return text.empty() ? WideText(HERE) : text;
 }
 
-void AnchorPath(WideView base, WideText& field) {
-    if (!field.empty() && !IsAbsolutePath(field))
-        field = NormalPath(JoinPath(base, field));
+void AnchorPath(WideView base, WideText& path) {
+    if (!path.empty() && !IsAbsolutePath(path))
+        path = NormalPath(JoinPath(base, path));
 }

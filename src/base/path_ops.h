@@ -14,17 +14,17 @@ bool IsAbsolutePath(WideView path);
 // element is empty.
 WideText ParentPath(WideView path);
 
-// Returns `path` joined to the folder `base`. Returns `path` unchanged if it is absolute or has a root
-// name that differs, also in case only, from that of `base`. A path that starts with a separator is joined
-// to the root name of `base` alone.
+// Returns `path` joined to the folder `base`. Returns `path` unchanged if it is absolute or has another
+// root name than `base`; case matters. A path that starts with a separator is joined to the root name of
+// `base` only.
 WideText JoinPath(WideView base, WideView path);
 
 // Returns the normal form: single backslashes as separators, no `.`, and `..` only at the start of a
-// relative path. The result is `.` if no element is left, and empty for an empty path. Case is kept. A
-// separator at the end is kept, except after `..`; a `.` at the end is removed, but not the separator
-// before it.
+// relative path. The result is `.` if neither a root nor an element is left, and empty for an empty path.
+// Case is kept. A separator at the end is kept, except after `..`; a `.` at the end is removed, but not the
+// separator before it.
 WideText NormalPath(WideView path);
 
 // Replaces a relative path by the normal form of the path joined to the folder `base`. An empty or
 // absolute path is left unchanged.
-void AnchorPath(WideView base, WideText& field);
+void AnchorPath(WideView base, WideText& path);

@@ -35,7 +35,7 @@ struct VmConfig {
     std::uint32_t ram_mib = 128;       // guest memory
     std::uint32_t width = 800;         // pixels; passed to the engine only with explicit_video
     std::uint32_t height = 600;        // pixels; as for width
-    std::uint32_t zoom = 2;            // whole multiples of 100 %
+    std::uint32_t zoom = 2;            // factor: 1 is 100 %, 4 is 400 %
     std::uint32_t timeout_ms = 0;      // time limit of a run; 0: none
     bool explicit_video = false;       // width and height replace the size that the kernel requests
     bool headless = false;             // run the engine without windows

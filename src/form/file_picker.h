@@ -15,10 +15,10 @@ inline constexpr WCHAR FILTER_PPM[] = TEXT("Image PPM (*.ppm)\0*.ppm\0Tous les f
 inline constexpr WCHAR FILTER_ANY[] = TEXT("Tous les fichiers\0*.*\0");
 
 // Shows the system's box for opening or, with `save`, for saving a file. The box is modal to the main
-// window and starts in `run_directory`. `default_extension` has no dot and may be null. `first_file` is
-// the name that the box proposes; a name of 32,768 characters or more is not proposed. Returns the chosen
-// path, or an empty text when the user cancels. Throws std::runtime_error when the platform reports an
-// error of the box.
+// window. It starts in the folder of `first_file` or, if that has none, in `run_directory`.
+// `default_extension` has no dot and may be null. `first_file` is the name that the box proposes; a name of
+// 32,768 characters or more is not proposed. Returns the chosen path, or an empty text when the user cancels.
+// Throws std::runtime_error when the platform reports an error of the box.
 WideText PickFile(Launcher& launcher, bool save, const WCHAR* filter, const WCHAR* default_extension,
                   WideView first_file);
 

@@ -62,7 +62,7 @@ LRESULT CALLBACK PathLabelProc(HWND window, UINT message, WPARAM wparam, LPARAM 
             return DLGC_WANTCHARS;
         case WM_STYLECHANGING:
         case WM_STYLECHANGED:
-            return 0;  // sent by the two changes of the style below
+            return 0;  // sent by the two changes below; outside of them the label has the style of the table
         case WM_PAINT:
         case WM_SETTEXT: {
             const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);

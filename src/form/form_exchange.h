@@ -54,7 +54,8 @@ struct FormContent {
 // Returns the contents of these controls. Throws std::bad_alloc when a control does not return its text.
 FormContent ReadContent(const Launcher& launcher);
 
-// A configuration, its file and its folder: values for the fields of the same names in the Launcher.
+// A configuration, its file, its folder and whether it has unsaved changes: values for the fields of the
+// same names in the Launcher.
 struct CurrentConfig {
     VmConfig config;
     WideText config_path;

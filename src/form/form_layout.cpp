@@ -53,8 +53,7 @@ void LayoutForm(Launcher& launcher) {
         SetColumnWidth(launcher.module_list, 0, widths.file);
         SetColumnWidth(launcher.module_list, 1, widths.arguments);
     }
-    // InvalidateRect leaves out the area of the child windows, because the main window clips its children;
-    // RepaintWithChildren includes them.
+    // InvalidateRect leaves out the child windows, because the main window clips its children.
     InvalidateRect(launcher.main_window, nullptr, TRUE);
     RepaintWithChildren(launcher.main_window, nullptr);
 }

@@ -7,6 +7,6 @@
 // Writes the title bar and the configuration line. Call it after every change of `dirty` or `config_path`.
 void RefreshTitle(Launcher& launcher);
 
-// Enables or disables the nine controls that depend on the check boxes, the selected module and the run. A
-// caller of both functions calls this one first.
+// Enables or disables the nine controls that depend on the check boxes, the selected module and the run. If
+// both functions are needed, call RefreshEnabling before RefreshTitle.
 void RefreshEnabling(Launcher& launcher);

@@ -7,9 +7,9 @@
 // Returns the title of the main window. An asterisk at the end marks unsaved changes.
 const WCHAR* TitleText(bool dirty);
 
-// Has room for the longest path of the platform and the mark.
+// The capacity is enough for the longest path (32,767 characters) and the mark for unsaved changes.
 using ConfigLine = FixedText<32767 + 32>;
 
 // Returns the text of the configuration line: the path of the file, or a text for a configuration without
-// a file. The end of the text marks unsaved changes.
+// a file. With `dirty`, the text ends with a mark for unsaved changes.
 ConfigLine ConfigLineText(WideView config_path, bool dirty);

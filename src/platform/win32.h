@@ -1,5 +1,6 @@
-// The only header through which the program uses the platform: Windows or, on other systems, the layer, which
-// implements the same calls. No other source of the program depends on which of the two it is.
+// The only header through which the program uses the platform: Windows or, on other systems, the layer, our
+// own implementation of the same calls in platform/host/. No other source of the program depends on which of
+// the two is used.
 #pragma once
 
 #ifdef _WIN32

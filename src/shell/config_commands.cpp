@@ -52,7 +52,7 @@ void OnLoadCommand(Launcher& launcher) {
 void LoadConfiguration(Launcher& launcher, const WideText& path) {
     CurrentConfig next{ReadConfigFile(path), {}, {}, false};
     const FormContent shown = ReadContent(launcher);
-    // If AbsolutePath throws, the Launcher keeps the new record and the old path.
+    // The swap makes the new record current, with the old path, if AbsolutePath throws.
     std::swap(launcher.config, next.config);
     next.config_path = NormalPath(AbsolutePath(path));
     next.run_directory = ParentPath(next.config_path);

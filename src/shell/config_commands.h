@@ -18,8 +18,8 @@ bool ConfirmDiscard(Launcher& launcher);
 void OnLoadCommand(Launcher& launcher);
 
 // Loads the file at `path` and makes it the current configuration. Throws as ReadConfigFile, AbsolutePath
-// and AdoptConfig do; the Launcher is then unchanged, except that `config` is the new record if the file
-// was read but AbsolutePath failed.
+// and AdoptConfig do; the Launcher is then unchanged, except that `config` is the new record if
+// ReadConfigFile returned and AbsolutePath then failed.
 void LoadConfiguration(Launcher& launcher, const WideText& path);
 
 // Writes the values of the form to a file and makes that file the current configuration. With `save_as`

@@ -89,7 +89,7 @@ int PumpMessages(const Launcher& launcher) {
     return static_cast<int>(message.wParam);
 }
 
-// When WM_CREATE fails, the main window is destroyed, and WM_DESTROY posts WM_QUIT. A message box that
+// Windows sends WM_DESTROY after a failed WM_CREATE, and EndProgram then posts WM_QUIT. A message box that
 // finds WM_QUIT in the queue closes before the user sees it.
 void RemoveQuitMessage() {
     MSG quit{};

@@ -72,8 +72,8 @@ void ShowBox(HWND owner, const WCHAR* text) {
     const FixedText<BOX_LIMIT_CHARACTERS> box_text = WithoutControls(Shortened(text));
     const HWND focus = GetFocus();
     MessageBoxW(owner, box_text.c_str(), TEXT("Veldrane VM"), MB_ICONERROR);
-    // The failed command may have moved the focus to the field with the wrong value. KeepFocus would
-    // restore the focus of an earlier control, because no message has been read since then.
+    // The failed command may have moved the focus to the field with the wrong value. KeepFocus does not know
+    // this field yet: it is called only when a message is read.
     if (focus != nullptr)
         SetFocus(focus);
 }

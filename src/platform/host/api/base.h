@@ -1,4 +1,4 @@
-// The types and values that all headers of the platform share.
+// The types and values that all headers of this folder share.
 #pragma once
 
 #include <cstddef>

@@ -42,8 +42,9 @@ constexpr DWORD OFN_PATHMUSTEXIST = 0x00000800;
 constexpr DWORD OFN_FILEMUSTEXIST = 0x00001000;
 constexpr DWORD OFN_EXPLORER = 0x00080000;
 
-// Both return TRUE after they stored the full path of the chosen file in lpstrFile. They return FALSE if the
-// user cancelled (CommDlgExtendedError is then 0) or if the box could not be shown (it is then not 0).
+// Both calls store the full path of the chosen file in lpstrFile and return TRUE. They return FALSE if the
+// user cancelled (CommDlgExtendedError then returns 0) or the box could not be shown (CommDlgExtendedError
+// then returns the error).
 BOOL WINAPI GetOpenFileNameW(OPENFILENAMEW* request);
 BOOL WINAPI GetSaveFileNameW(OPENFILENAMEW* request);
 

@@ -1,4 +1,4 @@
-// The drawing calls (GDI32) that the program uses: for two fonts, and for the excluded rectangle of a frame.
+// The drawing calls (GDI32) that the program uses: GetStockObject, for two fonts, and ExcludeClipRect.
 #pragma once
 
 #include "platform/host/api/base.h"

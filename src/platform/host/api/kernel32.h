@@ -67,7 +67,7 @@ DWORD WINAPI GetFullPathNameW(LPCWSTR path, DWORD size, LPWSTR full, LPWSTR* fil
 DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR path);
 BOOL WINAPI SetCurrentDirectoryW(LPCWSTR path);
 
-// `module` must be null, which means the program itself.
+// `module` and `name` must be null, which means the program itself.
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size);
 HMODULE WINAPI GetModuleHandleW(LPCWSTR name);
 
@@ -166,7 +166,7 @@ BOOL WINAPI WriteFile(HANDLE file, LPCVOID buffer, DWORD size, LPDWORD written, 
 BOOL WINAPI SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, PLARGE_INTEGER position, DWORD method);
 BOOL WINAPI GetFileSizeEx(HANDLE file, PLARGE_INTEGER size);
 BOOL WINAPI FlushFileBuffers(HANDLE file);
-// Sets only the attributes, and among them only the one for a folder.
+// Sets only dwFileAttributes: FILE_ATTRIBUTE_DIRECTORY for a folder, FILE_ATTRIBUTE_ARCHIVE for a file.
 BOOL WINAPI GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION information);
 DWORD WINAPI GetFileType(HANDLE file);
 // Closes an open handle even when a test makes the call fail.
@@ -174,7 +174,8 @@ BOOL WINAPI CloseHandle(HANDLE handle);
 // Moves within one file system only.
 BOOL WINAPI MoveFileExW(LPCWSTR from, LPCWSTR to, DWORD flags);
 BOOL WINAPI DeleteFileW(LPCWSTR path);
-// The three streams of this process. Their handles are not counted as open and cannot be closed.
+// The three streams of this process. Their handles are not counted as open; CloseHandle returns TRUE for them
+// and has no effect.
 HANDLE WINAPI GetStdHandle(DWORD which);
 
 // --- processes ---
@@ -238,9 +239,9 @@ BOOL WINAPI UpdateProcThreadAttribute(LPPROC_THREAD_ATTRIBUTE_LIST list, DWORD f
                                       PVOID value, SIZE_T size, PVOID previous_value, SIZE_T* return_size);
 void WINAPI DeleteProcThreadAttributeList(LPPROC_THREAD_ATTRIBUTE_LIST list);
 
-// The child inherits its three standard streams, as far as they are inheritable, and, without a list of
-// handles, every other inheritable handle. The application name is required. The environment is always the
-// parent's. The thread handle can only be closed.
+// The child gets each stream of STARTF_USESTDHANDLES that is inheritable and, if there is a list of handles,
+// in the list. Without a list it also inherits every other inheritable handle. The application name is
+// required. The environment is always the parent's. The thread handle can only be closed.
 BOOL WINAPI CreateProcessW(LPCWSTR application, LPWSTR command_line, LPSECURITY_ATTRIBUTES process_security,
                            LPSECURITY_ATTRIBUTES thread_security, BOOL inherit_handles, DWORD flags,
                            LPVOID environment, LPCWSTR current_directory, LPSTARTUPINFOW startup,

@@ -180,8 +180,8 @@ void Confirm(FileBox& file_box) {
 
 // --- the box ---
 
-// Sets the folder of the box: that of the proposed name if it exists, otherwise that in the request,
-// otherwise the current one. In the first case removes the folder from the name.
+// Sets the folder of the box to the first of these that exists: the folder of the proposed name,
+// lpstrInitialDir, the current folder. In the first case removes the folder from the name.
 void SetFolder(FileBox& file_box, Text& name) {
     const OPENFILENAMEW& request = file_box.request;
     file_box.folder = FullPathOf(u".");
@@ -210,7 +210,7 @@ void FillBox(FileBox& file_box, const Text& name) {
     SendMessageW(file_box.name_field, EM_SETSEL, 0, -1);
 }
 
-// Stores the path in the request and no other field.
+// Stores the path in lpstrFile; changes no other field of the request.
 BOOL StorePath(const Text& path, const OPENFILENAMEW& request) {
     if (path.size() >= request.nMaxFile)
         NotImplemented("GetOpenFileNameW, GetSaveFileNameW", "a path that is longer than the buffer");
@@ -249,8 +249,8 @@ BOOL ShowFileBox(const char* call, Purpose purpose, OPENFILENAMEW& request) {
             CloseBox(file_box.box, IDCANCEL);
     };
     Text name = request.lpstrFile;
-    const bool is_absent = !name.empty() && FullPathOf(name).empty();
-    if (is_absent && (GetLastError() == ERROR_INVALID_NAME || name.size() >= MAX_PATH)) {
+    const bool has_no_path = !name.empty() && FullPathOf(name).empty();
+    if (has_no_path && (GetLastError() == ERROR_INVALID_NAME || name.size() >= MAX_PATH)) {
         last_box.error = FNERR_INVALIDFILENAME;
         return FALSE;
     }

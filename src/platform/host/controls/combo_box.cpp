@@ -66,7 +66,7 @@ LRESULT ToggleList(HWND window, Combo& combo) {
 
 // --- selecting ---
 
-// Selects an entry for the user. Sends the notification even if the entry is already selected.
+// Selects an entry after user input. Sends the notification even if the entry is already selected.
 LRESULT Select(HWND window, Combo& combo, int index) {
     combo.selected = index;
     SendCommand(window, CBN_SELCHANGE);

@@ -186,7 +186,8 @@ std::size_t CharacterRight(std::u16string_view text, std::size_t place) {
 constexpr std::u16string_view WORD_SEPARATORS = u" \t";
 
 // WordLeft returns the last start of a word before the place, WordRight the first one after the place.
-// WordLeft leaves the line only from the line's start, WordRight only from its end.
+// Both stay in the line, with one exception: from the start of a line WordLeft moves to the line above, and
+// from the end of a line WordRight moves to the line below.
 std::size_t WordLeft(std::u16string_view text, std::size_t place) {
     const std::size_t start = LineStart(text, place);
     if (place == start)

@@ -91,7 +91,7 @@ LRESULT SetState(HWND window, List& list, int index, const LVITEMW& item) {
     return TRUE;
 }
 
-// Selects a row for the user. NONE removes the selection and leaves the focus unchanged.
+// Selects a row after user input. NONE removes the selection and leaves the focus unchanged.
 void SelectByUser(HWND window, List& list, int index) {
     ClearOthers(window, list, index, LVIS_SELECTED);
     if (IsRow(list, index) && RowAt(list, index).state != KNOWN_STATES)
@@ -193,7 +193,7 @@ int RowAtPoint(const List& list, LPARAM point) {
 }
 
 LRESULT GetPlace(const List& list, int index, RECT& place) {
-    // The left side of the rectangle is the number of the requested part of the row.
+    // On input, `left` is the number of the requested part of the row.
     if (place.left != LVIR_BOUNDS)
         NotImplemented("LVM_GETITEMRECT", "a part of the row");
     if (!IsRow(list, index))

@@ -18,11 +18,11 @@ void ResetLayer();
 
 // --- faults ---
 
-// The nth call (1 = the next one) of this platform call fails with this error code. A new fault does not
-// replace earlier ones.
+// Makes the nth call (1 = the next one) of this function or message fail with the error code. A new fault
+// does not replace earlier ones.
 void FailCall(const char* name, unsigned nth, DWORD error);
 
-// The nth call (1 = the next one) among all platform calls that can fail fails with this error code.
+// As FailCall, but counts the calls of all functions and messages together.
 void FailNthCall(unsigned nth, DWORD error);
 
 // Removes all faults. Returns the number of calls that have failed because of them.
@@ -62,7 +62,7 @@ std::size_t OpenAttributeLists();
 void MakeDiskForgetful();
 void LosePower();
 
-// Sets the Windows path that GetModuleFileNameW returns; an empty one stands for the true path.
+// Sets the Windows path that GetModuleFileNameW returns; an empty path restores the true one.
 void SetModuleFile(std::u16string path);
 
 // --- controls and boxes ---

@@ -35,7 +35,8 @@ struct OpenRequest {
     bool is_inheritable = false;
 };
 
-// A claim expires with its last owner, an open file or a child process. ResetLayer removes both.
+// A claim expires with its last owner, an open file or a child process. ResetLayer ends all claims, so this
+// list needs no reset.
 std::vector<std::weak_ptr<const ShareClaim>> share_claims;
 
 bool IsReadOnly(const Status& status) {
@@ -99,7 +100,8 @@ bool CheckOpenArguments(DWORD access, LPSECURITY_ATTRIBUTES security, DWORD disp
     return true;
 }
 
-// A name that ends with a separator can only be the name of a folder.
+// Removes a separator at the end of the path. Only the name of a folder may end so: returns false, with
+// ERROR_INVALID_NAME, if the path is a file or the request could create one.
 bool CheckTrailingSeparator(OpenRequest& request) {
     if (request.native.size() < 2 || !request.native.ends_with('/'))
         return true;

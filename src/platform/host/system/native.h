@@ -20,15 +20,16 @@ namespace host {
 
 // --- paths ---
 
-// The Linux path of a Windows path, relative or full. None, with the last error set, if no file can have that
-// name.
+// The full Linux path of a Windows path, which may be relative. None, with the last error set, if no file can
+// have that name.
 [[nodiscard]] std::optional<std::string> ToNativePath(LPCWSTR path);
 
 // The Windows path of a full Linux path: "/tmp/a" becomes "C:\tmp\a". Empty for any other path.
 std::u16string FromNativePath(std::string_view native);
 
-// Returns a text as the path queries do: copies it with its terminating zero and returns its length, or
-// copies nothing and returns the size that the buffer needs. Lengths and sizes in characters.
+// Returns a text as GetCurrentDirectoryW does. If the text fits, copies it with a terminating zero and
+// returns its length without the zero; otherwise copies nothing and returns the needed size with the zero. In
+// characters.
 DWORD CopyIfItFits(std::u16string_view text, LPWSTR buffer, DWORD size);
 
 // --- errors ---

@@ -26,7 +26,7 @@ constexpr std::size_t LONGEST_PATH = 32767;
 constexpr View DEVICE_PREFIX = u"\\\\.\\";
 constexpr std::size_t DEVICE_PREFIX_LENGTH = DEVICE_PREFIX.size();
 
-// The names of devices. Those of the second list are complete with a digit from 1 to 9 after them.
+// The names of devices. A name of the second list must be followed by a digit from 1 to 9.
 constexpr auto DEVICES = std::to_array<View>({u"NUL", u"CON", u"AUX", u"PRN", u"CONIN$", u"CONOUT$"});
 constexpr auto NUMBERED_DEVICES = std::to_array<View>({u"COM", u"LPT"});
 
@@ -233,7 +233,7 @@ std::optional<std::string> ToNativePath(LPCWSTR path) {
     if (full.empty())
         return std::nullopt;
     View rest = full;
-    // As on Windows without support for long paths, which is the default.
+    // As on Windows by default: long paths are not supported.
     if (full.size() >= MAX_PATH && !HasDevicePrefix(path))
         return NoPath(ERROR_PATH_NOT_FOUND);
     if (HasDevicePrefix(rest))

@@ -225,7 +225,7 @@ bool SetPaths(LPCWSTR application, LPCWSTR folder, StartRequest& request) {
     return true;
 }
 
-// Adds the actions of the child before it executes the program.
+// Adds the actions that the child performs before it executes the program.
 void PrepareActions(const StartRequest& request, posix_spawn_file_actions_t& actions) {
     if (!request.folder.empty())
         posix_spawn_file_actions_addchdir_np(&actions, request.folder.c_str());
@@ -263,8 +263,8 @@ int Spawn(StartRequest& request, pid_t& process_id) {
     return error;
 }
 
-// The Windows error for a failed start. Linux refuses a file that has no right to be executed; Windows would
-// report that the file is not a program.
+// The Windows error for a failed start. For a file without the permission to execute it, Linux reports EACCES
+// and Windows ERROR_BAD_EXE_FORMAT.
 DWORD StartError(int error, const std::string& program) {
     struct stat status = {};
     constexpr mode_t ANY_EXECUTE_BIT = 0111;

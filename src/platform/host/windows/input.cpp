@@ -43,8 +43,8 @@ WPARAM MouseKeys() {
 
 // --- the mouse ---
 
-// Before a click: activates the window's top-level window unless the target is the active window. False: the
-// target was destroyed.
+// Before a click: activates the target's top-level window, unless the target is the active window or answers
+// MA_NOACTIVATE. False: the target was destroyed.
 bool ActivateByClick(HWND target) {
     const HWND root = RootOf(target);
     if (target == GetActiveWindow())

@@ -16,7 +16,7 @@ std::optional<MSG> PaintMessage() {
     return window == nullptr ? std::nullopt : std::optional(MakeMessage(window, WM_PAINT, 0, 0));
 }
 
-// The next message; only one with the number `wanted` if that is not 0.
+// The next message. If `wanted` is not 0, only one with that number or WM_QUIT.
 std::optional<MSG> TakeMessage(UINT wanted) {
     std::optional<MSG> message = TakePosted(wanted);
     if (!message)

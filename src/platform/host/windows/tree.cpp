@@ -24,7 +24,8 @@ Hit HitInside(HWND handle, POINT point) {
     GetWindowRect(handle, &outer);
     if (window == nullptr || (window->style & WS_VISIBLE) == 0 || !Contains(outer, point))
         return {nullptr, HTNOWHERE};
-    // Mouse input at a disabled child is for its parent. A disabled top-level window gets it itself.
+    // Mouse input at a disabled child is for its parent. For a disabled top-level window the result is that
+    // window with HTERROR.
     if ((window->style & WS_DISABLED) != 0)
         return {window->parent == nullptr ? handle : nullptr, HTERROR};
     RECT client{};
@@ -51,13 +52,13 @@ Hit HitWindow(POINT point) {
     return HitAmong(TopLevelWindows(), point);
 }
 
-// An owned window is never below its owner. So first all windows with the same first owner move to the front,
-// in their present order, and then the window with the windows that it owns.
+// An owned window is never below its owner. So all windows with the same root owner move to the front, in
+// their present order; then the window moves there with the windows that it owns.
 void RaiseWindow(HWND handle) {
-    HWND first_owner = handle;
-    while (const HWND owner = FindWindowState(first_owner)->owner)
-        first_owner = owner;
-    for (const HWND raised : {first_owner, handle})
+    HWND root_owner = handle;
+    while (const HWND owner = FindWindowState(root_owner)->owner)
+        root_owner = owner;
+    for (const HWND raised : {root_owner, handle})
         std::stable_partition(TopLevelWindows().begin(), TopLevelWindows().end(),
                               [raised](HWND other) { return IsOwnedBy(raised, other); });
 }

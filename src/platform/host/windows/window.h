@@ -52,14 +52,15 @@ using WindowPointer = std::shared_ptr<Window>;
 constexpr LONG SCREEN_WIDTH = 1400;
 constexpr LONG SCREEN_HEIGHT = 1000;
 
-// --- registry: all windows and their order ---
+// --- registry: all windows, their order and their texts ---
 
 // The window of a handle; null with ERROR_INVALID_WINDOW_HANDLE if there is none. Aborts if another thread
 // created the window.
 WindowPointer FindWindowState(HWND handle);
 // The top-level windows, topmost first.
 std::vector<HWND>& TopLevelWindows();
-// The children of the window's parent or, if it has none, the top-level windows; topmost first.
+// The list that contains the window: the children of its parent or, for a top-level window, all top-level
+// windows; topmost first.
 std::vector<HWND>& SiblingsOf(const Window& window);
 // The top-level window that contains the window, or the window itself.
 HWND RootOf(HWND handle);
@@ -71,6 +72,17 @@ inline bool IsChildStyle(DWORD style) {
 HWND AddWindow(const WindowPointer& window);
 void RemoveWindow(HWND handle);
 
+// Copies as much of the text as fits into the capacity with a terminating zero. Returns the number of
+// characters without the zero.
+inline LRESULT CopyText(std::u16string_view text, std::size_t capacity, LPARAM buffer) {
+    if (capacity == 0 || buffer == 0)
+        return 0;
+    auto* const characters = reinterpret_cast<WCHAR*>(buffer);
+    const std::size_t length = text.copy(characters, capacity - 1);
+    characters[length] = u'\0';
+    return static_cast<LRESULT>(length);
+}
+
 // --- class: window classes ---
 
 // A class that exists before the program registers any.
@@ -81,7 +93,7 @@ struct BuiltInClass {
 extern const std::span<const BuiltInClass> BUILT_IN_CLASSES;
 extern const int BUILT_IN_EXTRA_BYTES;
 
-// Finds a class by its name, in any case of letters; null if there is none.
+// Finds a class by its name, ignoring case; null if there is none.
 ClassPointer FindWindowClass(LPCWSTR name);
 
 // --- geometry: rectangles, frames and coordinates ---
@@ -102,7 +114,7 @@ void SendSize(HWND handle, WPARAM kind, RECT client);
 // --- posted: posted messages, the quit message, and the mouse pointer ---
 
 MSG MakeMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
-// Removes and returns the first posted message; only one with the number `wanted` if that is not 0.
+// Removes and returns the first posted message or, if `wanted` is not 0, the first with that number.
 [[nodiscard]] std::optional<MSG> TakePosted(UINT wanted);
 [[nodiscard]] std::optional<MSG> TakeQuit();
 void ForgetMessages(HWND handle);
@@ -124,13 +136,15 @@ struct Hit {
 };
 // The topmost window that gets mouse input at this point of the screen.
 Hit HitWindow(POINT point);
-// Moves the top-level window and the windows that it owns to the front.
+// Moves the whole group of the top-level window (all windows with the same root owner) to the front; in the
+// group, the window and the windows that it owns come first.
 void RaiseWindow(HWND handle);
 
 // --- activation: the active window, the focus and the mouse capture ---
 
 void ActivateWindow(HWND handle, int how);
-// Activates and focuses another window, because this one is hidden or about to be destroyed.
+// Call this for a window that is hidden or about to be destroyed. Releases its mouse capture. A child passes
+// the focus to its parent; an active top-level window passes the activation to another one.
 void PassActivationOn(const Window& window);
 void ForgetActivation(HWND handle);
 
@@ -155,19 +169,6 @@ void SendSizeAndMove(HWND handle);
 // --- input: mouse and keyboard ---
 
 [[nodiscard]] std::optional<MSG> TakeInput();
-
-// --- dialog items: the texts of windows, and controls by their identifiers ---
-
-// Copies as much of the text as fits into the capacity with a terminating zero. Returns the number of
-// characters without the zero.
-inline LRESULT CopyText(std::u16string_view text, std::size_t capacity, LPARAM buffer) {
-    if (capacity == 0 || buffer == 0)
-        return 0;
-    auto* const characters = reinterpret_cast<WCHAR*>(buffer);
-    const std::size_t length = text.copy(characters, capacity - 1);
-    characters[length] = u'\0';
-    return static_cast<LRESULT>(length);
-}
 
 // --- for ResetLayer: each resets the records of its file to their state at the start of the program ---
 
