@@ -14,17 +14,17 @@ constexpr std::string_view VERSION = "1";
 
 struct TextKey {
     std::string_view key;
-    WideText VmConfig::*field;
+    TextMember field;
 };
 struct NumberKey {
     std::string_view key;
-    std::uint32_t VmConfig::*field;
+    NumberMember field;
     std::uint32_t lowest;
     std::uint32_t highest;
 };
 struct FlagKey {
     std::string_view key;
-    bool VmConfig::*field;
+    FlagMember field;
 };
 
 // The keys are written and evaluated in the order of the tables and of the rows in each table.

@@ -42,6 +42,11 @@ struct VmConfig {
     bool force_no_header = false;      // accept an ELF kernel without a Multiboot header
 };
 
+// The types of pointers to the record's fields, for tables.
+using TextMember = WideText VmConfig::*;
+using NumberMember = std::uint32_t VmConfig::*;
+using FlagMember = bool VmConfig::*;
+
 // Calls `visit` for each field of the record that contains a path: kernel, dump, ide 0 to 3, and the path
 // of each module, in this order.
 template <typename Visit>

@@ -17,18 +17,18 @@ namespace {
 
 struct TextField {
     UINT id;
-    WideText VmConfig::*value;
+    TextMember field;
 };
 struct NumberField {
     UINT id;
-    std::uint32_t VmConfig::*value;
+    NumberMember field;
     std::uint32_t lowest;
     std::uint32_t highest;
     const char* label;
 };
 struct CheckBox {
     UINT id;
-    bool VmConfig::*value;
+    FlagMember field;
 };
 
 // The fields are read and filled in the order of the tables and of the rows in each table.
@@ -65,12 +65,12 @@ bool IsChecked(const Launcher& launcher, UINT id) {
 
 void FillFields(const Launcher& launcher, const VmConfig& config) {
     for (const TextField& row : TEXT_FIELDS)
-        SetField(launcher, row.id, config.*row.value);
+        SetField(launcher, row.id, config.*row.field);
     for (const NumberField& row : NUMBER_FIELDS)
-        SetField(launcher, row.id, WideNumberText(config.*row.value));
+        SetField(launcher, row.id, WideNumberText(config.*row.field));
     RequireAccepted(SendMessageW(Field(launcher, IDC_ZOOM), CB_SETCURSEL, config.zoom - 1, 0) != CB_ERR);
     for (const CheckBox& row : CHECK_BOXES)
-        SetCheck(launcher, row.id, config.*row.value);
+        SetCheck(launcher, row.id, config.*row.field);
     for (std::size_t slot = 0; slot < IDE_FIELDS.size(); ++slot)
         SetField(launcher, IDE_FIELDS[slot], config.ide[slot]);
 }
@@ -157,12 +157,12 @@ void ResolveFormPath(const Launcher& launcher, WideText& path) {
 VmConfig ReadForm(Launcher& launcher) {
     VmConfig config = launcher.config;
     for (const TextField& row : TEXT_FIELDS)
-        config.*row.value = GetControlText(Field(launcher, row.id));
+        config.*row.field = GetControlText(Field(launcher, row.id));
     for (const NumberField& row : NUMBER_FIELDS)
-        config.*row.value = ReadNumberField(Field(launcher, row.id), row.lowest, row.highest, row.label);
+        config.*row.field = ReadNumberField(Field(launcher, row.id), row.lowest, row.highest, row.label);
     config.zoom = static_cast<std::uint32_t>(SendMessageW(Field(launcher, IDC_ZOOM), CB_GETCURSEL, 0, 0) + 1);
     for (const CheckBox& row : CHECK_BOXES)
-        config.*row.value = IsChecked(launcher, row.id);
+        config.*row.field = IsChecked(launcher, row.id);
     for (std::size_t slot = 0; slot < IDE_FIELDS.size(); ++slot)
         config.ide[slot] = GetControlText(Field(launcher, IDE_FIELDS[slot]));
     ForEachPath(config, [&](WideText& path) { ResolveFormPath(launcher, path); });

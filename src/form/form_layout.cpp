@@ -18,10 +18,6 @@ void MoveControls(const Launcher& launcher, std::int32_t dx, std::int32_t dy) {
     EndDeferWindowPos(batch);
 }
 
-void SetColumnWidth(HWND list, WPARAM column, std::int32_t width) {
-    SendMessageW(list, LVM_SETCOLUMNWIDTH, column, MAKELPARAM(width, 0));
-}
-
 void ShowControls(const std::vector<HWND>& controls, bool visible) {
     for (const HWND control : controls)
         ShowWindow(control, visible ? SW_SHOW : SW_HIDE);
@@ -50,8 +46,8 @@ void LayoutForm(Launcher& launcher) {
     MoveControls(launcher, dx, dy);
     if (launcher.module_list != nullptr) {
         const ColumnWidths widths = ModuleColumnWidths(dx);
-        SetColumnWidth(launcher.module_list, 0, widths.file);
-        SetColumnWidth(launcher.module_list, 1, widths.arguments);
+        SendMessageW(launcher.module_list, LVM_SETCOLUMNWIDTH, 0, MAKELPARAM(widths.file, 0));
+        SendMessageW(launcher.module_list, LVM_SETCOLUMNWIDTH, 1, MAKELPARAM(widths.arguments, 0));
     }
     // InvalidateRect leaves out the child windows, because the main window clips its children.
     InvalidateRect(launcher.main_window, nullptr, TRUE);

@@ -37,9 +37,8 @@ void HandleCommand(Launcher& launcher, UINT code, UINT id) {
         case Command::MarkEdited:
             return MarkEdited(launcher);
         case Command::MarkEditedAndEnable:
-            launcher.dirty = true;
             RefreshEnabling(launcher);
-            return RefreshTitle(launcher);
+            return MarkEdited(launcher);
         case Command::ModuleArgsChanged:
             return OnModuleArgsChanged(launcher);
         case Command::Load:

@@ -66,7 +66,7 @@ FileBoxRequest RecordOf(const OPENFILENAMEW& request) {
 
 FileKind KindOf(const Text& path) {
     const std::optional<std::string> native = ToNativePath(path.c_str());
-    struct stat status {};
+    struct stat status = {};
     if (!native || stat(native->c_str(), &status) != 0)
         return FileKind::Missing;
     return S_ISDIR(status.st_mode) ? FileKind::Folder : FileKind::File;

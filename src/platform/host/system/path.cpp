@@ -43,9 +43,8 @@ WCHAR Upper(WCHAR unit) {
 }
 
 bool EqualIgnoringCase(View left, View right) {
-    return std::equal(
-        left.begin(), left.end(), right.begin(), right.end(),
-        [](WCHAR a, WCHAR b) { return Upper(a) == Upper(b); });
+    const auto equal = [](WCHAR a, WCHAR b) { return Upper(a) == Upper(b); };
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(), equal);
 }
 
 bool HasDrive(View path) {
@@ -202,9 +201,10 @@ Text FullPath(View path) {
 }
 
 bool HasForbiddenCharacter(View path) {
-    return std::any_of(
-        path.begin(), path.end(),
-        [](WCHAR unit) { return unit < u' ' || View(u"*?<>|\":").find(unit) != View::npos; });
+    const auto is_forbidden = [](WCHAR unit) {
+        return unit < u' ' || View(u"*?<>|\":").find(unit) != View::npos;
+    };
+    return std::any_of(path.begin(), path.end(), is_forbidden);
 }
 
 std::nullopt_t NoPath(DWORD error) {

@@ -43,8 +43,8 @@ std::optional<MSG> TakeQuit() {
 }
 
 void ForgetMessages(HWND handle) {
-    std::erase_if(
-        queue.messages, [handle](const MSG& message) { return message.hwnd == handle; });
+    const auto is_for_window = [handle](const MSG& message) { return message.hwnd == handle; };
+    std::erase_if(queue.messages, is_for_window);
 }
 
 POINT PointerPosition() {

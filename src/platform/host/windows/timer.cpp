@@ -56,8 +56,8 @@ std::optional<std::uint64_t> NextTimerDelay() {
 }
 
 void ForgetTimers(HWND handle) {
-    std::erase_if(
-        timers.running, [handle](const Timer& timer) { return timer.window == handle; });
+    const auto is_of_window = [handle](const Timer& timer) { return timer.window == handle; };
+    std::erase_if(timers.running, is_of_window);
 }
 
 void ResetTimers() {
