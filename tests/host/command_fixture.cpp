@@ -53,7 +53,7 @@ unsigned Step(CommandFixture& fixture) {
 }
 
 // The contents of a new log depend on how far the engine has run.
-void AddFiles(const ScratchFolder& folder, user::Snapshot& snapshot) {
+void AddFiles(const ScratchFolder& folder, Snapshot& snapshot) {
     for (const WideText& name : ListFolder(folder.path)) {
         const std::string bytes = ReadBytes(folder.Of(name));
         snapshot["file " + Narrow(name)] =
@@ -123,14 +123,13 @@ void TickOrShowLog(CommandFixture& fixture) {
         fixture.Press(IDC_SHOW_LOG);
 }
 
-void ExpectSame(const user::Snapshot& seen, const user::Snapshot& expected,
-                const std::vector<std::string>& ignored) {
-    user::Snapshot names = seen;
+void ExpectSame(const Snapshot& seen, const Snapshot& expected, const std::vector<std::string>& ignored) {
+    Snapshot names = seen;
     names.insert(expected.begin(), expected.end());
     for (const auto& [name, text] : names) {
         if (std::find(ignored.begin(), ignored.end(), name) != ignored.end())
             continue;
-        const auto value = [&name = name](const user::Snapshot& snapshot) {
+        const auto value = [&name = name](const Snapshot& snapshot) {
             return snapshot.contains(name) ? snapshot.at(name) : "(none)";
         };
         EXPECT_EQ(value(seen), value(expected)) << name;
@@ -234,10 +233,9 @@ void CommandFixture::Tick() const {
     EXPECT_EQ(SendMessageW(run.launcher.main_window, WM_TIMER, 1, 0), 0);
 }
 
-user::Snapshot CommandFixture::TakeSnapshot() const {
-    user::Snapshot snapshot = user::TakeSnapshot(run.launcher);
-    snapshot.erase("focus");
-    snapshot["engine"] += run.launcher.run_is_dry ? " dry" : "";
+Snapshot CommandFixture::TakeSnapshot() const {
+    Snapshot snapshot = ::TakeSnapshot(run.launcher);
+    snapshot["run is dry"] = std::to_string(run.launcher.run_is_dry);
     snapshot["filling"] = std::to_string(run.launcher.filling);
     AddFiles(run.folder, snapshot);
     return snapshot;
@@ -248,9 +246,9 @@ void SweepCommand(CommandFixture& fixture, const TestedCommand& command,
                   const std::function<RequiredState(unsigned, const std::string&)>& require) {
     SCOPED_TRACE(command.name);
     fixture.SetUp(command);
-    const user::Snapshot before = fixture.TakeSnapshot();
+    const Snapshot before = fixture.TakeSnapshot();
     fixture.Run(command);
-    const user::Snapshot after = fixture.TakeSnapshot();
+    const Snapshot after = fixture.TakeSnapshot();
     const std::vector<std::string> usual_boxes = fixture.error_boxes;
     for (unsigned nth = 1; !testing::Test::HasFailure(); ++nth) {
         SCOPED_TRACE(nth);
@@ -259,7 +257,7 @@ void SweepCommand(CommandFixture& fixture, const TestedCommand& command,
         inject_fault(nth);
         fixture.Run(command);
         const bool has_failed = clear_fault();
-        const user::Snapshot seen = fixture.TakeSnapshot();
+        const Snapshot seen = fixture.TakeSnapshot();
         if (!has_failed) {
             EXPECT_EQ(fixture.error_boxes, usual_boxes);
             return ExpectSame(seen, after, {});

@@ -2,7 +2,11 @@
 // command with one of its steps failing.
 #pragma once
 
-#include "demo/user/random_user.h"
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "host/snapshot.h"
 #include "launcher_run.h"
 
 struct CommandFixture;
@@ -34,7 +38,7 @@ struct CommandFixture {
     int RunProgram(const std::function<void()>& test, const std::function<void()>& inject_fault = {});
     void SetUp(const TestedCommand& command);
     void Run(const TestedCommand& command);
-    user::Snapshot TakeSnapshot() const;
+    Snapshot TakeSnapshot() const;
     void Press(UINT id) const;
     void Tick() const;
 };
