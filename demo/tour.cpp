@@ -154,7 +154,7 @@ void ShowLog(const std::string& picture) {
     const auto is_shown = [] { return IsWindowVisible(user::LogWindow()) != FALSE; };
     Check(user::WaitUntil(is_shown), "le journal devait s'ouvrir");
     ShowPicture(user::LogWindow(), picture, "le journal");
-    user::Do([] { PostMessageW(user::LogWindow(), WM_CLOSE, 0, 0); });
+    user::OnProgramThread([] { PostMessageW(user::LogWindow(), WM_CLOSE, 0, 0); });
     Check(user::WaitUntil([&] { return !is_shown(); }), "le journal devait se fermer");
 }
 

@@ -64,7 +64,7 @@ void EndWhenLauncherHangs() {
 
 namespace user {
 
-void Do(const std::function<void()>& action) {
+void OnProgramThread(const std::function<void()>& action) {
     last_action_ms = GetTickCount64();
     action();
     Sleep(ACTION_PERIOD_MS);
@@ -75,9 +75,9 @@ bool WaitUntil(const std::function<bool()>& condition, unsigned limit_ms) {
     while (!condition()) {
         last_action_ms = GetTickCount64();
         if (WaitForSingleObject(launcher_process, 0) == WAIT_OBJECT_0)
-            throw std::runtime_error("veldranevm.exe has ended");
-        if (std::chrono::steady_clock::now() > limit)
             return false;
+        if (std::chrono::steady_clock::now() > limit)
+            throw std::runtime_error("timed out");
         Sleep(CHECK_PERIOD_MS);
     }
     return true;

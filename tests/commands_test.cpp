@@ -26,7 +26,7 @@ TEST(Commands, IgnoreAMissingModuleAndChangesByTheProgramItself) {
     LauncherRun run;
     run.WriteConfig(TEXT("b.config"), "");
     run.Run([&] {
-        user::Do([&] {
+        user::OnProgramThread([&] {
             Launcher& launcher = run.launcher;
             launcher.config.modules.assign(3, {TEXT("C:\\m.bin"), TEXT("x")});
             FillForm(launcher);
@@ -63,7 +63,7 @@ TEST(Commands, ReportAMissingFileAtALaunchAndUseTheCurrentFolderAfterAReset) {
     MakeFolder(run.folder.Of(TEXT("sub")));
     run.WriteConfig(TEXT("sub\\b.config"), "");
     run.Run([&] {
-        user::Do([&] {
+        user::OnProgramThread([&] {
             Launcher& launcher = run.launcher;
             const WideText kernel = run.folder.Of(TEXT("noyau.elf"));
             const auto expect_missing = [&](const WideText& path) {
@@ -100,7 +100,7 @@ TEST(Commands, RefuseANumberOutsideItsLimits) {
     };
     LauncherRun run;
     run.Run([&] {
-        user::Do([&] {
+        user::OnProgramThread([&] {
             for (const auto& c : cases) {
                 for (const WCHAR* text : {c.below, c.above, c.lowest, c.highest}) {
                     SetWindowTextW(user::Control(c.id), text);
@@ -118,12 +118,12 @@ TEST(Commands, RepaintEachVisibleControlAfterAResizeAndAChangeOfPage) {
     run.Run([&] {
         const HWND window = run.launcher.main_window;
         const auto paint = [&] {
-            user::Do([&] { UpdateWindow(window); });
+            user::OnProgramThread([&] { UpdateWindow(window); });
             EXPECT_TRUE(user::WaitUntil([&] { return GetUpdateRect(window, nullptr, FALSE) == FALSE; }));
             user::WaitUntil([&] { return !PaintedControls(run.launcher).empty(); });
         };
         paint();
-        user::Do([&] {
+        user::OnProgramThread([&] {
             RECT place{};
             GetWindowRect(window, &place);
             MoveWindow(window, place.left, place.top, place.right - place.left + 40,
@@ -133,7 +133,7 @@ TEST(Commands, RepaintEachVisibleControlAfterAResizeAndAChangeOfPage) {
         paint();
         user::ChooseTab(1);
         paint();
-        user::Do([&] {
+        user::OnProgramThread([&] {
             SendMessageW(run.launcher.tab_control, WM_KEYDOWN, VK_LEFT, 1);
             for (const UINT id :
                  {UINT{IDC_PAGE_TABS}, UINT{IDC_IDE_PRIMARY_MASTER}, UINT{IDC_IDE_SECONDARY_SLAVE_BROWSE}})

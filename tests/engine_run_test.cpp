@@ -41,9 +41,9 @@ TEST(EngineRun, ShowsZeroBytesThatAnEarlierEngineCausesInTheLogAndKeepsTheSelect
             return gap != std::string::npos &&
                    text.find("··Machine arrêtée, code 0.", gap) != std::string::npos;
         });
-        user::Do([&] { SendMessageW(GetDlgItem(next.log_window, 1), EM_SETSEL, 5, 9); });
+        user::OnProgramThread([&] { SendMessageW(GetDlgItem(next.log_window, 1), EM_SETSEL, 5, 9); });
         user::Pause(600);
-        user::Do([&] {
+        user::OnProgramThread([&] {
             EXPECT_EQ(SendMessageW(GetDlgItem(next.log_window, 1), EM_GETSEL, 0, 0), MAKELPARAM(5, 9))
                 << "the text was set again without a change";
         });

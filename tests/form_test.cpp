@@ -81,7 +81,7 @@ std::string TextsOf(const Launcher& launcher) {
 TEST(Form, ShowsItsTextsInTheOrderOfTheTabKey) {
     LauncherRun run;
     run.Run([&] {
-        user::Do([&] {
+        user::OnProgramThread([&] {
             EXPECT_EQ(TextsOf(run.launcher), FORM_TEXTS);
             WCHAR text[64]{};
             TCITEMW tab{};
@@ -110,7 +110,7 @@ TEST(Form, ShowsItsTextsInTheOrderOfTheTabKey) {
 TEST(Form, SetsTheStylesThatChangeTheBehaviourOfControls) {
     LauncherRun run;
     run.Run([&] {
-        user::Do([&] {
+        user::OnProgramThread([&] {
             std::map<std::string, std::set<int>> styled;
             for (const HWND control : Controls(run.launcher)) {
                 const std::string kind = ClassOf(control);
@@ -174,7 +174,7 @@ TEST(Form, KeepsControlsAtTheirEdgesAndApartFromEachOtherAtEachSize) {
     run.Run([&] {
         std::vector<HWND> controls;
         std::vector<RECT> first;
-        user::Do([&] {
+        user::OnProgramThread([&] {
             controls = Controls(run.launcher);
             for (const HWND control : controls)
                 first.push_back(PlaceInClient(control));
@@ -189,9 +189,9 @@ TEST(Form, KeepsControlsAtTheirEdgesAndApartFromEachOtherAtEachSize) {
                 user::ChooseTab(page);
                 user::WaitUntil([&] { return user::IsVisible(IDC_MODULE_LIST) == (page == 1); });
                 EXPECT_EQ(user::IsVisible(IDC_IDE_SECONDARY_SLAVE), page == 0);
-                user::Do([&] { ExpectNoOverlap(controls, {0, 0, size.cx, size.cy}); });
+                user::OnProgramThread([&] { ExpectNoOverlap(controls, {0, 0, size.cx, size.cy}); });
             }
-            user::Do([&] {
+            user::OnProgramThread([&] {
                 for (std::size_t at = 0; at < controls.size(); ++at) {
                     const int id = GetDlgCtrlID(controls[at]);
                     const bool is_group = id == 0 && ClassOf(controls[at]) == "Button";
@@ -206,20 +206,21 @@ TEST(Form, KeepsControlsAtTheirEdgesAndApartFromEachOtherAtEachSize) {
             });
         }
         user::ResizeClient(1200, 800);
-        user::Do([&] {
+        user::OnProgramThread([&] {
             EXPECT_EQ(ColumnWidth(run.launcher, 0), 604);
             EXPECT_EQ(ColumnWidth(run.launcher, 1), 379);
             EXPECT_EQ(Text(PlaceInClient(GetDlgItem(run.launcher.main_window, IDC_KERNEL_PATH))),
                       "138,98 to 1064,123");
         });
         user::ResizeClient(300, 200);
-        user::Do([&] {
+        user::OnProgramThread([&] {
             EXPECT_EQ(Text(PlaceInClient(run.launcher.module_list)), "26,408 to 754,540")
                 << "not smaller than at the start";
             ShowWindow(run.launcher.main_window, SW_MINIMIZE);
         });
-        user::Do([&] { ShowWindow(run.launcher.main_window, SW_RESTORE); });
-        user::Do([&] { EXPECT_EQ(Text(PlaceInClient(run.launcher.tab_control)), "12,374 to 908,614"); });
+        user::OnProgramThread([&] { ShowWindow(run.launcher.main_window, SW_RESTORE); });
+        user::OnProgramThread(
+            [&] { EXPECT_EQ(Text(PlaceInClient(run.launcher.tab_control)), "12,374 to 908,614"); });
         EXPECT_FALSE(run.launcher.dirty) << "changes of page and size are not edits";
     });
 }

@@ -34,7 +34,7 @@ TEST(Handles, DoNotIncreaseWithEachSaveAndLaunch) {
     run.WriteConfig(TEXT("veldranevm.config"), "");
     run.Run([&] {
         user::WaitForStatus(TEXT("Configuration chargée."));
-        user::Do([&] {
+        user::OnProgramThread([&] {
             for (int round = 0; round < 3; ++round)
                 SaveLaunchAndShow(run);
             const Resources before = UsedResources();

@@ -11,7 +11,7 @@ namespace {
 
 UINT FocusedId() {
     UINT id = 0;
-    user::Do([&] { id = static_cast<UINT>(GetDlgCtrlID(GetFocus())); });
+    user::OnProgramThread([&] { id = static_cast<UINT>(GetDlgCtrlID(GetFocus())); });
     return id;
 }
 
@@ -27,7 +27,7 @@ std::vector<UINT> PressTab(std::size_t times) {
 
 void Focus(UINT id) {
     const HWND control = user::Control(id);
-    user::Do([&] { SetFocus(control); });
+    user::OnProgramThread([&] { SetFocus(control); });
 }
 
 TEST(Keyboard, MovesTheFocusWithTabInTheOrderOfTheTable) {
@@ -45,7 +45,7 @@ TEST(Keyboard, MovesTheFocusWithTabInTheOrderOfTheTable) {
         user::ChooseTab(1);
         Focus(IDC_PAGE_TABS);
         EXPECT_EQ(PressTab(3), (std::vector<UINT>{302, 303, 105})) << "no row is selected";
-        user::Do([&] {
+        user::OnProgramThread([&] {
             run.launcher.config.modules.assign(3, {TEXT("C:\\m.bin"), TEXT("m")});
             FillForm(run.launcher);
             SelectModuleRow(run.launcher, 1);
@@ -65,7 +65,7 @@ TEST(Keyboard, SelectsAZoomWithTheMouse) {
             return IsWindowVisible(list) != FALSE;
         }));
         RECT entries{};
-        user::Do([&] { GetClientRect(list, &entries); });
+        user::OnProgramThread([&] { GetClientRect(list, &entries); });
         user::ClickAt(list, 10, entries.bottom * 7 / 8);
         EXPECT_TRUE(user::WaitUntil([] { return Narrow(user::ControlText(IDC_ZOOM)) == "400 %"; }));
         EXPECT_TRUE(run.launcher.dirty);
@@ -88,17 +88,18 @@ TEST(Keyboard, RestoresTheFocusAfterBoxesAndAfterMinimising) {
         user::AnswerBox(IDCANCEL);
         user::Type(TEXT("b"));
         expect_typed("ab");
-        user::Do([&] { PostMessageW(run.launcher.main_window, WM_COMMAND, IDC_KERNEL_BROWSE, 0); });
+        user::OnProgramThread(
+            [&] { PostMessageW(run.launcher.main_window, WM_COMMAND, IDC_KERNEL_BROWSE, 0); });
         user::CancelFile();
         user::Type(TEXT("c"));
         expect_typed("abc");
-        user::Do([&] { ShowWindow(run.launcher.main_window, SW_MINIMIZE); });
-        user::Do([&] { ShowWindow(run.launcher.main_window, SW_RESTORE); });
+        user::OnProgramThread([&] { ShowWindow(run.launcher.main_window, SW_MINIMIZE); });
+        user::OnProgramThread([&] { ShowWindow(run.launcher.main_window, SW_RESTORE); });
         user::Type(TEXT("d"));
         expect_typed("abcd");
         user::Press(VK_TAB);
         EXPECT_EQ(FocusedId(), UINT{IDC_RAM_MIB});
-        user::Do([] {
+        user::OnProgramThread([] {
             SetFocus(nullptr);
             user::Press(VK_TAB);
         });
@@ -115,11 +116,11 @@ TEST(Keyboard, ScrollsSelectsAndCopiesTheLogWithKeys) {
         user::Press(VK_RETURN);
         EXPECT_TRUE(user::WaitForStatus(TEXT("Échec (code 7). Consultez le journal.")));
         HWND text = nullptr;
-        user::Do([&] { text = GetDlgItem(run.launcher.log_window, 1); });
+        user::OnProgramThread([&] { text = GetDlgItem(run.launcher.log_window, 1); });
         const WideText log = user::TextOf(text);
         const auto caret = [&] {
             LRESULT place = 0;
-            user::Do([&] { place = HIWORD(SendMessageW(text, EM_GETSEL, 0, 0)); });
+            user::OnProgramThread([&] { place = HIWORD(SendMessageW(text, EM_GETSEL, 0, 0)); });
             return static_cast<std::size_t>(place);
         };
         user::Press(VK_NEXT);
@@ -129,14 +130,14 @@ TEST(Keyboard, ScrollsSelectsAndCopiesTheLogWithKeys) {
         user::PressWith(VK_CONTROL, 'A');
         user::PressWith(VK_CONTROL, 'C');
         EXPECT_TRUE(user::WaitUntil([&] { return ClipboardText() == log; })) << Narrow(ClipboardText());
-        user::Do([&] {
+        user::OnProgramThread([&] {
             EXPECT_EQ(GetFocus(), text);
             SendMessageW(run.launcher.log_window, WM_CLOSE, 0, 0);
             ShowLogWindow(run.launcher);
             user::PressWith(VK_CONTROL, VK_HOME);
         });
         EXPECT_TRUE(user::WaitUntil([&] { return caret() == 0; })) << "the first key too";
-        user::Do([&] { PostMessageW(run.launcher.log_window, WM_CLOSE, 0, 0); });
+        user::OnProgramThread([&] { PostMessageW(run.launcher.log_window, WM_CLOSE, 0, 0); });
         user::Type(TEXT("x"));
         EXPECT_TRUE(user::WaitUntil([] {
             return Narrow(user::ControlText(IDC_KERNEL_COMMAND)).ends_with("7x");
@@ -163,7 +164,7 @@ TEST(Keyboard, RestoresTheFocusOfAButtonThatItsOwnPressDisables) {
         EXPECT_TRUE(user::WaitForStatus(TEXT("VM terminée.")));
         user::Press(VK_TAB);
         EXPECT_EQ(FocusedId(), UINT{IDC_VERIFY}) << "the button has the focus again";
-        user::Do([&] {
+        user::OnProgramThread([&] {
             run.launcher.config.modules.assign(3, {TEXT("C:\\m.bin"), TEXT("m")});
             FillForm(run.launcher);
             SelectModuleRow(run.launcher, 0);

@@ -26,7 +26,7 @@ TEST(FormPathLabel, HasNoAcceleratorKeyAndHidesItsChangesOfStyleFromTheControl) 
     run.Run([&] {
         for (const UINT id : {IDC_CONFIG_LINE, IDC_STATUS}) {
             const HWND label = user::Control(id);
-            user::Do([&] {
+            user::OnProgramThread([&] {
                 // The label keeps the control's own procedure here.
                 previous_procedure = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(label, GWLP_USERDATA));
                 SetWindowLongPtrW(label, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(RecordMessage));
@@ -37,7 +37,7 @@ TEST(FormPathLabel, HasNoAcceleratorKeyAndHidesItsChangesOfStyleFromTheControl) 
                 EXPECT_FALSE(WasReceived(WM_STYLECHANGING) || WasReceived(WM_STYLECHANGED));
             });
             user::PressWith(VK_MENU, 'D');
-            user::Do([&] {
+            user::OnProgramThread([&] {
                 EXPECT_EQ(GetDlgCtrlID(GetFocus()), IDC_RAM_MIB) << id;
                 EXPECT_FALSE(WasReceived(WM_GETDLGCODE)) << "a plain label would offer its letter";
                 SetWindowLongPtrW(label, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(previous_procedure));

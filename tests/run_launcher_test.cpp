@@ -75,7 +75,7 @@ TEST(RunLauncher, ShowsSpacesForControlCharactersInTheBoxButNotInTheStatusLine) 
         EXPECT_NE(text.find("inconnue : a b c d e f   "), std::string::npos) << text;
         EXPECT_EQ(text.find_first_of("\r\t"), std::string::npos);
         RECT box{};
-        user::Do([&] { GetWindowRect(user::Box(), &box); });
+        user::OnProgramThread([&] { GetWindowRect(user::Box(), &box); });
         EXPECT_LT(box.bottom - box.top, 500);
         user::AnswerBox(IDOK);
         user::WaitUntil([] { return user::IsVisible(IDC_LAUNCH); });

@@ -27,7 +27,7 @@ TEST(Story, ShowsTheEndOfARunWhileTheQuestionAboutChangesIsOpen) {
         EXPECT_TRUE(user::WaitUntil([] { return IsWindowVisible(user::LogWindow()) != FALSE; }));
         EXPECT_EQ(run.launcher.engine_process, nullptr);
         EXPECT_NE(user::Box(), nullptr) << "the question is still open";
-        user::Do([] { PostMessageW(user::Box(), WM_COMMAND, IDNO, 0); });
+        user::OnProgramThread([] { PostMessageW(user::Box(), WM_COMMAND, IDNO, 0); });
         EXPECT_TRUE(user::WaitForStatus(TEXT("Réglages par défaut. Choisissez un noyau ELF.")));
     });
 }
@@ -46,7 +46,7 @@ TEST(Story, ShowsTheEndOfALongLogAndKeepsTheSelectionWhileTheLogIsUnchanged) {
         Launcher& launcher = run.launcher;
         const WideText log = run.folder.Of(TEXT("à moi.log"));
         WriteBytes(log, std::string(0x100000, '\n'));
-        user::Do([&] { launcher.log_path = log; });
+        user::OnProgramThread([&] { launcher.log_path = log; });
         user::Click(IDC_SHOW_LOG);
         EXPECT_TRUE(user::WaitUntil([&] { return IsWindowVisible(launcher.log_window) != FALSE; }));
         const HWND window = launcher.log_window;
@@ -56,7 +56,7 @@ TEST(Story, ShowsTheEndOfALongLogAndKeepsTheSelectionWhileTheLogIsUnchanged) {
         EXPECT_TRUE(WaitForLogLength(launcher, 0));
         WriteBytes(log, "X" + std::string(0x100000, 'y'));
         EXPECT_TRUE(WaitForLogLength(launcher, 0x100000));
-        user::Do([&] {
+        user::OnProgramThread([&] {
             const HWND control = GetDlgItem(window, 1);
             EXPECT_EQ(SendMessageW(control, EM_GETLIMITTEXT, 0, 0), 0x200000);
             EXPECT_NE(GetWindowLongPtrW(control, GWL_STYLE) & ES_READONLY, 0);
@@ -69,7 +69,7 @@ TEST(Story, ShowsTheEndOfALongLogAndKeepsTheSelectionWhileTheLogIsUnchanged) {
             SendMessageW(control, EM_SETSEL, 3, 5);
         });
         user::Pause(600);
-        user::Do([&] {
+        user::OnProgramThread([&] {
             const HWND control = GetDlgItem(window, 1);
             EXPECT_EQ(SendMessageW(control, EM_GETSEL, 0, 0), MAKELONG(3, 5))
                 << "an unchanged log leaves the selection";

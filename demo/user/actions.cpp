@@ -112,7 +112,7 @@ HWND NameFieldOf(HWND box) {
 template <typename Value>
 Value Ask(const std::function<Value()>& question) {
     Value answer{};
-    Do([&] { answer = question(); });
+    OnProgramThread([&] { answer = question(); });
     return answer;
 }
 
@@ -199,7 +199,7 @@ void Click(UINT id) {
 
 void ClickWindow(HWND window) {
     WaitUntil([&] { return IsWindowVisible(window) != FALSE; });
-    Do([&] {
+    OnProgramThread([&] {
         RECT place{};
         GetWindowRect(window, &place);
         ClickScreen((place.left + place.right) / 2, (place.top + place.bottom) / 2);
@@ -207,7 +207,7 @@ void ClickWindow(HWND window) {
 }
 
 void ClickAt(HWND window, int x, int y) {
-    Do([&] {
+    OnProgramThread([&] {
         POINT place{x, y};
         ClientToScreen(window, &place);
         ClickScreen(place.x, place.y);
@@ -216,7 +216,7 @@ void ClickAt(HWND window, int x, int y) {
 
 void Type(WideView text) {
     for (const WCHAR character : text) {
-        Do([&] {
+        OnProgramThread([&] {
             SendCharacter(character, 0);
             SendCharacter(character, KEYEVENTF_KEYUP);
         });
@@ -224,14 +224,14 @@ void Type(WideView text) {
 }
 
 void Press(WORD key) {
-    Do([&] {
+    OnProgramThread([&] {
         SendKey(key, 0);
         SendKey(key, KEYEVENTF_KEYUP);
     });
 }
 
 void PressWith(WORD modifier, WORD key) {
-    Do([&] {
+    OnProgramThread([&] {
         SendKey(modifier, 0);
         SendKey(key, 0);
         SendKey(key, KEYEVENTF_KEYUP);
@@ -264,7 +264,7 @@ void ChooseTab(int index) {
 void ChooseRow(int index) {
     const HWND list = Control(IDC_MODULE_LIST);
     RECT row{};
-    Do([&] {
+    OnProgramThread([&] {
         row.left = LVIR_BOUNDS;
         SendMessageW(list, LVM_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&row));
     });
@@ -306,12 +306,12 @@ void CancelFile() {
 
 void CloseMainWindow() {
     const HWND window = MainWindow();
-    Do([&] { PostMessageW(window, WM_SYSCOMMAND, SC_CLOSE, 0); });
+    OnProgramThread([&] { PostMessageW(window, WM_SYSCOMMAND, SC_CLOSE, 0); });
 }
 
 void ResizeClient(int width, int height) {
     const HWND window = MainWindow();
-    Do([&] {
+    OnProgramThread([&] {
         RECT outer{0, 0, width, height};
         AdjustWindowRectEx(&outer, WS_OVERLAPPEDWINDOW, FALSE, 0);
         SetWindowPos(window, nullptr, 0, 0, outer.right - outer.left, outer.bottom - outer.top,

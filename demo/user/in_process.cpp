@@ -54,13 +54,14 @@ void CloseTopWindow() {
         PostMessageW(window, WM_CLOSE, 0, 0);
 }
 
-void CALLBACK RunWaitingAction(HWND, UINT, UINT_PTR, DWORD) {
+// Runs the action that the story waits for, if there is one. A step of RunWithUserCallback.
+unsigned RunWaitingAction() {
     std::unique_lock lock(shared.mutex);
     if (shared.story_ended)
-        return CloseTopWindow();
-    if (shared.action == nullptr)
-        return;
-    const auto* action = std::exchange(shared.action, nullptr);
+        return 0;
+    const auto* const action = std::exchange(shared.action, nullptr);
+    if (action == nullptr)
+        return ACTION_PERIOD_MS;
     lock.unlock();
     std::exception_ptr error;
     try {
@@ -72,6 +73,7 @@ void CALLBACK RunWaitingAction(HWND, UINT, UINT_PTR, DWORD) {
     shared.action_error = error;
     shared.action_done = true;
     shared.changed.notify_all();
+    return ACTION_PERIOD_MS;
 }
 
 // True when the user can see something: the window or, when the start fails, a box.
@@ -105,18 +107,14 @@ int RunWithUserThread(Launcher& launcher, const std::function<void()>& story) {
     shared.program_thread = std::this_thread::get_id();
     shared.story_ended = false;
     shared.program_ended = false;
-    const UINT_PTR timer = SetTimer(nullptr, 0, ACTION_PERIOD_MS, RunWaitingAction);
     std::thread user_thread(RunStory, std::cref(story), std::ref(error));
-    const int exit_code = RunLauncher(launcher, GetModuleHandleW(nullptr), SW_SHOWNORMAL);
+    const int exit_code = RunWithUserCallback(launcher, RunWaitingAction, [](unsigned) {});
     {
         const std::lock_guard lock(shared.mutex);
         shared.program_ended = true;
         shared.changed.notify_all();
     }
     user_thread.join();
-    KillTimer(nullptr, timer);
-    if (IsWindow(launcher.main_window) != FALSE)
-        DestroyWindow(launcher.main_window);  // after a failed start RunLauncher does not destroy it
     if (error)
         std::rethrow_exception(error);
     return exit_code;
@@ -164,12 +162,14 @@ int RunWithUserCallback(Launcher& launcher, const std::function<unsigned()>& ste
     pass_time(ACTION_PERIOD_MS);
     const int exit_code = RunLauncher(launcher, GetModuleHandleW(nullptr), SW_SHOWNORMAL);
     KillTimer(nullptr, timer);
+    if (IsWindow(launcher.main_window) != FALSE)
+        DestroyWindow(launcher.main_window);  // after a failed start RunLauncher does not destroy it
     if (callback.error)
         std::rethrow_exception(callback.error);
     return exit_code;
 }
 
-void Do(const std::function<void()>& action) {
+void OnProgramThread(const std::function<void()>& action) {
     if (std::this_thread::get_id() == shared.program_thread)
         return action();
     std::unique_lock lock(shared.mutex);
@@ -185,12 +185,12 @@ void Do(const std::function<void()>& action) {
 
 bool WaitUntil(const std::function<bool()>& condition, unsigned limit_ms) {
     if (std::this_thread::get_id() == shared.program_thread)
-        return condition();
+        throw std::logic_error("a wait on the program's thread would stop the program");
     const auto limit = std::chrono::steady_clock::now() + std::chrono::milliseconds(limit_ms);
     try {
         for (;;) {
             bool is_true = false;
-            Do([&] { is_true = condition(); });
+            OnProgramThread([&] { is_true = condition(); });
             if (is_true)
                 return true;
             if (std::chrono::steady_clock::now() > limit)

@@ -25,24 +25,22 @@ int RunWithUserThread(Launcher& launcher, const std::function<void()>& story);
 
 // Runs RunLauncher on this thread and calls `step`, which acts as the user, from a timer on the same thread:
 // whenever the program has no message, no input and nothing to paint, also inside its modal boxes. The step
-// may call all functions below except Pause and WaitForEnd. They do not wait, and their input takes effect
-// after the step has returned. The step returns the milliseconds until its next call. After it returns 0 it
-// is not called again, and the windows that are still open are closed without saving. `pass_time` is called
-// with the milliseconds until the next step; a caller that controls the clock advances the clock there.
-// Returns the exit code of the program. Throws what the step throws.
+// may call all functions below that do not wait; its input takes effect after the step has returned. The step
+// returns the milliseconds until its next call. After it returns 0 it is not called again, and the windows
+// that are still open are closed without saving. `pass_time` is called with the milliseconds until the next
+// step; a caller that controls the clock advances the clock there. Returns the exit code of the program.
+// Throws what the step throws.
 int RunWithUserCallback(Launcher& launcher, const std::function<unsigned()>& step,
                         const std::function<void(unsigned)>& pass_time);
 
-// Runs `action` between two messages of a program in this process, also inside its modal boxes; with a
-// program in another process, runs it at once. Throws what the action throws, and when a program in this
-// process has ended. Most functions below use Do.
-void Do(const std::function<void()>& action);
+// Runs `action` on the program's thread, between two messages, also inside the program's modal boxes. A
+// program in another process has no such thread here: then it runs at once. Throws what the action throws,
+// and when a program in this process has ended. Most functions below use OnProgramThread.
+void OnProgramThread(const std::function<void()>& action);
 
-// Evaluates `condition` again and again until it is true or the time is over. Returns true when it became
-// true. With the program in this process: at the time limit, throws an exception that contains the texts on
-// the screen; when the program has ended, returns false. With the program in another process: at the time
-// limit, returns false; when the program has ended, throws. A step of RunWithUserCallback does not wait: the
-// condition is evaluated once, and its value is returned.
+// Evaluates `condition` on the program's thread again and again until it is true. Returns true when it has
+// become true, false when the program has ended before. Throws at the time limit. Only for the user's own
+// thread, like all functions below that wait.
 bool WaitUntil(const std::function<bool()>& condition, unsigned limit_ms = 15000);
 
 // The user waits for this time; the program continues.

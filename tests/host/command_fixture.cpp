@@ -198,8 +198,6 @@ int CommandFixture::RunProgram(const std::function<void()>& test, const std::fun
     };
     const int exit_code = user::RunWithUserCallback(
         run.launcher, [this] { return Step(*this); }, pass_time);
-    if (IsWindow(run.launcher.main_window) != FALSE)
-        DestroyWindow(run.launcher.main_window);
     EXPECT_EQ(host::OpenHandles(), 0U) << "the handle of a running engine is closed too";
     return exit_code;
 }

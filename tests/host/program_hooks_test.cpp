@@ -35,7 +35,7 @@ TEST(ProgramHooks, EachCommandRequestsItsFileBox) {
     };
     LauncherRun run;
     run.Run([&] {
-        user::Do([&] {
+        user::OnProgramThread([&] {
             for (const UINT id : {201U, 212U, 401U, 402U, 403U, 404U})
                 SetDlgItemTextW(run.launcher.main_window, static_cast<int>(id),
                                 Wide(std::to_string(id)).c_str());
@@ -73,7 +73,8 @@ TEST(ProgramHooks, AFileBoxThatFailsIsReported) {
     LauncherRun run;
     run.Run([&] {
         const auto set_kernel = [&](const WideText& text) {
-            user::Do([&] { SetDlgItemTextW(run.launcher.main_window, IDC_KERNEL_PATH, text.c_str()); });
+            user::OnProgramThread(
+                [&] { SetDlgItemTextW(run.launcher.main_window, IDC_KERNEL_PATH, text.c_str()); });
             user::Click(IDC_KERNEL_BROWSE);
         };
         set_kernel(TEXT("a|b"));
@@ -105,7 +106,7 @@ TEST(ProgramHooks, ACommandThatThrowsReturnsZero) {
     LauncherRun run;
     host::StartTrace();
     run.Run([&] {
-        user::Do([&] {
+        user::OnProgramThread([&] {
             EXPECT_EQ(host::TracedArguments("SetTimer"), (std::vector<DWORD>{250})) << "milliseconds";
             EXPECT_EQ(host::TracedArguments("InitCommonControlsEx"), (std::vector<DWORD>{9}))
                 << "ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES";
@@ -120,7 +121,7 @@ TEST(ProgramHooks, ACommandThatThrowsReturnsZero) {
 TEST(ProgramHooks, AReadErrorShortensTheTextOfTheLog) {
     LauncherRun run;
     run.Run([&] {
-        user::Do([&] {
+        user::OnProgramThread([&] {
             Launcher& launcher = run.launcher;
             launcher.log_path = run.folder.Of(TEXT("veldranevm.log"));
             WriteBytes(launcher.log_path, "première moitié");
@@ -138,7 +139,7 @@ TEST(ProgramHooks, AReadErrorShortensTheTextOfTheLog) {
 TEST(ProgramHooks, LabelsShowAmpersandsAndGroupBoxesReportAnErasedBackground) {
     LauncherRun run;
     run.Run([&] {
-        user::Do([&] {
+        user::OnProgramThread([&] {
             for (const HWND label : {run.launcher.path_label, run.launcher.status_label}) {
                 SetWindowTextW(label, TEXT("C:\\R&D\\noyau.elf"));
                 EXPECT_EQ(Narrow(host::DrawnText(label)), "C:\\R&D\\noyau.elf");

@@ -38,12 +38,12 @@ TEST(RunLauncher, DoesNotMoveTheControlsWhenDeferWindowPosFails) {
         run.Run([&] {
             RECT before{}, after{};
             const HWND button = user::Control(IDC_KERNEL_BROWSE);
-            user::Do([&] {
+            user::OnProgramThread([&] {
                 GetWindowRect(button, &before);
                 host::FailCall(call, 3 - 2 * (call[0] == 'B'), ERROR_NOT_ENOUGH_MEMORY);
             });
             user::ResizeClient(1200, 800);
-            user::Do([&] {
+            user::OnProgramThread([&] {
                 GetWindowRect(button, &after);
                 EXPECT_EQ(host::ClearFaults(), 1U);
                 EXPECT_EQ(SendMessageW(run.launcher.module_list, LVM_GETCOLUMNWIDTH, 0, 0), 604)

@@ -33,7 +33,7 @@ template <typename Look>
 auto Seen(const Launcher& launcher, const Look& look) {
     user::Pause(150);
     decltype(look()) seen{};
-    user::Do([&] {
+    user::OnProgramThread([&] {
         UpdateWindow(launcher.main_window);
         seen = look();
     });
@@ -76,7 +76,7 @@ TEST(Picture, PaintsGroupBoxesAndFramesCompletelyAtTheStartAndAfterEachChange) {
 TEST(Picture, FramesEraseTheirBackgroundExceptUnderOtherControls) {
     LauncherRun run;
     run.Run([&] {
-        user::Do([&] {
+        user::OnProgramThread([&] {
             const HWND window = run.launcher.main_window;
             const HWND kernel = GetDlgItem(window, IDC_KERNEL_PATH);
             const HWND machine = GetWindow(GetWindow(kernel, GW_HWNDPREV), GW_HWNDPREV);
@@ -104,7 +104,7 @@ TEST(Picture, FramesEraseTheirBackgroundExceptUnderOtherControls) {
 
 // The width of the drawn text in the label, in pixels.
 LONG DrawnWidth(const Launcher& launcher, UINT id, const WCHAR* text) {
-    user::Do([&] { SetDlgItemTextW(launcher.main_window, static_cast<int>(id), text); });
+    user::OnProgramThread([&] { SetDlgItemTextW(launcher.main_window, static_cast<int>(id), text); });
     const RECT place = PlaceOf(launcher, id);
     const auto pixels = Seen(launcher, [&] { return Pixels(launcher.main_window, place); });
     const LONG across = place.right - place.left;

@@ -17,18 +17,19 @@ void SendMouse(DWORD flags) {
 SIZE DragCorner(int dx, int dy) {
     const HWND window = user::MainWindow();
     RECT place{};
-    user::Do([&] {
+    user::OnProgramThread([&] {
         GetWindowRect(window, &place);
         SetCursorPos(place.right - 2, place.bottom - 2);
         SendMouse(MOUSEEVENTF_LEFTDOWN);
     });
     for (int step = 1; step <= 4; ++step) {
         user::Pause(30);
-        user::Do([&] { SetCursorPos(place.right - 2 + dx * step / 4, place.bottom - 2 + dy * step / 4); });
+        user::OnProgramThread(
+            [&] { SetCursorPos(place.right - 2 + dx * step / 4, place.bottom - 2 + dy * step / 4); });
     }
-    user::Do([] { SendMouse(MOUSEEVENTF_LEFTUP); });
+    user::OnProgramThread([] { SendMouse(MOUSEEVENTF_LEFTUP); });
     user::Pause(100);
-    user::Do([&] { GetWindowRect(window, &place); });
+    user::OnProgramThread([&] { GetWindowRect(window, &place); });
     return {place.right - place.left, place.bottom - place.top};
 }
 
@@ -36,7 +37,7 @@ TEST(Resize, StopsAtTheInitialSizeWhenACornerIsDragged) {
     LauncherRun run;
     run.Run([&] {
         RECT first{};
-        user::Do([&] { GetWindowRect(run.launcher.main_window, &first); });
+        user::OnProgramThread([&] { GetWindowRect(run.launcher.main_window, &first); });
         const SIZE larger = DragCorner(120, 60);
         EXPECT_EQ(larger.cx, first.right - first.left + 120);
         EXPECT_EQ(larger.cy, first.bottom - first.top + 60);
