@@ -1,5 +1,5 @@
 // The rules of the launcher as a user knows them.
-#include "host/launcher_model.h"
+#include "long/host/launcher_model.h"
 
 #include <algorithm>
 #include <iterator>

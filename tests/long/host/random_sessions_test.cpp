@@ -9,8 +9,8 @@
 
 #include "controls.h"
 #include "demo/user/user.h"
-#include "host/launcher_model.h"
 #include "launcher_run.h"
+#include "long/host/launcher_model.h"
 #include "platform/host/hooks/test_hooks.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <sstream>
 
-#include "host/command_fixture.h"
+#include "fault/host/command_fixture.h"
 #include "platform/host/hooks/test_hooks.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // The fixture, its commands and the sweep.
-#include "host/command_fixture.h"
+#include "fault/host/command_fixture.h"
 
 #include <gtest/gtest.h>
 

@@ -7,9 +7,9 @@
 #include <tuple>
 #include <utility>
 
+#include "fault/host/command_fixture.h"
+#include "fault/host/memory/shortage.h"
 #include "form/form_ids.h"
-#include "host/command_fixture.h"
-#include "host/memory/shortage.h"
 #include "launch/log_window.h"
 
 namespace {

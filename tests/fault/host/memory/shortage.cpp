@@ -1,5 +1,5 @@
 // The program's operator new, in its own file so that the compiler cannot inline it.
-#include "host/memory/shortage.h"
+#include "fault/host/memory/shortage.h"
 
 #include <cstdlib>
 #include <new>
