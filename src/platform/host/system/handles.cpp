@@ -107,7 +107,7 @@ BOOL WINAPI CloseHandle(HANDLE handle) {
     const bool must_fail = host::CallFails("CloseHandle");
     const DWORD injected_error = GetLastError();
     if (host::FindObject(handle) == nullptr)
-        return FALSE;
+        host::NotImplemented("CloseHandle", "a handle that is not open");
     host::handles.open.erase(reinterpret_cast<std::uintptr_t>(handle));
     host::ReapChildren();
     return must_fail ? host::Fail(injected_error) : TRUE;
