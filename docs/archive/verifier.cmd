@@ -1,0 +1,3 @@
+@echo off
+"%~dp0verifier.exe"
+pause
