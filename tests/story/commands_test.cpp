@@ -86,6 +86,28 @@ TEST(Commands, ReportAMissingFileAtALaunchAndUseTheCurrentFolderAfterAReset) {
     });
 }
 
+TEST(Commands, ReadTheFullPathThatAFieldMeans) {
+    LauncherRun run;
+    const std::string home = Narrow(run.folder.path);
+    const std::pair<const WCHAR*, std::string> cases[] = {
+        {TEXT(""), ""},
+        {TEXT("k.elf"), home + "\\k.elf"},
+        {TEXT("./a/../b c/k.elf"), home + "\\b c\\k.elf"},
+        {TEXT("..\\k.elf"), home.substr(0, home.rfind('\\')) + "\\k.elf"},
+        {TEXT("\\x\\k.elf"), home.substr(0, 2) + "\\x\\k.elf"},
+        {TEXT("D:k.elf"), "D:\\k.elf"},
+        {TEXT("D:/x/./k.elf"), "D:\\x\\k.elf"},
+    };
+    run.Run([&] {
+        user::OnProgramThread([&] {
+            for (const auto& [text, path] : cases) {
+                SetWindowTextW(user::Control(IDC_KERNEL_PATH), text);
+                EXPECT_EQ(Narrow(ReadForm(run.launcher).kernel), path) << Narrow(text);
+            }
+        });
+    });
+}
+
 TEST(Commands, RefuseANumberOutsideItsLimits) {
     const struct {
         UINT id;

@@ -6,6 +6,7 @@
 #include "form/title.h"
 #include "launch/log_window.h"
 #include "launcher_run.h"
+#include "shell/focus_keeper.h"
 
 namespace {
 
@@ -105,6 +106,89 @@ TEST(Keyboard, RestoresTheFocusAfterBoxesAndAfterMinimising) {
         });
         EXPECT_TRUE(user::WaitUntil([] { return GetDlgCtrlID(GetFocus()) == IDC_TIMEOUT_MS; }))
             << "without a focus, Tab continues from the last field";
+    });
+}
+
+TEST(Keyboard, PutsTheFocusOnTheFieldWithTheWrongValue) {
+    LauncherRun run;
+    run.Run([&] {
+        user::Fill(IDC_RAM_MIB, TEXT("9"));
+        user::Click(IDC_SAVE);
+        EXPECT_EQ(TakeErrorBox(), "Veldrane VM\nValeur hors limites : RAM (16..2048 Mio)");
+        user::Type(TEXT("64"));
+        EXPECT_TRUE(user::WaitUntil([] { return Narrow(user::ControlText(IDC_RAM_MIB)) == "64"; }))
+            << "what is typed replaces the value";
+        user::Click(IDC_LAUNCH);
+        EXPECT_EQ(TakeErrorBox(), "Veldrane VM\nChoisissez un noyau ELF.");
+        user::Type(TEXT("k"));
+        EXPECT_TRUE(user::WaitUntil([] { return Narrow(user::ControlText(IDC_KERNEL_PATH)) == "k"; }));
+    });
+}
+
+TEST(Keyboard, SendsKeysWithoutAFocusToTheLastFieldThatCanTakeThem) {
+    constexpr LPARAM WITH_ALT = 0x20000001;
+    const struct {
+        UINT message;
+        LPARAM details;
+        UINT becomes;
+        bool goes_to_field;
+    } cases[] = {
+        {WM_KEYDOWN, 1, WM_KEYDOWN, true},
+        {WM_KEYUP, 1, WM_KEYUP, true},
+        {WM_CHAR, 1, WM_CHAR, true},
+        {WM_SYSKEYDOWN, 1, WM_KEYDOWN, true},
+        {WM_SYSKEYUP, 1, WM_KEYUP, true},
+        {WM_SYSKEYDOWN, WITH_ALT, WM_SYSKEYDOWN, false},
+        {WM_SYSKEYUP, WITH_ALT, WM_SYSKEYUP, false},
+        {WM_TIMER, 0, WM_TIMER, false},
+    };
+    LauncherRun run;
+    run.Run([&] {
+        user::OnProgramThread([&] {
+            const HWND window = run.launcher.main_window;
+            const HWND field = GetDlgItem(window, IDC_RAM_MIB);
+            HWND last = nullptr;
+            MSG message{};
+            SetFocus(field);
+            KeepFocus(window, last, message);
+            EXPECT_EQ(last, field);
+            for (const auto& c : cases) {
+                message = {};
+                message.hwnd = window;
+                message.message = c.message;
+                message.lParam = c.details;
+                SetFocus(nullptr);
+                KeepFocus(window, last, message);
+                EXPECT_EQ(GetFocus(), field);
+                EXPECT_EQ(message.message, c.becomes) << c.message;
+                EXPECT_EQ(message.hwnd, c.goes_to_field ? field : window) << c.message;
+            }
+            message.message = WM_KEYDOWN;
+            message.hwnd = run.launcher.tab_control;
+            SetFocus(nullptr);
+            KeepFocus(window, last, message);
+            EXPECT_EQ(message.hwnd, run.launcher.tab_control) << "a key for another window stays there";
+            // A disabled field, and one on the hidden page.
+            for (const int id : {IDC_WIDTH, IDC_MODULE_LIST}) {
+                SetFocus(nullptr);
+                last = GetDlgItem(window, id);
+                KeepFocus(window, last, message);
+                EXPECT_EQ(GetFocus(), window) << id;
+            }
+        });
+    });
+}
+
+TEST(Keyboard, LeavesAFieldThatAChangeOfPageHides) {
+    LauncherRun run;
+    run.Run([&] {
+        Focus(IDC_IDE_PRIMARY_MASTER);
+        user::OnProgramThread([&] { SendMessageW(run.launcher.tab_control, WM_KEYDOWN, VK_RIGHT, 1); });
+        EXPECT_TRUE(user::WaitUntil([&] { return GetFocus() == run.launcher.main_window; }));
+        user::Press(VK_ESCAPE);
+        user::Press(VK_TAB);
+        EXPECT_EQ(FocusedId(), UINT{IDC_LOAD});
+        EXPECT_NE(user::MainWindow(), nullptr) << "Escape closes nothing";
     });
 }
 

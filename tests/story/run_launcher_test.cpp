@@ -66,13 +66,13 @@ TEST(RunLauncher, ShowsSpacesForControlCharactersInTheBoxButNotInTheStatusLine) 
     const std::string key =
         "a\rb\tc\x1F"
         "d\x7F"
-        "e\u0085f";
+        "e\u0085f~\u00A0g";
     run.WriteConfig(TEXT("veldranevm.config"),
                     key + std::string(700, '\r') + std::string(900, '\t') + "x=1\n");
     run.Run([&] {
         ASSERT_TRUE(user::WaitForBox());
         const std::string text = user::BoxText();
-        EXPECT_NE(text.find("inconnue : a b c d e f   "), std::string::npos) << text;
+        EXPECT_NE(text.find("inconnue : a b c d e f~\u00A0g   "), std::string::npos) << text;
         EXPECT_EQ(text.find_first_of("\r\t"), std::string::npos);
         RECT box{};
         user::OnProgramThread([&] { GetWindowRect(user::Box(), &box); });
@@ -81,6 +81,28 @@ TEST(RunLauncher, ShowsSpacesForControlCharactersInTheBoxButNotInTheStatusLine) 
         user::WaitUntil([] { return user::IsVisible(IDC_LAUNCH); });
         EXPECT_NE(Narrow(user::Status()).find(" : " + key + "\r\r"), std::string::npos);
     });
+}
+
+bool was_minimised = false;
+
+// Once the window is shown, notes how and closes it.
+void CALLBACK NoteAndClose(HWND, UINT, UINT_PTR, DWORD) {
+    const HWND window = FindWindowW(MAIN_WINDOW_CLASS, nullptr);
+    if (IsWindowVisible(window) == FALSE)
+        return;
+    was_minimised = (GetWindowLongPtrW(window, GWL_STYLE) & WS_MINIMIZE) != 0;
+    PostMessageW(window, WM_CLOSE, 0, 0);
+}
+
+TEST(RunLauncher, ShowsTheWindowAsTheSystemAsks) {
+    for (const int show_command : {SW_MINIMIZE, SW_SHOWNORMAL}) {
+        LauncherRun run;
+        const UINT_PTR timer = SetTimer(nullptr, 0, 10, NoteAndClose);
+        EXPECT_EQ(RunLauncher(run.launcher, GetModuleHandleW(nullptr), show_command), 0);
+        KillTimer(nullptr, timer);
+        EXPECT_EQ(was_minimised, show_command == SW_MINIMIZE);
+        UnregisterWindowClasses();
+    }
 }
 
 TEST(RunLauncher, ReportsAFolderWithTheDefaultNameAsAFileThatCannotBeOpened) {

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "form/form_ids.h"
+#include "launch/engine_run.h"
+#include "launch/log_window.h"
 #include "launcher_run.h"
 
 namespace {
@@ -19,6 +21,13 @@ TEST(Story, ShowsTheEndOfARunWhileTheQuestionAboutChangesIsOpen) {
         user::Click(IDC_LAUNCH);
         EXPECT_TRUE(
             user::WaitForStatus(TEXT("VM démarrée. Les réglages s'appliquent au prochain lancement.")));
+        user::OnProgramThread([&] {
+            const HANDLE engine = run.launcher.engine_process;
+            LaunchEngine(run.launcher, true);
+            EXPECT_EQ(run.launcher.engine_process, engine) << "a second launch does nothing";
+            EXPECT_FALSE(run.launcher.run_is_dry);
+        });
+        EXPECT_FALSE(user::IsEnabled(IDC_LAUNCH) || user::IsEnabled(IDC_VERIFY));
         TypeIntoCommand(TEXT("x"));
         user::Click(IDC_RESET);
         EXPECT_TRUE(user::WaitForBox());
@@ -26,9 +35,59 @@ TEST(Story, ShowsTheEndOfARunWhileTheQuestionAboutChangesIsOpen) {
         EXPECT_TRUE(user::WaitForStatus(TEXT("Échec (code 1). Consultez le journal.")));
         EXPECT_TRUE(user::WaitUntil([] { return IsWindowVisible(user::LogWindow()) != FALSE; }));
         EXPECT_EQ(run.launcher.engine_process, nullptr);
+        EXPECT_TRUE(user::IsEnabled(IDC_LAUNCH) && user::IsEnabled(IDC_VERIFY));
         EXPECT_NE(user::Box(), nullptr) << "the question is still open";
         user::OnProgramThread([] { PostMessageW(user::Box(), WM_COMMAND, IDNO, 0); });
         EXPECT_TRUE(user::WaitForStatus(TEXT("Réglages par défaut. Choisissez un noyau ELF.")));
+    });
+}
+
+TEST(Story, AsksBeforeItClosesAndSavesWhenTheAnswerIsYes) {
+    LauncherRun run;
+    run.WriteConfig(TEXT("veldranevm.config"), "");
+    const int exit_code = run.Run([&] {
+        TypeIntoCommand(TEXT("x"));
+        user::CloseMainWindow();
+        user::AnswerBox(IDCANCEL);
+        user::Fill(IDC_RAM_MIB, TEXT("9"));
+        user::CloseMainWindow();
+        user::AnswerBox(IDYES);
+        EXPECT_EQ(TakeErrorBox(), "Veldrane VM\nValeur hors limites : RAM (16..2048 Mio)");
+        user::Fill(IDC_RAM_MIB, TEXT("64"));
+        user::CloseMainWindow();
+        user::AnswerBox(IDYES);
+        EXPECT_TRUE(user::WaitForEnd());
+    });
+    EXPECT_EQ(exit_code, 0);
+    const std::string saved = ReadBytes(run.folder.Of(TEXT("veldranevm.config")));
+    EXPECT_NE(saved.find("\ncommand=x\n"), std::string::npos) << saved;
+    EXPECT_NE(saved.find("\nram_mib=64\n"), std::string::npos) << saved;
+}
+
+TEST(Story, ShowsTheLogInAWindowOfItsOwn) {
+    LauncherRun run;
+    run.Run([&] {
+        user::OnProgramThread([&] {
+            Launcher& launcher = run.launcher;
+            launcher.log_path = run.folder.Of(TEXT("veldranevm.log"));
+            WriteBytes(launcher.log_path, "x");
+            ShowLogWindow(launcher);
+            const HWND window = launcher.log_window;
+            const HWND text = GetDlgItem(window, 1);
+            RECT place{};
+            GetWindowRect(window, &place);
+            EXPECT_EQ(place.right - place.left, 850);
+            EXPECT_EQ(place.bottom - place.top, 520);
+            EXPECT_EQ(GetWindow(window, GW_OWNER), launcher.main_window);
+            EXPECT_NE(GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_TOOLWINDOW, 0);
+            EXPECT_EQ(GetWindowLongPtrW(window, GWL_STYLE) & WS_OVERLAPPEDWINDOW, WS_OVERLAPPEDWINDOW);
+            EXPECT_NE(GetWindowLongPtrW(text, GWL_EXSTYLE) & WS_EX_CLIENTEDGE, 0);
+            EXPECT_EQ(GetWindowLongPtrW(text, GWL_STYLE), WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_HSCROLL |
+                                                              ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL |
+                                                              ES_READONLY);
+            EXPECT_EQ(SendMessageW(text, WM_GETFONT, 0, 0),
+                      reinterpret_cast<LRESULT>(GetStockObject(ANSI_FIXED_FONT)));
+        });
     });
 }
 
@@ -59,7 +118,6 @@ TEST(Story, ShowsTheEndOfALongLogAndKeepsTheSelectionWhileTheLogIsUnchanged) {
         user::OnProgramThread([&] {
             const HWND control = GetDlgItem(window, 1);
             EXPECT_EQ(SendMessageW(control, EM_GETLIMITTEXT, 0, 0), 0x200000);
-            EXPECT_NE(GetWindowLongPtrW(control, GWL_STYLE) & ES_READONLY, 0);
             MoveWindow(window, 0, 0, 500, 300, TRUE);
             RECT inside{}, text{};
             GetClientRect(window, &inside);
