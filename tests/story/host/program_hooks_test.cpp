@@ -11,6 +11,15 @@
 
 namespace {
 
+std::ptrdiff_t Count(const std::vector<RECT>& rectangles, const RECT& wanted) {
+    return std::count_if(
+        rectangles.begin(), rectangles.end(),
+        [&](const RECT& one) {
+            return one.left == wanted.left && one.top == wanted.top && one.right == wanted.right &&
+                   one.bottom == wanted.bottom;
+        });
+}
+
 const char* const NO_BOX = "Veldrane VM\nBoîte de sélection de fichier indisponible.";
 
 TEST(ProgramHooks, EachCommandRequestsItsFileBox) {
@@ -136,7 +145,7 @@ TEST(ProgramHooks, AReadErrorShortensTheTextOfTheLog) {
     });
 }
 
-TEST(ProgramHooks, LabelsShowAmpersandsAndGroupBoxesReportAnErasedBackground) {
+TEST(ProgramHooks, LabelsShowAmpersands) {
     LauncherRun run;
     run.Run([&] {
         user::OnProgramThread([&] {
@@ -148,16 +157,32 @@ TEST(ProgramHooks, LabelsShowAmpersandsAndGroupBoxesReportAnErasedBackground) {
                 EXPECT_EQ(GetWindowLongPtrW(label, GWL_STYLE) & SS_NOPREFIX, 0)
                     << "the style in the table of controls does not change";
             }
-            int groups = 0;
-            for (HWND child = GetWindow(run.launcher.main_window, GW_CHILD); child != nullptr;
-                 child = GetWindow(child, GW_HWNDNEXT)) {
-                if ((GetWindowLongPtrW(child, GWL_STYLE) & BS_TYPEMASK) != BS_GROUPBOX ||
-                    GetDlgCtrlID(child) != 0)
-                    continue;
-                ++groups;
-                EXPECT_EQ(SendMessageW(child, WM_ERASEBKGND, 1, 0), 1);
-            }
-            EXPECT_EQ(groups, 2);
+        });
+    });
+}
+
+TEST(ProgramHooks, FramesEraseTheirBackgroundExceptUnderOtherVisibleControls) {
+    LauncherRun run;
+    run.Run([&] {
+        user::OnProgramThread([&] {
+            const HWND window = run.launcher.main_window;
+            const HWND kernel = GetDlgItem(window, IDC_KERNEL_PATH);
+            HWND machine = GetWindow(window, GW_CHILD);  // the first group box
+            while ((GetWindowLongPtrW(machine, GWL_STYLE) & BS_TYPEMASK) != BS_GROUPBOX)
+                machine = GetWindow(machine, GW_HWNDNEXT);
+            std::vector<RECT> excluded;
+            host::RecordExcludedRectangles(&excluded);
+            EXPECT_EQ(SendMessageW(machine, WM_ERASEBKGND, 1, 0), 1);
+            EXPECT_EQ(excluded.size(), 48U) << "of 56, all but the frame itself and seven on the other page";
+            EXPECT_EQ(Count(excluded, {126, 24, 772, 49}), 1) << "the kernel's field";
+            excluded.clear();
+            SendMessageW(run.launcher.tab_control, WM_ERASEBKGND, 1, 0);
+            EXPECT_EQ(excluded.size(), 48U);
+            EXPECT_EQ(Count(excluded, {152, 39, 772, 64}), 1) << "the first disk's field";
+            excluded.clear();
+            SendMessageW(kernel, WM_ERASEBKGND, 1, 0);
+            EXPECT_EQ(excluded.size(), 0U) << "not a frame";
+            host::RecordExcludedRectangles(nullptr);
         });
     });
 }

@@ -38,6 +38,9 @@ bool IsTestClock();
 [[noreturn]] void NotImplemented(const char* call, const char* what);
 [[noreturn]] void NotImplemented(const char* call, const char* what, std::uintptr_t number);
 
+// For RecordExcludedRectangles.
+void NoteExcludedRectangle(const RECT& rectangle);
+
 // For ResetLayer: clears the faults, the trace, the test clock and the last error.
 void ResetHooks();
 

@@ -29,6 +29,7 @@ struct Hooks {
     bool is_test_clock = false;
     std::uint64_t test_clock_ms = 0;
     std::uint64_t ms_per_reading = 0;
+    std::vector<RECT>* excluded = nullptr;
     int suspensions = 0;
 };
 
@@ -138,6 +139,15 @@ void NotImplemented(const char* call, const char* what) {
 void NotImplemented(const char* call, const char* what, std::uintptr_t number) {
     std::fprintf(stderr, "The layer does not implement this of %s: %s 0x%04zX\n", call, what, number);
     std::abort();
+}
+
+void RecordExcludedRectangles(std::vector<RECT>* rectangles) {
+    hooks.excluded = rectangles;
+}
+
+void NoteExcludedRectangle(const RECT& rectangle) {
+    if (hooks.excluded != nullptr)
+        hooks.excluded->push_back(rectangle);
 }
 
 void ResetHooks() {

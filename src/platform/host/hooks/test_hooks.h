@@ -71,6 +71,9 @@ void SetModuleFile(std::u16string path);
 // has SS_NOPREFIX.
 std::u16string DrawnText(HWND label);
 
+// From now on each call of ExcludeClipRect adds its rectangle to `rectangles`; none does for null.
+void RecordExcludedRectangles(std::vector<RECT>* rectangles);
+
 std::u16string ClipboardText();
 
 // A copy of a request for a file box. LastFileBox returns that of the last box.

@@ -117,7 +117,8 @@ HGDIOBJ WINAPI GetStockObject(int object) {
     return reinterpret_cast<HGDIOBJ>(STOCK_OBJECTS + static_cast<std::uintptr_t>(object));
 }
 
-int WINAPI ExcludeClipRect(HDC, int, int, int, int) {
+int WINAPI ExcludeClipRect(HDC, int left, int top, int right, int bottom) {
+    host::NoteExcludedRectangle({left, top, right, bottom});
     return SIMPLEREGION;
 }
 
