@@ -7,7 +7,7 @@
 
 #include "adapter/engine_checks.h"
 #include "adapter/kernel_format.h"
-#include "config/vm_config.h"
+#include "base/text_convert.h"
 
 namespace {
 
@@ -15,25 +15,28 @@ namespace {
 constexpr auto STUB = std::to_array<unsigned char>({
 #include "stub.inc"
 });
-constexpr std::size_t STUB_OPERAND = 1;  // the operand of its first instruction: the information's address
+constexpr std::size_t STUB_OPERAND = 1;  // the operand of its first instruction: the record's address
 
-// The Multiboot information for the kernel. The stub sets the loader's fields and the framebuffer's address.
-struct MultibootInformation {
-    std::array<std::uint32_t, 4> loader_fields;
+// The registers of the emulator's display.
+enum DisplayRegister : std::uint16_t { WIDTH = 1, HEIGHT = 2, BITS = 3, ENABLE = 4 };
+constexpr std::uint16_t DISPLAY_ON = 0x41;  // cleared, with a linear framebuffer
+
+// What the stub needs. It copies the first and the third part into the loader's Multiboot information.
+struct StubRecord {
     std::uint32_t arguments, module_count, modules;
-    std::array<std::uint32_t, 15> more_loader_fields;
-    std::uint64_t framebuffer;
-    std::uint32_t pitch, width, height;
-    std::uint8_t depth = 32, type = 1;                       // direct colour
-    std::array<std::uint8_t, 6> colours{16, 8, 8, 8, 0, 8};  // position and size of red, green and blue
-    std::uint32_t kernel_entry;                              // for the stub
+    std::array<std::uint16_t, 10> display;                          // numbers of registers and their values
+    std::array<std::uint32_t, 2> framebuffer;                       // the stub finds the address
+    std::uint32_t pitch, width, height;                             // a width of 0: the text screen
+    std::array<std::uint8_t, 8> colours{32, 1, 16, 8, 8, 8, 0, 8};  // direct: position and size of each
+    std::uint32_t kernel_entry;
 };
-static_assert(sizeof(MultibootInformation) == 120);
+static_assert(sizeof(StubRecord) == 64);
 
 constexpr std::uint32_t PAGE_BYTES = 4096;
 constexpr std::uint32_t LOWEST_ADDRESS = 0x100000;  // the emulator's own tables are below this address
 constexpr std::uint32_t FIRMWARE_BYTES = 0x40000;   // the firmware uses the end of the memory
-constexpr DisplayMode DEFAULT_MODE{800, 600};
+constexpr std::uint32_t DEFAULT_WIDTH = 800;
+constexpr std::uint32_t DEFAULT_HEIGHT = 600;
 constexpr std::size_t SEGMENTS_MAX = 128;  // keeps the composed Multiboot header near the start of the file
 
 struct Segment {
@@ -48,9 +51,16 @@ struct Kernel {
     std::uint64_t end = 0;  // the first address after its memory
 };
 
+// Whether a segment below the kernel contains nothing but the headers of the file: some linkers add such a
+// segment, and no kernel needs it.
+bool HasOnlyHeaders(const ProgramHeader& header) {
+    return header.offset == 0 && (header.flags & ProgramHeader::EXECUTABLE) == 0 &&
+           std::uint64_t{header.physical_address} + header.memory_bytes <= LOWEST_ADDRESS;
+}
+
 void ReadSegment(std::string_view file, const ProgramHeader& header, std::uint32_t elf_entry,
                  Kernel& kernel) {
-    if (header.type != ProgramHeader::LOADED || header.memory_bytes == 0)
+    if (header.type != ProgramHeader::LOADED || header.memory_bytes == 0 || HasOnlyHeaders(header))
         return;
     if (std::uint64_t{header.offset} + header.file_bytes > file.size() ||
         header.file_bytes > header.memory_bytes)
@@ -131,7 +141,10 @@ std::optional<DisplayMode> ModeOfHeader(std::string_view file,
         return std::nullopt;
     if (mode.width > SIZE_PIXELS_MAX || mode.height > SIZE_PIXELS_MAX)
         throw std::runtime_error("le noyau demande un écran de plus de 8192 points de côté.");
-    return mode.width == 0 || mode.height == 0 ? DEFAULT_MODE : DisplayMode{mode.width, mode.height};
+    const std::uint32_t bits = mode.bits == 0 ? 32 : mode.bits;
+    if (mode.width == 0 || mode.height == 0)
+        return DisplayMode{DEFAULT_WIDTH, DEFAULT_HEIGHT, bits};
+    return DisplayMode{mode.width, mode.height, bits};
 }
 
 // The segment that is added after the kernel's segments.
@@ -145,42 +158,46 @@ std::uint32_t Low32(std::uint64_t number) {
     return static_cast<std::uint32_t>(number);
 }
 
-// The front consists of the stub, the Multiboot information, the list of the modules and their arguments.
-AddedSegment ComposeAddedSegment(const Kernel& kernel, const BootRequest& request,
-                                 const std::optional<DisplayMode>& mode) {
+// The front consists of the stub, its record, the list of the modules and their arguments.
+AddedSegment ComposeAddedSegment(const Kernel& kernel, const VmConfig& config,
+                                 const std::vector<std::uint64_t>& module_bytes, const DisplayMode& mode) {
     const std::uint64_t address = kernel.end + PaddingBehind(kernel.end);
-    const std::uint64_t information_address = address + STUB.size();
-    const std::uint64_t list = information_address + sizeof(MultibootInformation);
-    const std::uint64_t arguments = list + request.modules.size() * sizeof(MultibootModule);
-    std::string texts = request.arguments + '\0';
+    const std::uint64_t record_address = address + STUB.size();
+    const std::uint64_t list = record_address + sizeof(StubRecord);
+    const std::uint64_t arguments = list + config.modules.size() * sizeof(MultibootModule);
+    std::string texts = Utf8FromWide(config.command) + '\0';
     std::vector<MultibootModule> modules;
-    for (const BootModule& module : request.modules) {
+    for (const ModuleEntry& module : config.modules) {
         modules.push_back({0, 0, Low32(arguments + texts.size()), 0});
-        texts += module.arguments + '\0';
+        texts += Utf8FromWide(module.command) + '\0';
     }
     std::uint64_t end = arguments + texts.size();
     end += PaddingBehind(end);
     const std::uint64_t front_bytes = end - address;
     for (std::size_t at = 0; at < modules.size(); ++at) {
-        const std::uint64_t bytes = request.modules[at].bytes;
         modules[at].start = Low32(end);
-        modules[at].end = Low32(end + bytes);
-        end += bytes + PaddingBehind(bytes);
+        modules[at].end = Low32(end + module_bytes[at]);
+        end += module_bytes[at] + PaddingBehind(module_bytes[at]);
     }
 
     std::string operand;
-    AppendRecord(operand, Low32(information_address));
+    AppendRecord(operand, Low32(record_address));
     std::string front(STUB.begin(), STUB.end());
     front.replace(STUB_OPERAND, operand.size(), operand);
-    MultibootInformation information{};
-    information.arguments = Low32(arguments);
-    information.module_count = Low32(modules.size());
-    information.modules = Low32(list);
-    information.width = mode ? mode->width : 0;
-    information.height = mode ? mode->height : 0;
-    information.pitch = information.width * 4;
-    information.kernel_entry = kernel.entry;
-    AppendRecord(front, information);
+    StubRecord record{};
+    record.arguments = Low32(arguments);
+    record.module_count = Low32(modules.size());
+    record.modules = Low32(list);
+    record.width = mode.width;
+    record.height = mode.height;
+    record.pitch = mode.width * 4;
+    record.display = {ENABLE, 0,
+                      HEIGHT, static_cast<std::uint16_t>(mode.height),
+                      WIDTH,  static_cast<std::uint16_t>(mode.width),
+                      BITS,   32,
+                      ENABLE, DISPLAY_ON};
+    record.kernel_entry = kernel.entry;
+    AppendRecord(front, record);
     for (const MultibootModule& module : modules)
         AppendRecord(front, module);
     front += texts;
@@ -226,18 +243,22 @@ std::uint32_t PaddingBehind(std::uint64_t bytes) {
     return static_cast<std::uint32_t>(-bytes % PAGE_BYTES);
 }
 
-BootImage ComposeBootImage(std::string_view kernel_file, const BootRequest& request) {
+BootImage ComposeBootImage(std::string_view kernel_file, const VmConfig& config,
+                           const std::vector<std::uint64_t>& module_bytes) {
     const std::optional<std::size_t> header_offset = FindMultibootHeader(kernel_file);
     const Kernel kernel = ReadKernel(kernel_file, header_offset);
     BootImage image;
-    const std::optional<DisplayMode> of_header = ModeOfHeader(kernel_file, header_offset);
-    image.asked_mode = request.mode ? request.mode : of_header;
-    image.mode = image.asked_mode;
-    if (image.mode)
-        image.mode->width = std::max(image.mode->width / 8 * 8, 8U);
-    const AddedSegment added = ComposeAddedSegment(kernel, request, image.mode);
-    if (added.address + added.total_bytes + FIRMWARE_BYTES > request.memory_bytes)
-        throw std::runtime_error("le noyau et ses modules ne tiennent pas dans la mémoire de la machine.");
+    image.asked_mode = ModeOfHeader(kernel_file, header_offset);
+    if (config.explicit_video)
+        image.asked_mode = DisplayMode{config.width, config.height};
+    if (image.asked_mode)
+        image.mode = DisplayMode{std::max(image.asked_mode->width / 8 * 8, 8U), image.asked_mode->height};
+    const AddedSegment added =
+        ComposeAddedSegment(kernel, config, module_bytes, image.mode.value_or(DisplayMode{0, 0}));
+    const std::uint64_t needed_bytes = added.address + added.total_bytes + FIRMWARE_BYTES;
+    if (needed_bytes > config.ram_mib * MIB)
+        throw std::runtime_error("le noyau et ses modules ne tiennent pas dans la mémoire : il faut " +
+                                 NumberText((needed_bytes + MIB - 1) / MIB) + " Mio.");
     image.front = ComposeFile(kernel_file, kernel, added);
     return image;
 }

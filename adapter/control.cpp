@@ -1,15 +1,24 @@
-// Reads and writes the lines of the control channel.
+// The socket of the control channel; reads and writes its lines.
 #include "adapter/control.h"
+
+#include <native_socket.h>
 
 #include <algorithm>
 #include <cstdlib>
+#include <stdexcept>
+#include <utility>
 
-#include "adapter/engine_main.h"
-#include "base/text_convert.h"
+#include "platform/win32.h"
 
 namespace {
 
+constexpr std::size_t PIECE_BYTES = 65536;
 constexpr unsigned long INTERRUPT_FLAG = 0x200;
+constexpr std::uint32_t RESET_EXIT_CODE = 3;
+
+NativeSocket Native(std::uintptr_t number) {
+    return static_cast<NativeSocket>(number);
+}
 
 // Removes the JSON text at the start of the line, quotation marks included, and returns it. Escapes of the
 // form \uXXXX are not decoded: no text that this program uses contains one.
@@ -30,59 +39,76 @@ std::string TakeText(std::string_view& line) {
     return text;
 }
 
-std::string Quoted(std::string_view text) {
-    std::string quoted = "\"";
-    for (const char character : text) {
-        if (character == '"' || character == '\\')
-            quoted += '\\';
-        quoted += character;
-    }
-    return quoted + '"';
-}
-
-std::string_view FieldBehind(std::string_view text, std::string_view name) {
+std::string FieldBehind(std::string_view text, std::string_view name) {
     const std::size_t at = text.find(name);
     if (at == std::string_view::npos)
         return {};
     text.remove_prefix(at + name.size());
-    return text.substr(0, text.find_first_of(" \r\n"));
+    return std::string(text.substr(0, text.find_first_of(" \r\n")));
 }
 
 }  // namespace
 
-std::uint32_t ExitCodeOf(MachineEnd end, unsigned char exit_byte) {
-    switch (end) {
-        case MachineEnd::ExitCode:
-            return exit_byte;
-        case MachineEnd::Reset:
-            return RESET_EXIT_CODE;
-        case MachineEnd::EmulatorGone:
-            return EMULATOR_GONE_EXIT_CODE;
-        case MachineEnd::TimeLimit:
-            return TIME_LIMIT_EXIT_CODE;
-        default:
-            return SUCCESS_EXIT_CODE;
+Channel::Channel() : socket_(static_cast<std::uintptr_t>(OpenSocket())) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (Native(socket_) == NO_SOCKET ||
+        bind(Native(socket_), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+        listen(Native(socket_), 1) != 0) {
+        if (Native(socket_) != NO_SOCKET)
+            CloseSocket(Native(socket_));
+        throw std::runtime_error("Aucun port pour parler avec l'émulateur.");
     }
 }
 
-std::string EndText(MachineEnd end, unsigned char exit_byte, std::uint32_t limit_ms) {
-    switch (end) {
-        case MachineEnd::ExitCode:
-            return "Machine arrêtée par le noyau, code " + NumberText(exit_byte) + ".";
-        case MachineEnd::PoweredOff:
-            return "Machine éteinte par le noyau.";
-        case MachineEnd::Reset:
-            return "Machine réinitialisée par le noyau, ou triple faute.";
-        case MachineEnd::Halted:
-            return "Processeur à l'arrêt, interruptions coupées : fin de la machine.";
-        case MachineEnd::WindowClosed:
-            return "Fenêtre fermée : machine arrêtée.";
-        case MachineEnd::TimeLimit:
-            return "Délai de " + NumberText(limit_ms) + " ms écoulé : machine arrêtée.";
-        case MachineEnd::EmulatorGone:
-            break;
+Channel::~Channel() {
+    CloseSocket(Native(socket_));
+}
+
+std::uint16_t Channel::Port() const {
+    sockaddr_in address{};
+    socklen_t size = sizeof address;
+    getsockname(Native(socket_), reinterpret_cast<sockaddr*>(&address), &size);
+    return ntohs(address.sin_port);
+}
+
+void Channel::Send(std::string_view bytes) {
+    while (state_ == State::Connected && !bytes.empty()) {
+        const auto sent =
+            send(Native(socket_), bytes.data(), static_cast<ByteCount>(bytes.size()), SEND_FLAGS);
+        if (sent <= 0)
+            state_ = State::Ended;
+        else
+            bytes.remove_prefix(static_cast<std::size_t>(sent));
     }
-    return "L'émulateur s'est arrêté de lui-même, ou ne répond pas.";
+}
+
+std::string Channel::Receive(unsigned limit_ms) {
+    if (state_ == State::Ended) {
+        Sleep(limit_ms);
+        return {};
+    }
+    fd_set readable;
+    FD_ZERO(&readable);
+    FD_SET(Native(socket_), &readable);
+    timeval limit{0, static_cast<decltype(timeval::tv_usec)>(limit_ms * 1000)};
+    if (select(static_cast<int>(socket_) + 1, &readable, nullptr, nullptr, &limit) <= 0)
+        return {};
+    if (state_ == State::Listening) {
+        const NativeSocket connection = accept(Native(socket_), nullptr, nullptr);
+        if (connection == NO_SOCKET)
+            return {};
+        CloseSocket(Native(std::exchange(socket_, static_cast<std::uintptr_t>(connection))));
+        state_ = State::Connected;
+        return {};
+    }
+    std::string bytes(PIECE_BYTES, '\0');
+    const auto count = recv(Native(socket_), bytes.data(), static_cast<ByteCount>(bytes.size()), 0);
+    bytes.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+    if (bytes.empty())
+        state_ = State::Ended;
+    return bytes;
 }
 
 ControlLine ReadControlLine(std::string_view line) {
@@ -104,11 +130,10 @@ ControlLine ReadControlLine(std::string_view line) {
     return found;
 }
 
-std::string WriteControlLine(const ControlCommand& command, std::string_view id) {
-    std::string line = "{\"execute\": " + Quoted(command.name) + ", \"id\": " + Quoted(id);
-    if (!command.argument_name.empty())
-        line += ", \"arguments\": {" + Quoted(command.argument_name) + ": " + Quoted(command.argument) + "}";
-    return line + "}\n";
+std::string WriteControlLine(std::string_view name, std::string_view arguments) {
+    const std::string quoted = "\"" + std::string(name) + "\"";
+    return "{\"execute\": " + quoted + ", \"id\": " + quoted + ", \"arguments\": {" + std::string(arguments) +
+           "}}\n";
 }
 
 std::optional<MachineEnd> EndOfEvent(const ControlLine& line) {
@@ -116,19 +141,28 @@ std::optional<MachineEnd> EndOfEvent(const ControlLine& line) {
     const auto reason = line.find("reason");
     if (event == line.end() || event->second != "SHUTDOWN" || reason == line.end())
         return std::nullopt;
+    if (reason->second == "guest-shutdown")
+        return MachineEnd{0, "Machine éteinte par le noyau."};
     if (reason->second == "guest-reset" || reason->second == "host-qmp-system-reset")
-        return MachineEnd::Reset;
+        return MachineEnd{RESET_EXIT_CODE, "Machine réinitialisée par le noyau, ou triple faute."};
     // The engine sends "quit" only after it knows the end. Until then, only the window causes these reasons:
     // its frame and its menu.
     if (reason->second == "host-ui" || reason->second == "host-qmp-quit")
-        return MachineEnd::WindowClosed;
-    return reason->second == "guest-shutdown" ? MachineEnd::PoweredOff : MachineEnd::EmulatorGone;
+        return MachineEnd{0, "Fenêtre fermée : machine arrêtée.", false};
+    return MachineEnd{EMULATOR_GONE_EXIT_CODE, "", false};
 }
 
 std::optional<std::string> HaltedAt(std::string_view registers) {
-    const std::string flags(FieldBehind(registers, "EFL="));
+    const std::string flags = FieldBehind(registers, "FL=");  // EFL or RFL
     if (FieldBehind(registers, "HLT=") != "1" || flags.empty() ||
         (std::strtoul(flags.c_str(), nullptr, 16) & INTERRUPT_FLAG) != 0)
         return std::nullopt;
-    return std::string(FieldBehind(registers, "EIP="));
+    return FieldBehind(registers, "IP=");  // EIP or RIP
+}
+
+std::optional<unsigned char> FirstByte(std::string_view base64) {
+    constexpr std::string_view DIGITS = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    if (base64.size() < 2)
+        return std::nullopt;
+    return static_cast<unsigned char>(DIGITS.find(base64[0]) << 2 | DIGITS.find(base64[1]) >> 4);
 }

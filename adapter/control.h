@@ -1,4 +1,5 @@
-// The lines of JSON on the emulator's control channel, and their meaning for the machine.
+// The emulator's control channel: a TCP port of the loopback address that accepts a single connection, and
+// the lines of JSON on it.
 #pragma once
 
 #include <cstdint>
@@ -7,42 +8,61 @@
 #include <string>
 #include <string_view>
 
-inline constexpr std::uint32_t RESET_EXIT_CODE = 3;
 inline constexpr std::uint32_t EMULATOR_GONE_EXIT_CODE = 4;
 
-// How a machine ends.
-enum class MachineEnd {
-    ExitCode,      // the kernel wrote a byte to the exit port
-    PoweredOff,    // the kernel switched it off by power management
-    Reset,         // a reset or a triple fault; the emulator reports them in the same way
-    Halted,        // the processor is halted with interrupts off
-    WindowClosed,  // the user closed the window
-    TimeLimit,
-    EmulatorGone,  // the emulator ended by itself or did not answer at its start
+class Channel {
+public:
+    // Listens on a free port. Throws when that fails.
+    Channel();
+    ~Channel();
+    Channel(const Channel&) = delete;
+    Channel& operator=(const Channel&) = delete;
+
+    std::uint16_t Port() const;
+    // Whether there is or was a connection.
+    bool HasBegun() const {
+        return state_ != State::Listening;
+    }
+    // Whether the connection existed and was closed by the emulator or lost.
+    bool HasEnded() const {
+        return state_ == State::Ended;
+    }
+    // Sends all bytes and blocks until the emulator has accepted them. When the connection is lost, the rest
+    // of the bytes is dropped and HasEnded is true. Without a connection, does nothing.
+    void Send(std::string_view bytes);
+    // Waits at most `limit_ms`, below 1000, for the connection or for bytes. Returns the bytes, at most 64
+    // KiB.
+    std::string Receive(unsigned limit_ms);
+
+private:
+    enum class State { Listening, Connected, Ended };
+
+    State state_ = State::Listening;
+    std::uintptr_t socket_;
 };
-
-// The engine's exit code. `exit_byte` is the byte that the kernel wrote to the exit port.
-std::uint32_t ExitCodeOf(MachineEnd end, unsigned char exit_byte);
-
-// The line about the end for the log, in French, without a line feed.
-std::string EndText(MachineEnd end, unsigned char exit_byte, std::uint32_t limit_ms);
 
 // One line from the emulator as a map of member names to values. It contains the members of nested objects
 // too. A value that is not a string is stored as an empty string.
 using ControlLine = std::map<std::string, std::string>;
 ControlLine ReadControlLine(std::string_view line);
 
-struct ControlCommand {
-    std::string_view name;
-    std::string_view argument_name;  // empty: no argument
-    std::string_view argument;
+// The line of a command. The emulator's answer has the command's name as its `id`; answers to earlier
+// commands can come first. `arguments` are the members of a JSON object. Nothing is escaped.
+std::string WriteControlLine(std::string_view name, std::string_view arguments);
+
+// How a machine ends.
+struct MachineEnd {
+    std::uint32_t exit_code;  // of the engine
+    std::string text;         // for the log, in French; empty: the emulator ended, or does not answer
+    bool has_screen = true;   // a picture of the screen can still be taken
 };
-// The emulator's answer contains the same `id`; answers to earlier commands can come first.
-std::string WriteControlLine(const ControlCommand& command, std::string_view id);
 
 // The end of the machine that an event reports; none when the line is not an event about the machine's end.
 std::optional<MachineEnd> EndOfEvent(const ControlLine& line);
 
-// The instruction address in a listing of the registers; none unless the processor is halted with interrupts
-// off.
+// The instruction address in a listing of the registers of 32-bit or 64-bit code; none unless the processor
+// is halted with interrupts off.
 std::optional<std::string> HaltedAt(std::string_view registers);
+
+// The first byte of a base64 text; none when the text is empty.
+std::optional<unsigned char> FirstByte(std::string_view base64);

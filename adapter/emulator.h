@@ -1,45 +1,79 @@
-// The emulator's program, its file names and its process. Each build has its own implementation.
+// The emulator: its program, its command line and its process. Each build has its own implementation of the
+// functions behind UsualPrograms.
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "adapter/boot_image.h"
 #include "base/owned_handle.h"
+#include "config/vm_config.h"
 #include "platform/win32.h"
 
 // Returns the path of the emulator's program: the value of the environment variable TESSARUN_QEMU or, when it
-// is not set, the first emulator in the usual folders of programs. Throws when there is no such program.
+// is not set, the first of UsualPrograms that exists. Throws when there is no such program.
 WideText FindEmulator();
+
+// The processor of the machine: one that knows 64-bit code, unless the emulator's program is one for 32 bits.
+std::string ProcessorOf(WideView program);
+
+// What the emulator's command line contains beside the configuration. Paths have the form that the emulator
+// accepts.
+struct EmulatorSetup {
+    std::string image;                 // the boot image, relative to the folder in which the emulator runs
+    std::array<std::string, 4> disks;  // raw disk images; empty: no disk
+    std::optional<DisplayMode> mode;   // none: the text screen
+    std::string processor;
+    std::string output_device;       // the kind of character device for the serial port
+    std::uint16_t control_port = 0;  // on the loopback address
+    bool is_stopped = false;         // the processor does not start
+    std::string user_options;        // separated by blanks; an option that contains some is in double quotes
+};
+
+// Returns the emulator's arguments, without the program's name. The user's options come last.
+std::vector<std::string> EmulatorArguments(const VmConfig& config, const EmulatorSetup& setup);
+
+// The paths at which an emulator can be, in the order in which they are tried.
+std::vector<WideText> UsualPrograms();
+
+// The value of an environment variable; empty when it is not set.
+std::string Setting(const char* name);
 
 // The folder for temporary files, without a separator at its end.
 WideText TemporaryFolder();
 
+// Deletes the temporary files of engines whose process has ended. Ignores failures.
+void DeleteAbandonedFiles();
+
 // Converts a full path to the form that this emulator's program accepts, in UTF-8. Throws when that fails.
 std::string EmulatorPath(const WideText& program, const WideText& path);
 
-// Whether the emulator can show a window.
-bool HasDisplay();
+// The kind of character device that writes to the standard output of this emulator's program.
+const char* OutputDevice(const WideText& program);
 
-// The emulator's process. It runs in the folder for temporary files and inherits the engine's output. It ends
-// with the engine, even when the engine is killed. Exception: a Linux emulator that is started under Wine can
-// outlive the engine.
+// The emulator's process. It runs in the folder for temporary files and writes to the engine's output. It
+// ends with the engine, even when the engine is killed.
 class Emulator {
 public:
-    // Starts the process; `zoom` is the scale of its window. Throws when the process cannot be created. On
-    // Linux, a program that cannot be executed does not throw: the process ends at once with exit code 127.
+    // Starts the process; `zoom` is the scale of its window. Throws when the process cannot be created. A
+    // Linux program that cannot be executed does not throw: the process ends at once.
     Emulator(const WideText& program, const std::vector<std::string>& arguments, std::uint32_t zoom);
     // Ends the process if it still runs.
     ~Emulator();
     Emulator(const Emulator&) = delete;
     Emulator& operator=(const Emulator&) = delete;
 
-    // Whether the process has ended. Always false for a Linux emulator under Wine, which has no process
-    // handle.
-    bool HasEnded();
+    // How the process ended: its exit code or, negative, the signal that ended it; none while it runs.
+    std::optional<std::int64_t> End();
 
 private:
-    int process_identifier_ = 0;  // Linux only; 0 once the process has ended
-    OwnedHandle process_;         // Windows only
-    OwnedHandle job_;             // Windows only; closing it ends the process
+    int process_identifier_ = 0;       // Linux only
+    std::optional<std::int64_t> end_;  // Linux only
+    OwnedHandle process_;              // Windows only
+    OwnedHandle job_;                  // Windows only; closing it ends the process
+    OwnedHandle status_;               // a Linux program under Wine only; see windows/emulator.cpp
 };

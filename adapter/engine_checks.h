@@ -1,26 +1,35 @@
-// The checks of the files that a configuration names. A dry run and a run make the same checks.
+// Reads and checks the files that a configuration names. A dry run and a run make the same checks.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
+#include "base/owned_handle.h"
 #include "config/vm_config.h"
 
-// The whole Multiboot header must be within this many bytes from the start of the kernel file.
-inline constexpr std::size_t MULTIBOOT_AREA_BYTES = 8192;
+// A regular file that is open for reading.
+struct InputFile {
+    OwnedHandle handle;
+    std::uint64_t bytes;  // its size when it was opened
+};
 
-// The offset of the kernel's Multiboot header in bytes, a multiple of 4; none when the first
-// MULTIBOOT_AREA_BYTES contain no valid header.
+// Throws, with the path and the reason in the message, when the file cannot be opened, and for a folder or a
+// device.
+InputFile OpenInput(const WideText& path);
+
+// Reads `count` bytes from `offset` on. Throws when that fails or the file ends before.
+std::string ReadInput(const InputFile& file, std::uint64_t offset, std::uint64_t count);
+
+// The offset of the kernel's Multiboot header in bytes, a multiple of 4; none when no valid header is
+// completely in the first 8192 bytes.
 std::optional<std::size_t> FindMultibootHeader(std::string_view file);
 
-enum class HeaderNeed { Required, Optional };
-
-// Throws unless the first bytes of a kernel file are those of a 32-bit little-endian i386 ELF file and, where
-// required, contain a Multiboot header.
-void CheckKernelImage(std::string_view first_bytes, HeaderNeed need);
-
-// Opens the kernel, the disk images and the modules in this order, and prints a line about each. Throws at
-// the first file that cannot be read, at a kernel that CheckKernelImage refuses, and at a disk image that
-// does not consist of whole sectors of 512 bytes.
-void CheckFiles(const VmConfig& config);
+// Opens the kernel, the disk images and the modules in this order, and prints a line about each. Returns the
+// sizes of the modules in bytes. Throws at the first file that cannot be read, at a kernel that is not a
+// 32-bit i386 ELF file or lacks a required Multiboot header, and at a disk image that is empty, larger than
+// 128 GiB or does not consist of whole sectors of 512 bytes.
+std::vector<std::uint64_t> CheckFiles(const VmConfig& config);

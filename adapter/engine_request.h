@@ -11,10 +11,9 @@ struct EngineRequest {
     bool dry_run = false;
 };
 
-// Reads the arguments after the engine's own name: the kernel, then the options in the launcher's order.
-// Throws for a missing kernel, for an option that is unknown, repeated or out of order, for a required option
-// that is missing, for a missing or empty value, for more than MAX_MODULES modules, and for a number that
-// NumberWithin refuses. Only the arguments of a module may be empty.
+// Reads the arguments after the engine's own name: the kernel, then options in any order. Throws for a
+// missing kernel, for an option that is unknown or lacks a value, and as NumberWithin and ValidateConfig do.
+// Options that are missing leave the defaults of the record.
 EngineRequest ParseEngineArguments(const std::vector<WideText>& arguments);
 
 // Converts a text of decimal digits to a number. Throws for any other text, for leading zeros, and for a

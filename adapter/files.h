@@ -1,17 +1,21 @@
-// The temporary files for the emulator: creating, filling and copying them.
+// The files that the engine writes: temporary files for the emulator, and the picture of the screen.
 #pragma once
 
 #include <string>
 #include <vector>
 
 #include "adapter/boot_image.h"
+#include "base/owned_handle.h"
 #include "config/vm_config.h"
 
-// A new file in the folder for temporary files. The destructor deletes the file.
+// The names of temporary files start with this text and the identifier of the process that created them.
+inline constexpr const char* TEMPORARY_PREFIX = "tessarun-";
+
+// A new file in a folder, held open until it is deleted. The destructor deletes the file.
 class TemporaryFile {
 public:
     // Creates the file, empty. Throws when that fails.
-    explicit TemporaryFile(const char* extension);
+    TemporaryFile(const WideText& folder, const char* extension);
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
@@ -21,23 +25,24 @@ public:
     const std::string& Name() const {
         return name_;
     }
-    const WideText& Path() const {
-        return path_;
-    }
+    // Appends the image's front and the modules. Throws when that fails, and when the size of a module is not
+    // the one in `module_bytes`.
+    void Write(const BootImage& image, const std::vector<ModuleEntry>& modules,
+               const std::vector<std::uint64_t>& module_bytes);
+    // Copies the file to the target, which is created or replaced. Throws when a step fails; an existing
+    // target is then unchanged.
+    void CopyTo(const WideText& target) const;
     // Deletes the file now. When that fails, for example because the file is in use, the destructor tries
     // again.
     void Delete();
 
 private:
     std::string name_;
-    WideText path_;  // empty once the file is deleted
+    WideText path_;
+    OwnedHandle handle_;
 };
 
-// Writes the image's front and the modules to an existing file. Throws when that fails, and when a module's
-// size is not the size in `request`.
-void WriteBootFile(const WideText& path, const BootImage& image, const BootRequest& request,
-                   const std::vector<ModuleEntry>& modules);
-
-// Copies a file to the target, which is created or replaced. Throws when a step fails; an existing target is
-// then unchanged.
-void ReplaceByCopy(const WideText& source, const WideText& target);
+// Throws when a disk image or the screen's picture cannot be written: the file is write-protected, used by
+// another program or named twice, also by different paths; the picture's folder is missing; the picture would
+// replace the kernel or a module.
+void CheckWrittenFiles(const VmConfig& config);

@@ -28,7 +28,7 @@ struct ProgramHeader {
 };
 
 struct MultibootHeader {
-    enum : std::uint32_t { MAGIC = 0x1BADB002 };
+    enum : std::uint32_t { MAGIC = 0x1BADB002, MAGIC_2 = 0xE85250D6 };  // of Multiboot 1 and 2
     enum : std::uint32_t { ALIGNED_MODULES = 1, MEMORY = 2, HAS_MODE = 4, HAS_ADDRESSES = 0x10000 };
     enum : std::uint32_t { UNKNOWN_FLAGS = 0xFFF8 };  // a loader must refuse a kernel that sets one of them
 
@@ -45,7 +45,7 @@ struct MultibootAddresses {
 struct MultibootMode {
     enum : std::uint32_t { GRAPHICS = 0 };
 
-    std::uint32_t type, width, height;
+    std::uint32_t type, width, height, bits;
 };
 
 // An entry of the module list that the kernel reads. The fields are addresses in memory.

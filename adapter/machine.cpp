@@ -1,14 +1,11 @@
-// Starts the emulator, reads its channels and ends it.
+// Starts the emulator, reads its control channel and ends it.
 #include "adapter/machine.h"
 
-#include <optional>
+#include <algorithm>
 #include <stdexcept>
 
-#include "adapter/channel.h"
 #include "adapter/control.h"
-#include "adapter/emulator.h"
-#include "adapter/emulator_arguments.h"
-#include "adapter/engine_output.h"
+#include "adapter/engine_process.h"
 #include "adapter/files.h"
 #include "base/text_convert.h"
 
@@ -16,183 +13,210 @@ namespace {
 
 constexpr unsigned POLL_MS = 50;
 constexpr std::uint64_t ANSWER_LIMIT_MS = 15000;
+constexpr std::uint64_t DRY_RUN_LIMIT_MS = 300000;  // a large image on a busy machine takes minutes
 constexpr std::uint64_t QUIT_LIMIT_MS = 5000;
-constexpr ControlCommand LIST_REGISTERS{"human-monitor-command", "command-line", "info registers"};
+constexpr std::uint64_t NEVER_MS = UINT64_MAX;
+constexpr const char* LIST_REGISTERS = "human-monitor-command";
+constexpr const char* READ_EXIT_PORT = "ringbuf-read";
 
 class Machine {
 public:
-    Machine(const WideText& program, const VmConfig& config, const BootImage& image,
-            const std::string& image_name)
-        : start_ms_(GetTickCount64()),
-          emulator_(program, Arguments(program, config, image, image_name), config.zoom) {}
+    // Starts the emulator.
+    Machine(const WideText& program, const VmConfig& config, EmulatorSetup& setup)
+        : config_(config),
+          limit_ms_(config.timeout_ms == 0 ? NEVER_MS : GetTickCount64() + config.timeout_ms),
+          emulator_(program, Arguments(setup), config.zoom) {}
 
-    // Waits until the machine exists, which only the emulator's first answer proves. False when no answer
-    // arrives in time.
-    [[nodiscard]] bool AwaitStart() {
-        return AwaitLine("QMP", "") && Ask({"qmp_capabilities", "", ""});
+    // Waits until the machine exists, which only the answer to a command proves. Returns the machine's end
+    // when it does not exist in time, in a dry run after DRY_RUN_LIMIT_MS at the latest.
+    std::optional<MachineEnd> AwaitStart(bool dry_run) {
+        const std::uint64_t until_ms =
+            std::min(limit_ms_, dry_run ? GetTickCount64() + DRY_RUN_LIMIT_MS : NEVER_MS);
+        if (AwaitLine("QMP", "", until_ms) && Ask("qmp_capabilities", "", until_ms))
+            return std::nullopt;
+        MachineEnd end = TimeIsUp() ? TimeLimitEnd() : EmulatorEnd();
+        end.has_screen = false;
+        return end;
     }
 
-    // Waits for the end of the machine. A limit of 0 means no limit.
-    MachineEnd AwaitEnd(std::uint32_t limit_ms) {
+    // Waits for the end of the machine.
+    MachineEnd AwaitEnd() {
+        std::uint64_t next_look_ms = 0;
         while (true) {
-            ReadChannels(POLL_MS);
-            if (HasExitByte())
-                return MachineEnd::ExitCode;
-            while (const std::optional<ControlLine> line = NextLine())
-                if (const std::optional<MachineEnd> end = ReportedEnd(*line))
-                    return *end;
-            if (control_.HasEnded())
-                return MachineEnd::EmulatorGone;
-            const std::uint64_t now_ms = GetTickCount64();
-            if (limit_ms != 0 && now_ms - start_ms_ >= limit_ms)
-                return MachineEnd::TimeLimit;
-            if (now_ms >= next_listing_ms_) {
-                control_.Send(WriteControlLine(LIST_REGISTERS, ""));
-                // No other listing before the answer: Send would block when the emulator hangs.
-                next_listing_ms_ = UINT64_MAX;
+            while (std::optional<ControlLine> line = NextLine()) {
+                if (const std::optional<MachineEnd> end = EndOfEvent(*line)) {
+                    LookAtExitPort();
+                    AwaitLine("id", READ_EXIT_PORT, GetTickCount64() + ANSWER_LIMIT_MS);
+                    return exit_byte_ ? ExitByteEnd() : *end;
+                }
+                if ((*line)["id"] != LIST_REGISTERS)
+                    continue;
+                if (IsHaltedAgain((*line)["return"]))
+                    return {SUCCESS_EXIT_CODE,
+                            "Processeur à l'arrêt, interruptions coupées : fin de la machine."};
+                next_look_ms = GetTickCount64() + POLL_MS;
             }
+            if (exit_byte_)
+                return ExitByteEnd();
+            if (control_.HasEnded())
+                return EmulatorEnd();
+            if (TimeIsUp())
+                return TimeLimitEnd();
+            if (GetTickCount64() >= next_look_ms) {
+                LookAtExitPort();
+                control_.Send(WriteControlLine(LIST_REGISTERS, R"("command-line": "info registers")"));
+                // No other look before the answer: Send would block when the emulator hangs.
+                next_look_ms = NEVER_MS;
+            }
+            control_text_ += control_.Receive(POLL_MS);
         }
     }
 
     // Stops the machine and writes the picture of its screen. Throws when that fails.
-    void WritePicture(const WideText& path) {
-        const TemporaryFile picture(".ppm");
-        std::optional<ControlLine> answer = Ask({"stop", "", ""});
+    void WritePicture() {
+        const TemporaryFile picture(TemporaryFolder(), ".ppm");
+        const std::uint64_t until_ms = GetTickCount64() + ANSWER_LIMIT_MS;
+        std::optional<ControlLine> answer = Ask("stop", "", until_ms);
         if (answer)
-            answer = Ask({"screendump", "filename", picture.Name()});
+            answer = Ask("screendump", "\"filename\": \"" + picture.Name() + "\"", until_ms);
         if (!answer || answer->contains("error"))
-            throw std::runtime_error(answer ? (*answer)["desc"] : std::string("pas de réponse."));
-        ReplaceByCopy(picture.Path(), path);
+            throw std::runtime_error("Image de l'écran impossible : " +
+                                     (answer ? (*answer)["desc"] : std::string("pas de réponse.")));
+        picture.CopyTo(config_.dump);
     }
 
-    // Asks the emulator to end, and prints the rest of the serial output.
-    void Quit() {
-        control_.Send(WriteControlLine({"quit", "", ""}, ""));
-        const std::uint64_t limit_ms = GetTickCount64() + QUIT_LIMIT_MS;
-        while (!(control_.HasEnded() && serial_.HasEnded()) && GetTickCount64() < limit_ms &&
-               !(emulator_.HasEnded() && !serial_.IsConnected()))
-            ReadChannels(POLL_MS);
-        if (!line_is_complete_)
-            PrintLine("");
-    }
-
-    // The first byte on the exit port; 0 when there is none.
-    unsigned char ExitByte() const {
-        return HasExitByte() ? static_cast<unsigned char>(exit_bytes_.front()) : 0;
+    // Asks the emulator to end and waits for that. Returns the text about an emulator that has ended by
+    // itself.
+    std::string Quit() {
+        control_.Send(WriteControlLine("quit", ""));
+        const std::uint64_t until_ms = GetTickCount64() + QUIT_LIMIT_MS;
+        while (!emulator_.End() && control_.HasBegun() && GetTickCount64() < until_ms)
+            control_.Receive(POLL_MS / 5);
+        const std::optional<std::int64_t> end = emulator_.End();
+        if (!end)
+            return "L'émulateur ne répond pas.";
+        return *end < 0 ? "L'émulateur a été arrêté par le signal " + std::to_string(-*end) + "."
+                        : "L'émulateur s'est arrêté de lui-même, code " + std::to_string(*end) + ".";
     }
 
 private:
-    std::vector<std::string> Arguments(const WideText& program, const VmConfig& config,
-                                       const BootImage& image, const std::string& image_name) const {
-        DiskPaths disks;
-        for (std::size_t at = 0; at < disks.size(); ++at)
-            if (!config.ide[at].empty())
-                disks[at] = EmulatorPath(program, config.ide[at]);
-        return EmulatorArguments(config, image_name, disks, image.mode,
-                                 {control_.Port(), serial_.Port(), exit_port_.Port()});
+    std::vector<std::string> Arguments(EmulatorSetup& setup) const {
+        setup.control_port = control_.Port();
+        return EmulatorArguments(config_, setup);
     }
 
-    // Waits for bytes on the channels, prints those of the serial port and stores the others.
-    void ReadChannels(unsigned limit_ms) {
-        Channel* const channels[] = {&control_, &serial_, &exit_port_};
-        AwaitChannels(channels, limit_ms);
-        const std::string output = serial_.TakeReceived();
-        if (!output.empty()) {
-            Print(output);
-            line_is_complete_ = output.ends_with('\n');
-        }
-        control_text_ += control_.TakeReceived();
-        exit_bytes_ += exit_port_.TakeReceived();
+    bool TimeIsUp() const {
+        return GetTickCount64() >= limit_ms_;
     }
 
-    bool HasExitByte() const {
-        return !exit_bytes_.empty();
+    MachineEnd ExitByteEnd() const {
+        return {*exit_byte_, "Machine arrêtée par le noyau, code " + NumberText(*exit_byte_) + "."};
     }
 
-    // The end of the machine that a line of the control channel reports; none for all other lines.
-    std::optional<MachineEnd> ReportedEnd(const ControlLine& line) {
-        if (const std::optional<MachineEnd> end = EndOfEvent(line)) {
-            ReadChannels(0);  // the emulator sends a byte on the exit port before the event
-            return HasExitByte() ? MachineEnd::ExitCode : *end;
-        }
-        const auto answer = line.find("return");
-        if (answer == line.end())
-            return std::nullopt;
-        const std::optional<std::string> address = HaltedAt(answer->second);
-        // The machine can run while the emulator lists the registers. So two listings must show the same
-        // address.
+    MachineEnd TimeLimitEnd() const {
+        return {TIME_LIMIT_EXIT_CODE,
+                "Délai de " + NumberText(config_.timeout_ms) + " ms écoulé : machine arrêtée."};
+    }
+
+    static MachineEnd EmulatorEnd() {
+        return {EMULATOR_GONE_EXIT_CODE, "", false};
+    }
+
+    // Stores the answer's byte in exit_byte_ when NextLine reads the answer.
+    void LookAtExitPort() {
+        control_.Send(
+            WriteControlLine(READ_EXIT_PORT, R"("device": "exit", "size": 65536, "format": "base64")"));
+    }
+
+    // The machine can run while the emulator lists the registers. So two listings must show the same address.
+    bool IsHaltedAgain(const std::string& registers) {
+        const std::optional<std::string> address = HaltedAt(registers);
         const bool is_halted = address && *address == halted_at_;
         halted_at_ = address.value_or("");
-        next_listing_ms_ = GetTickCount64() + POLL_MS;
-        return is_halted ? std::optional(MachineEnd::Halted) : std::nullopt;
+        return is_halted;
     }
 
+    // Removes the next line from the received text.
     std::optional<ControlLine> NextLine() {
         const std::size_t end = control_text_.find('\n');
         if (end == std::string::npos)
             return std::nullopt;
         ControlLine line = ReadControlLine(std::string_view(control_text_).substr(0, end));
         control_text_.erase(0, end + 1);
+        if (!exit_byte_ && line["id"] == READ_EXIT_PORT)
+            exit_byte_ = FirstByte(line["return"]);
         return line;
     }
 
     // Returns the next line in which the member `name` has this text, or any text when `text` is empty; none
-    // when the emulator has ended or no such line arrives in time. Drops the lines before it.
-    std::optional<ControlLine> AwaitLine(const std::string& name, const std::string& text) {
-        const std::uint64_t limit_ms = GetTickCount64() + ANSWER_LIMIT_MS;
-        while (!control_.HasEnded() && !emulator_.HasEnded() && GetTickCount64() < limit_ms) {
+    // when the emulator has ended or no such line arrives until `until_ms`. Drops the lines before it.
+    std::optional<ControlLine> AwaitLine(const std::string& name, const std::string& text,
+                                         std::uint64_t until_ms) {
+        while (true) {
             while (std::optional<ControlLine> line = NextLine())
-                if (const auto found = line->find(name);
-                    found != line->end() && (text.empty() || found->second == text))
+                if (line->contains(name) && (text.empty() || line->at(name) == text))
                     return line;
-            ReadChannels(POLL_MS);
+            if (control_.HasEnded() || emulator_.End() || GetTickCount64() >= until_ms)
+                return std::nullopt;
+            control_text_ += control_.Receive(POLL_MS);
         }
-        return std::nullopt;
     }
 
     // Sends a command and returns its answer; none as in AwaitLine.
-    std::optional<ControlLine> Ask(const ControlCommand& command) {
-        const std::string id = NumberText(++last_id_);
-        control_.Send(WriteControlLine(command, id));
-        return AwaitLine("id", id);
+    std::optional<ControlLine> Ask(const char* command, const std::string& arguments,
+                                   std::uint64_t until_ms) {
+        control_.Send(WriteControlLine(command, arguments));
+        return AwaitLine("id", command, until_ms);
     }
 
+    const VmConfig& config_;
     Channel control_;
-    Channel serial_;
-    Channel exit_port_;
     std::string control_text_;
-    std::string exit_bytes_;
-    unsigned last_id_ = 0;
-    bool line_is_complete_ = true;  // the serial output ends with a line feed, or is empty
+    std::optional<unsigned char> exit_byte_;  // the first one
     std::string halted_at_;
-    std::uint64_t next_listing_ms_ = 0;
-    std::uint64_t start_ms_;
+    std::uint64_t limit_ms_;  // when the user's limit ends, as a tick count
     Emulator emulator_;
 };
 
 }  // namespace
 
-std::uint32_t RunMachine(const WideText& emulator, const VmConfig& config, const BootImage& image,
-                         const BootRequest& request) {
-    TemporaryFile file(".elf");
-    WriteBootFile(file.Path(), image, request, config.modules);
-    Machine machine(emulator, config, image, file.Name());
-    MachineEnd end = MachineEnd::EmulatorGone;
-    if (machine.AwaitStart()) {
-        file.Delete();  // the emulator has already read the file
-        end = machine.AwaitEnd(config.timeout_ms);
-    }
+void RunMachine(const WideText& program, const EngineRequest& request, const BootImage& image,
+                const std::vector<std::uint64_t>& module_bytes, EmulatorSetup setup,
+                std::uint32_t& exit_code) {
+    const VmConfig& config = request.config;
+    DeleteAbandonedFiles();
+    TemporaryFile file(TemporaryFolder(), ".elf");
+    file.Write(image, config.modules, module_bytes);
+    setup.image = file.Name();
+    setup.mode = image.mode;
+    setup.output_device = OutputDevice(program);
+    setup.is_stopped = request.dry_run;
+    for (std::size_t at = 0; at < setup.disks.size(); ++at)
+        if (!config.ide[at].empty())
+            setup.disks[at] = EmulatorPath(program, config.ide[at]);
+    Machine machine(program, config, setup);
+    std::optional<MachineEnd> end = machine.AwaitStart(request.dry_run);
+    file.Delete();  // the emulator has already read the file
+    const bool has_started = !end;
+    if (has_started)
+        end = request.dry_run ? MachineEnd{SUCCESS_EXIT_CODE, "Vérification réussie."} : machine.AwaitEnd();
+    exit_code = end->exit_code;
+    const bool wants_picture = !config.dump.empty() && !request.dry_run;
     std::string failure;
-    if (!config.dump.empty() && end != MachineEnd::WindowClosed && end != MachineEnd::EmulatorGone) {
-        try {
-            machine.WritePicture(config.dump);
-        } catch (const std::runtime_error& error) {
-            failure = std::string("Image de l'écran impossible : ") + error.what();
-        }
+    try {
+        if (wants_picture && end->has_screen)
+            machine.WritePicture();
+    } catch (const std::runtime_error& error) {
+        failure = error.what();
     }
-    machine.Quit();
-    PrintLine(EndText(end, machine.ExitByte(), config.timeout_ms));
+    const std::string emulator_end = machine.Quit();
+    if (has_started && !request.dry_run)
+        Print("\n");  // the kernel's last line can be incomplete
+    PrintLine(end->text.empty() ? emulator_end : end->text);
+    if (wants_picture && !end->has_screen)
+        PrintLine("Aucune image de l'écran n'est écrite : la machine n'existe plus.");
+    if (!has_started && !config.headless)
+        PrintLine("Si la fenêtre de la machine ne peut pas s'ouvrir ici, cochez « Sans fenêtres ».");
     if (!failure.empty())
         throw std::runtime_error(failure);
-    return ExitCodeOf(end, machine.ExitByte());
 }

@@ -5,17 +5,18 @@
 // command line that the launcher would not write, and for an invalid word that starts with "demo."; 124 for
 // the time limit; otherwise the value of demo.code= on the kernel command line. On Linux a code above 255
 // must be an exception code that corresponds to a signal: the process ends by this signal.
+#include <stdexcept>
 #include <vector>
 
 #include "adapter/engine_checks.h"
-#include "adapter/engine_main.h"
-#include "adapter/engine_output.h"
+#include "adapter/engine_process.h"
 #include "adapter/engine_request.h"
 #include "base/file_system.h"
 #include "base/text_convert.h"
 #include "demo/inherited_handles.h"
 #include "demo/tessarun_machine.h"
 #include "demo/tessarun_script.h"
+#include "launch/engine_command.h"
 #include "platform/win32.h"
 
 namespace {
@@ -47,6 +48,8 @@ void Run(const std::vector<WideText>& arguments, std::uint32_t& exit_code) {
     PrintStart(arguments);
     exit_code = USAGE_EXIT_CODE;
     const EngineRequest request = ParseEngineArguments(arguments);
+    if (BuildEngineArguments(request.config, request.dry_run) != arguments)
+        throw std::runtime_error("Le lanceur n'écrit pas cette ligne de commande.");
     const MachineScript script = ParseMachineScript(request.config.command);
     exit_code = FAILURE_EXIT_CODE;
     exit_code = CheckAndPlay(request, script);

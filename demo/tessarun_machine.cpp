@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "adapter/engine_output.h"
+#include "adapter/engine_process.h"
 #include "base/file_system.h"
 #include "base/text_convert.h"
 

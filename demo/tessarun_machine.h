@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "adapter/engine_main.h"
+#include "adapter/engine_process.h"
 #include "demo/tessarun_script.h"
 
 // Prints the machine's output and returns the script's exit code. When the limit is shorter than the script's

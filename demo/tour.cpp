@@ -185,7 +185,7 @@ void CheckMachine(const WideText& folder) {
          {"\nArguments : [console=série mode=\"démonstration\"]\nMémoire : 63 Mio\n",
           "\nModule 0 : 20 octets, somme 1989, arguments [racine=/dev/hda]\n",
           "\nModule 1 : 18 octets, somme 1196, arguments []\n", "\nDisque, secteur 0 : [premier secteur]\n",
-          "\nÉcran : 640 x 400 x 32\nFin.\nMachine arrêtée par le noyau, code 0.\n"})
+          "\nÉcran : 640 x 400 x 32\nFin.\n\nMachine arrêtée par le noyau, code 0.\n"})
         Check(log.find(words) != std::string::npos, std::string("absent du journal : ") + words);
     const std::string picture = ReadWholeFile(JoinPath(folder, TEXT("écran.ppm")));
     Check(picture.starts_with("P6\n640 400\n255\n"), "l'image de l'écran doit être là");

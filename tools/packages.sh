@@ -2,10 +2,10 @@
 
 packages_host="cmake ninja-build g++ binutils googletest"
 packages_sanitize="cmake ninja-build g++ clang libclang-rt-dev binutils googletest"
-packages_windows="cmake ninja-build g++-mingw-w64-x86-64-posix binutils googletest wine wine64 fonts-wine xvfb util-linux"
+packages_windows="cmake ninja-build gcc g++-mingw-w64-x86-64-posix binutils googletest wine wine64 fonts-wine xvfb util-linux"
 packages_release="gcc git perl zip unzip cmark-gfm"
 packages_pictures="imagemagick locales"
-packages_machine="qemu-system-x86 gcc imagemagick"
+packages_machine="qemu-system-x86 imagemagick"
 packages_display="x11-utils locales"
 packages_bare="debootstrap git util-linux"
 packages_lint="cmake ninja-build g++ g++-mingw-w64-x86-64-posix binutils googletest clang-format clang-tidy git perl"

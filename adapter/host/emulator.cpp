@@ -1,60 +1,58 @@
 // The emulator on Linux.
 #include "adapter/emulator.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <stdexcept>
 #include <string_view>
 
+#include "adapter/files.h"
 #include "base/path_ops.h"
 #include "base/text_convert.h"
 #include "platform/host/system/native.h"
-
-namespace {
 
 std::string Setting(const char* name) {
     const char* const value = std::getenv(name);
     return value == nullptr ? std::string() : value;
 }
 
-WideText WindowsPath(const std::string& native) {
-    return NormalPath(TEXT("C:") + WideFromUtf8(native));
-}
-
-bool IsProgram(const std::string& path) {
-    std::error_code unknown;
-    return path.starts_with('/') && std::filesystem::is_regular_file(path, unknown) &&
-           access(path.c_str(), X_OK) == 0;
-}
-
-}  // namespace
-
-WideText FindEmulator() {
-    const std::string named = Setting("TESSARUN_QEMU");
-    if (IsProgram(named))
-        return WindowsPath(named);
-    if (!named.empty())
-        throw std::runtime_error("Émulateur introuvable : TESSARUN_QEMU nomme " + named);
+std::vector<WideText> UsualPrograms() {
+    std::vector<WideText> programs;
     const std::string folders = Setting("PATH");
     for (std::string_view left = folders; !left.empty();) {
         const std::string folder(left.substr(0, left.find(':')));
         left.remove_prefix(std::min(folder.size() + 1, left.size()));
-        for (const char* const name : {"/qemu-system-i386", "/qemu-system-x86_64"})
-            if (IsProgram(folder + name))
-                return WindowsPath(folder + name);
+        for (const char* const name : {"/qemu-system-x86_64", "/qemu-system-i386"})
+            if (folder.starts_with('/'))
+                programs.push_back(host::FromNativePath(folder + name));
     }
-    throw std::runtime_error("Émulateur introuvable : installez le paquet qemu-system-x86.");
+    return programs;
 }
 
 WideText TemporaryFolder() {
     const std::string folder = Setting("TMPDIR");
-    return WindowsPath(folder.starts_with('/') ? folder : "/tmp");
+    return host::FromNativePath(folder.starts_with('/') ? folder : "/tmp");
+}
+
+void DeleteAbandonedFiles() {
+    std::error_code ignored;
+    const std::filesystem::directory_iterator folder(EmulatorPath({}, TemporaryFolder()), ignored);
+    for (const std::filesystem::directory_entry& entry : folder) {
+        const std::string name = entry.path().filename().native();
+        if (!name.starts_with(TEMPORARY_PREFIX))
+            continue;
+        const int creator = std::atoi(name.c_str() + std::string_view(TEMPORARY_PREFIX).size());
+        if (creator > 0 && kill(creator, 0) != 0 && errno == ESRCH)
+            std::filesystem::remove(entry.path(), ignored);
+    }
 }
 
 std::string EmulatorPath(const WideText&, const WideText& path) {
@@ -63,8 +61,8 @@ std::string EmulatorPath(const WideText&, const WideText& path) {
     throw std::runtime_error("Chemin incorrect : " + Utf8FromWide(path));
 }
 
-bool HasDisplay() {
-    return !Setting("DISPLAY").empty() || !Setting("WAYLAND_DISPLAY").empty();
+const char* OutputDevice(const WideText&) {
+    return "stdio,signal=off";
 }
 
 Emulator::Emulator(const WideText& program, const std::vector<std::string>& arguments, std::uint32_t zoom) {
@@ -82,6 +80,7 @@ Emulator::Emulator(const WideText& program, const std::vector<std::string>& argu
         throw std::runtime_error("Lancement de l'émulateur impossible.");
     if (child == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
+        dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);  // not the keyboard of a terminal
         // The parent may have ended before the child requested the signal; then none is sent.
         if (getppid() == parent && chdir(folder.c_str()) == 0)
             execv(path.c_str(), pointers.data());
@@ -92,14 +91,15 @@ Emulator::Emulator(const WideText& program, const std::vector<std::string>& argu
 }
 
 Emulator::~Emulator() {
-    if (HasEnded())
+    if (End())
         return;
     kill(process_identifier_, SIGKILL);
     waitpid(process_identifier_, nullptr, 0);
 }
 
-bool Emulator::HasEnded() {
-    if (process_identifier_ != 0 && waitpid(process_identifier_, nullptr, WNOHANG) != 0)
-        process_identifier_ = 0;
-    return process_identifier_ == 0;
+std::optional<std::int64_t> Emulator::End() {
+    int status = 0;
+    if (!end_ && waitpid(process_identifier_, &status, WNOHANG) != 0)
+        end_ = WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+    return end_;
 }

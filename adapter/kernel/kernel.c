@@ -6,8 +6,7 @@
 
 enum { MAGIC = 0x2BADB002, HAS_FRAMEBUFFER = 1 << 12 };
 enum { SERIAL = 0x3F8, EXIT_PORT = 0xF4, POWER = 0x604, POWER_OFF = 0x2000 };
-enum { DISK = 0x1F0, READ_SECTOR = 0x20 };
-enum { DISK_ERROR = 1, DISK_DATA = 8, DISK_BUSY = 0x80, DISK_ABSENT = 0xFF };
+enum { DISK = 0x1F0, DISK_ERROR = 1, DISK_DATA = 8, DISK_BUSY = 0x80, DISK_ABSENT = 0xFF, READ_SECTOR = 0x20 };
 
 struct module {
     uint32_t start, end;
@@ -23,10 +22,8 @@ struct information {
     uint32_t others[15];
     uint64_t framebuffer;
     uint32_t pitch, width, height;
-    uint8_t depth, type;
+    uint8_t depth;
 };
-
-void triple_fault(void);
 
 static void write_port(uint16_t port, uint8_t value) {
     __asm__ volatile("outb %0, %1" : : "a"(value), "Nd"(port));
@@ -37,14 +34,6 @@ static uint8_t read_port(uint16_t port) {
     __asm__ volatile("inb %1, %0" : "=a"(value) : "Nd"(port));
     return value;
 }
-
-static uint16_t read_wide_port(uint16_t port) {
-    uint16_t value;
-    __asm__ volatile("inw %1, %0" : "=a"(value) : "Nd"(port));
-    return value;
-}
-
-// --- printing ---
 
 static void print_byte(char byte) {
     while ((read_port(SERIAL + 5) & 0x20) == 0) {
@@ -57,33 +46,30 @@ static void print(const char* text) {
         print_byte(*text++);
 }
 
-static void print_number(uint32_t number) {
+// Prints the number between two texts.
+static void print_number(const char* before, uint32_t number, const char* behind) {
+    print(before);
     if (number >= 10)
-        print_number(number / 10);
+        print_number("", number / 10, "");
     print_byte((char)('0' + number % 10));
+    print(behind);
 }
 
-static void print_modules(const struct information* information) {
-    for (uint32_t at = 0; at < information->module_count; ++at) {
-        const struct module* module = &information->modules[at];
-        uint32_t sum = 0;
-        for (uint32_t byte = module->start; byte < module->end; ++byte)
-            sum += *(const uint8_t*)byte;
-        print("Module ");
-        print_number(at);
-        print(module->start % 4096 == 0 ? " : " : " (hors page) : ");
-        print_number(module->end - module->start);
-        print(" octets, somme ");
-        print_number(sum);
-        print(", arguments [");
-        print(module->arguments);
-        print("]\n");
-    }
+static void print_module(uint32_t at, const struct module* module) {
+    uint32_t sum = 0;
+    for (uint32_t byte = module->start; byte < module->end; ++byte)
+        sum += *(const uint8_t*)byte;
+    print_number("Module ", at, module->start % 4096 == 0 ? " : " : " (hors page) : ");
+    print_number("", module->end - module->start, " octets, somme ");
+    print_number("", sum, ", arguments [");
+    print(module->arguments);
+    print("]\n");
 }
-
-// --- the disk ---
 
 static void read_disk(void) {
+    static char sector[513];
+    uint32_t words = 256;
+    char* to = sector;
     write_port(DISK + 6, 0xE0);  // the master drive, addressed by sector numbers (LBA)
     if (read_port(DISK + 7) == 0 || read_port(DISK + 7) == DISK_ABSENT) {
         print("Disque : aucun\n");
@@ -97,45 +83,30 @@ static void read_disk(void) {
     do {
         status = read_port(DISK + 7);
     } while ((status & DISK_BUSY) != 0 || (status & (DISK_DATA | DISK_ERROR)) == 0);
+    __asm__ volatile("rep insw" : "+D"(to), "+c"(words) : "d"(DISK) : "memory");
     print("Disque, secteur 0 : [");
-    for (int at = 0; at < 256; ++at) {
-        const uint16_t pair = read_wide_port(DISK);
-        if ((pair & 0xFF) != 0)
-            print_byte((char)pair);
-        if (pair >> 8 != 0)
-            print_byte((char)(pair >> 8));
-    }
+    print(sector);
     print("]\n");
 }
 
-// --- the screen ---
-
 // Red increases to the right, green downwards; the frame is white.
 static void draw(const struct information* information) {
+    const uint32_t width = information->width, height = information->height;
     if ((information->flags & HAS_FRAMEBUFFER) == 0) {
         print("Écran : texte\n");
         return;
     }
-    for (uint32_t y = 0; y < information->height; ++y) {
+    for (uint32_t y = 0; y < height; ++y) {
         uint32_t* line = (uint32_t*)((uint32_t)information->framebuffer + y * information->pitch);
-        for (uint32_t x = 0; x < information->width; ++x) {
-            const int is_frame =
-                x == 0 || y == 0 || x == information->width - 1 || y == information->height - 1;
-            line[x] = is_frame
-                          ? 0xFFFFFF
-                          : x * 255 / information->width << 16 | y * 255 / information->height << 8 | 0x40;
+        for (uint32_t x = 0; x < width; ++x) {
+            const int is_frame = x == 0 || y == 0 || x == width - 1 || y == height - 1;
+            line[x] = is_frame ? 0xFFFFFF : x * 255 / width << 16 | y * 255 / height << 8 | 0x40;
         }
     }
-    print("Écran : ");
-    print_number(information->width);
-    print(" x ");
-    print_number(information->height);
-    print(" x ");
-    print_number(information->depth);
-    print("\n");
+    print_number("Écran : ", width, " x ");
+    print_number("", height, " x ");
+    print_number("", information->depth, "\n");
 }
-
-// --- the end ---
 
 // The text after the word in the arguments; null when they do not contain the word.
 static const char* text_after(const char* word, const char* arguments) {
@@ -150,12 +121,15 @@ static const char* text_after(const char* word, const char* arguments) {
 }
 
 static void end(const char* arguments) {
+    static const struct {
+        uint16_t limit;
+        uint32_t address;
+    } __attribute__((packed)) no_interrupt_table;
     if (text_after("fin=faute", arguments))
-        triple_fault();
-    const int is_off = text_after("fin=extinction", arguments) != 0;
-    if (is_off)
+        __asm__ volatile("lidt %0; int3" : : "m"(no_interrupt_table));
+    if (text_after("fin=extinction", arguments))
         __asm__ volatile("outw %0, %1" : : "a"((uint16_t)POWER_OFF), "Nd"((uint16_t)POWER));
-    if (is_off || text_after("fin=arret", arguments))
+    if (text_after("fin=extinction", arguments) || text_after("fin=arret", arguments))
         return;
     while (text_after("fin=boucle", arguments))
         __asm__ volatile("pause");
@@ -170,10 +144,9 @@ void kernel(uint32_t magic, const struct information* information) {
     print(magic == MAGIC ? "Multiboot" : "inconnu");
     print("\nArguments : [");
     print(information->arguments);
-    print("]\nMémoire : ");
-    print_number(information->memory_upper / 1024 + 1);
-    print(" Mio\n");
-    print_modules(information);
+    print_number("]\nMémoire : ", information->memory_upper / 1024 + 1, " Mio\n");
+    for (uint32_t at = 0; at < information->module_count; ++at)
+        print_module(at, &information->modules[at]);
     read_disk();
     draw(information);
     print("Fin.\n");

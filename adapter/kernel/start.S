@@ -9,7 +9,7 @@
         .long   0, 0, 0, 0, 0                   # no addresses: they are in the ELF file
         .long   0, 640, 480, 32                 # graphics
 
-        .section .text
+        .text
         .globl  start
 start:
         movl    $stack_top, %esp
@@ -21,19 +21,6 @@ halt:
         hlt
         jmp     halt
 
-        .globl  triple_fault                    # an interrupt (int3) without an interrupt table
-triple_fault:
-        lidt    no_table
-        int3
-
-        .section .rodata
-no_table:
-        .word   0
-        .long   0
-
-        .section .bss
-        .align  16
-        .skip   16384
-stack_top:
-
+        .lcomm  stack, 16384
+        .set    stack_top, stack + 16384
         .section .note.GNU-stack, "", @progbits

@@ -1,15 +1,26 @@
-// The emulator on Windows. Under Wine the emulator can be a Linux program. Such a program needs Unix paths,
-// and Wine returns no handle of its process, so the program outlives an engine that is killed.
+// The emulator on Windows. Under Wine the emulator can be a Linux program, which needs Unix paths. Wine
+// returns no handle of its process and gives it no standard error. So a shell starts it, writes its exit
+// status into a file and ends it when this file disappears; the file disappears with the engine.
 #include "adapter/emulator.h"
 
+#include <cstdlib>
 #include <stdexcept>
 
+#include "adapter/files.h"
+#include "base/file_system.h"
 #include "base/path_ops.h"
 #include "base/text_convert.h"
 #include "base/windows_error.h"
 #include "launch/engine_command.h"
 
 namespace {
+
+constexpr const WCHAR* SHELL = TEXT("Z:\\bin\\sh");
+// $0: the status file; $@: the emulator's command line.
+constexpr const WCHAR* SHELL_SCRIPT =
+    TEXT("\"$@\" 2>&1 & p=$!; (while [ -e \"$0\" ]; do sleep 1; done; kill -9 $p) >/dev/null 2>&1 & ")
+        TEXT("wait $p; s=$?; kill $! 2>/dev/null; [ ! -e \"$0\" ] || echo $s >\"$0\"");
+constexpr long SIGNAL_STATUS = 128;  // a shell adds this to the number of a signal
 
 // The text that a platform call copies into a buffer; empty when the call fails or the text does not fit.
 template <typename Query>
@@ -18,15 +29,6 @@ WideText TextOf(const Query& query) {
     const DWORD length = query(text.data(), static_cast<DWORD>(text.size()));
     text.resize(length < text.size() ? length : 0);
     return text;
-}
-
-WideText Setting(const WCHAR* name) {
-    return TextOf([&](WCHAR* text, DWORD size) { return GetEnvironmentVariableW(name, text, size); });
-}
-
-bool IsProgram(const WideText& path) {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
 // Finds Wine's function that returns the Unix path of a file, which the caller frees. Null on Windows.
@@ -38,7 +40,7 @@ UnixPathFunction FindUnixPathFunction() {
 }
 
 bool IsUnixProgram(const WideText& program) {
-    return !program.ends_with(TEXT(".exe"));
+    return FindUnixPathFunction() != nullptr && !program.ends_with(TEXT(".exe"));
 }
 
 [[noreturn]] void ThrowLaunchError(DWORD code) {
@@ -63,27 +65,27 @@ OwnedHandle PutIntoJob(HANDLE process) {
 
 }  // namespace
 
-WideText FindEmulator() {
-    WideText named = Setting(TEXT("TESSARUN_QEMU"));
-    if (IsProgram(named))
-        return named;
-    if (!named.empty())
-        throw std::runtime_error("Émulateur introuvable : TESSARUN_QEMU nomme " + Utf8FromWide(named));
-    const WideText folders =
-        Setting(TEXT("PATH"));  // by default SearchPathW would also search the current folder
-    for (const WCHAR* const name : {TEXT("qemu-system-i386.exe"), TEXT("qemu-system-x86_64.exe")}) {
-        const WideText found = TextOf([&](WCHAR* text, DWORD size) {
+std::string Setting(const char* name) {
+    return Utf8FromWide(TextOf([&](WCHAR* text, DWORD size) {
+        return GetEnvironmentVariableW(WideFromUtf8(name).c_str(), text, size);
+    }));
+}
+
+std::vector<WideText> UsualPrograms() {
+    // By default SearchPathW would also search the current folder.
+    const WideText folders = WideFromUtf8(Setting("PATH"));
+    const WideText usual = JoinPath(WideFromUtf8(Setting("ProgramFiles")), TEXT("qemu"));
+    std::vector<WideText> programs;
+    for (const WCHAR* const name : {TEXT("qemu-system-x86_64.exe"), TEXT("qemu-system-i386.exe")}) {
+        programs.push_back(TextOf([&](WCHAR* text, DWORD size) {
             return SearchPathW(folders.c_str(), name, nullptr, size, text, nullptr);
-        });
-        const WideText usual = JoinPath(JoinPath(Setting(TEXT("ProgramFiles")), TEXT("qemu")), name);
-        for (const WideText& path : {found, usual})
-            if (!path.empty() && IsProgram(path))
-                return path;
+        }));
+        programs.push_back(JoinPath(usual, name));
     }
-    WideText unix_program = TEXT("Z:\\usr\\bin\\qemu-system-i386");
-    if (FindUnixPathFunction() != nullptr && IsProgram(unix_program))
-        return unix_program;
-    throw std::runtime_error("Émulateur introuvable : installez QEMU pour Windows.");
+    if (FindUnixPathFunction() != nullptr)
+        programs.insert(programs.end(),
+                        {TEXT("Z:\\usr\\bin\\qemu-system-x86_64"), TEXT("Z:\\usr\\bin\\qemu-system-i386")});
+    return programs;
 }
 
 WideText TemporaryFolder() {
@@ -93,11 +95,22 @@ WideText TemporaryFolder() {
     return folder;
 }
 
+// An engine that still runs holds its files, so that they cannot be deleted.
+void DeleteAbandonedFiles() {
+    const WideText folder = TemporaryFolder();
+    WIN32_FIND_DATAW found{};
+    const HANDLE search =
+        FindFirstFileW(JoinPath(folder, WideFromUtf8(TEMPORARY_PREFIX) + TEXT("*")).c_str(), &found);
+    for (BOOL is_found = search != INVALID_HANDLE_VALUE; is_found != FALSE;
+         is_found = FindNextFileW(search, &found))
+        DeleteFileW(JoinPath(folder, found.cFileName).c_str());
+    FindClose(search);
+}
+
 std::string EmulatorPath(const WideText& program, const WideText& path) {
-    const UnixPathFunction unix_path = FindUnixPathFunction();
-    if (unix_path == nullptr || !IsUnixProgram(program))
+    if (!IsUnixProgram(program))
         return Utf8FromWide(path);
-    char* const native = unix_path(path.c_str());
+    char* const native = FindUnixPathFunction()(path.c_str());
     if (native == nullptr)
         throw std::runtime_error("Chemin incorrect : " + Utf8FromWide(path));
     std::string text = native;
@@ -105,12 +118,27 @@ std::string EmulatorPath(const WideText& program, const WideText& path) {
     return text;
 }
 
-bool HasDisplay() {
-    return true;
+const char* OutputDevice(const WideText& program) {
+    return IsUnixProgram(program) ? "stdio,signal=off" : "console";
 }
 
 Emulator::Emulator(const WideText& program, const std::vector<std::string>& arguments, std::uint32_t zoom) {
-    WideText line = QuoteEngineArgument(program);
+    const bool is_unix = IsUnixProgram(program);
+    WideText line;
+    if (is_unix) {
+        const WideText status =
+            JoinPath(TemporaryFolder(),
+                     WideFromUtf8(TEMPORARY_PREFIX) + WideNumberText(GetCurrentProcessId()) + TEXT(".fin"));
+        status_ =
+            OwnedHandle(CreateFileW(status.c_str(), GENERIC_READ | DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                    nullptr, CREATE_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+        if (!status_)
+            ThrowFileSystemError("écriture impossible", GetLastError(), status);
+        for (const WideText& word : {WideText(SHELL), WideText(TEXT("-c")), WideText(SHELL_SCRIPT),
+                                     WideFromUtf8(EmulatorPath(program, status))})
+            line += QuoteEngineArgument(word) + TEXT(" ");
+    }
+    line += QuoteEngineArgument(WideFromUtf8(EmulatorPath(program, program)));
     for (const std::string& argument : arguments)
         line += TEXT(" ") + QuoteEngineArgument(WideFromUtf8(argument));
     SetEnvironmentVariableW(TEXT("GDK_SCALE"), WideNumberText(zoom).c_str());
@@ -121,25 +149,38 @@ Emulator::Emulator(const WideText& program, const std::vector<std::string>& argu
     startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
     startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
     PROCESS_INFORMATION started{};
-    if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE,
-                       CREATE_NO_WINDOW | CREATE_SUSPENDED, nullptr, TemporaryFolder().c_str(), &startup,
-                       &started) == FALSE)
+    // Wine gives the standard output to a Linux program only with DETACHED_PROCESS.
+    if (CreateProcessW(is_unix ? SHELL : program.c_str(), line.data(), nullptr, nullptr, TRUE,
+                       is_unix ? DETACHED_PROCESS : CREATE_NO_WINDOW | CREATE_SUSPENDED, nullptr,
+                       TemporaryFolder().c_str(), &startup, &started) == FALSE)
         ThrowLaunchError(GetLastError());
     process_ = OwnedHandle(started.hProcess);
     const OwnedHandle thread(started.hThread);
-    if (!process_)  // a Unix program
+    if (is_unix)
         return;
     job_ = PutIntoJob(process_.Get());
     ResumeThread(thread.Get());
 }
 
 Emulator::~Emulator() {
-    if (!process_ || HasEnded())
+    if (!process_ || End())
         return;
     TerminateProcess(process_.Get(), 1);
     WaitForSingleObject(process_.Get(), 5000);
 }
 
-bool Emulator::HasEnded() {
-    return process_ && WaitForSingleObject(process_.Get(), 0) == WAIT_OBJECT_0;
+std::optional<std::int64_t> Emulator::End() {
+    if (status_) {
+        std::string text(16, '\0');
+        text.resize(ReadAt(status_.Get(), 0, text.data(), text.size()));
+        const long status = std::strtol(text.c_str(), nullptr, 10);
+        if (!text.ends_with('\n'))
+            return std::nullopt;
+        return status > SIGNAL_STATUS ? SIGNAL_STATUS - status : status;
+    }
+    DWORD exit_code = 0;
+    if (WaitForSingleObject(process_.Get(), 0) != WAIT_OBJECT_0 ||
+        GetExitCodeProcess(process_.Get(), &exit_code) == FALSE)
+        return std::nullopt;
+    return exit_code;
 }

@@ -1,7 +1,12 @@
-// The engine, started as by the launcher, boots the project's kernel on the emulator.
+// The engine, started as by the launcher, boots kernels on the emulator.
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -16,18 +21,22 @@ namespace {
 
 TEST(PictureFaults, LeaveTheOldPictureUnchanged) {
     const ScratchFolder folder;
-    const WideText source = folder.Of(TEXT("new"));
+    TemporaryFile source(folder.path, ".new");
+    BootImage image;
+    image.front = "new";
+    source.Write(image, {}, {});
     const WideText target = folder.Of(TEXT("écran.ppm"));
-    WriteBytes(source, "new");
     WriteBytes(target, "old");
     for (const char* const call : {"CreateFileW", "WriteFile", "FlushFileBuffers", "MoveFileExW"}) {
-        const bool is_second = call == std::string_view("CreateFileW");  // the first opens the source
-        host::FailCall(call, is_second ? 2 : 1, ERROR_DISK_FULL);
-        EXPECT_NE(MessageOf([&] { ReplaceByCopy(source, target); }), "") << call;
+        const bool is_third = call == std::string_view("CreateFileW");  // two calls open the source
+        host::FailCall(call, is_third ? 3 : 1, ERROR_DISK_FULL);
+        EXPECT_EQ(MessageOf([&] { source.CopyTo(target); }),
+                  "écriture impossible: There is not enough space on the disk.: \"" + Narrow(target) + "\"")
+            << call;
         EXPECT_EQ(ReadBytes(target), "old") << call;
         EXPECT_EQ(ListFolder(folder.path).size(), 2U) << call;
     }
-    ReplaceByCopy(source, target);
+    source.CopyTo(target);
     EXPECT_EQ(ReadBytes(target), "new");
 }
 
@@ -37,14 +46,15 @@ protected:
         if (!MessageOf(FindEmulator).empty())
             GTEST_SKIP() << "no emulator on this machine";
         setenv("TMPDIR", NativePath(folder.path).c_str(), 1);  // for the engine
-        config.kernel = BuildFile(TEXT("machine_kernel.elf"));
+        config.kernel = BuildFile(TEXT("demo_kernel.elf"));
         config.ram_mib = 32;
         config.timeout_ms = 60000;
         config.headless = true;
     }
 
     void TearDown() override {
-        unsetenv("TMPDIR");
+        for (const char* const name : {"TMPDIR", "TESSARUN_QEMU", "TESSARUN_QEMU_OPTIONS"})
+            unsetenv(name);
     }
 
     EngineEnd Run(WideView arguments, EngineRun kind = EngineRun::Real) {
@@ -53,6 +63,23 @@ protected:
         for (const WideText& name : ListFolder(folder.path))
             EXPECT_FALSE(name.starts_with(TEXT("tessarun-"))) << "temporary files are deleted";
         return run;
+    }
+
+    // A dry run and a run end with this code and these last words in the log.
+    void ExpectRefusal(DWORD exit_code, const std::string& last_words) {
+        for (const EngineRun kind : {EngineRun::Dry, EngineRun::Real}) {
+            const EngineEnd run = Run(TEXT(""), kind);
+            EXPECT_EQ(run.exit_code, exit_code) << run.log;
+            EXPECT_TRUE(run.log.ends_with(last_words)) << last_words << "\n" << run.log;
+        }
+    }
+
+    // Makes an executable script the emulator.
+    void UseEmulator(const std::string& script) {
+        const std::filesystem::path path = NativePath(folder.Of(TEXT("émulateur")));
+        WriteBytes(folder.Of(TEXT("émulateur")), script);
+        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+        setenv("TESSARUN_QEMU", path.c_str(), 1);
     }
 
     ScratchFolder folder;
@@ -67,7 +94,6 @@ TEST_F(Machine, BootsAKernelWithModulesADiskAndAScreen) {
     config.modules = {{folder.Of(TEXT("un, deux.bin")), TEXT(" x,\"y\" é ")},
                       {folder.Of(TEXT("trois.bin")), TEXT("")}};
     config.ide[0] = folder.Of(TEXT("disque, a.img"));
-    config.timeout_ms = 0;  // none
     config.dump = picture;
     WriteBytes(picture, "an older one");
     config.explicit_video = true;
@@ -76,8 +102,9 @@ TEST_F(Machine, BootsAKernelWithModulesADiskAndAScreen) {
     const EngineEnd run = Run(TEXT(" mode=\"a, b\" code=200 "));
     EXPECT_EQ(run.exit_code, 200U);
     for (const char* const line :
-         {"Écran : 320 x 200 points de 32 bits. Demandé : 323 x 200.\n", "\nChargeur : Multiboot\n",
-          "\nArguments : [ mode=\"a, b\" code=200 ]\nMémoire : 31 Mio\n",
+         {"qemu-system-x86_64, processeur qemu64.\n",
+          "Écran : 320 x 200 points de 32 bits. Demandé : 323 x 200 points de 32 bits.\n",
+          "\nChargeur : Multiboot\n", "\nArguments : [ mode=\"a, b\" code=200 ]\nMémoire : 31 Mio\n",
           "\nModule 0 : 5000 octets, somme 5000, arguments [ x,\"y\" é ]\nModule 1 : 0 octets, somme 0, "
           "arguments []\n",
           "\nDisque, secteur 0 : [secteur]\nÉcran : 320 x 200 x 32\nFin.\n",
@@ -112,61 +139,189 @@ TEST_F(Machine, EndsWithTheExitCodeOfTheKernel) {
         config.dump = folder.Of(tested.arguments);
         const EngineEnd run = Run(tested.arguments);
         EXPECT_EQ(run.exit_code, tested.exit_code) << run.log;
-        EXPECT_TRUE(run.log.ends_with("\nFin.\n" + std::string(tested.last_line))) << run.log;
+        EXPECT_TRUE(run.log.ends_with("\nFin.\n\n" + std::string(tested.last_line))) << run.log;
         EXPECT_EQ(ReadBytes(config.dump).substr(0, 10), "P6\n640 480") << "the mode in the kernel's header";
     }
 }
 
-TEST_F(Machine, AcceptsAKernelWithoutHeaderAndReportsErrors) {
+TEST_F(Machine, BootsKernelsOfEveryShape) {
+    constexpr DWORD TEXT_SCREEN = 77, GRAPHICS = 78;
+    const struct {
+        WideView shape;
+        WideView arguments;
+        DWORD exit_code;
+    } CASES[] = {
+        {TEXT("plain"), TEXT(""), TEXT_SCREEN},  // the file's headers are in a segment of their own
+        {TEXT("plain"), TEXT("b"), TEXT_SCREEN},
+        {TEXT("plain"), TEXT("r"), 3},
+        {TEXT("plain"), TEXT("6"), 0},
+        {TEXT("relocatable"), TEXT(""), TEXT_SCREEN},
+        {TEXT("script"), TEXT(""), TEXT_SCREEN},
+        {TEXT("high_virtual"), TEXT(""), TEXT_SCREEN},
+        {TEXT("high_physical"), TEXT(""), TEXT_SCREEN},
+        {TEXT("addresses"), TEXT(""), TEXT_SCREEN},
+        {TEXT("no_header"), TEXT(""), TEXT_SCREEN},
+        {TEXT("graphics"), TEXT(""), GRAPHICS},
+        {TEXT("text"), TEXT(""), TEXT_SCREEN},
+    };
+    for (const auto& tested : CASES) {
+        config.kernel = BuildFile(TEXT("shapes\\") + WideText(tested.shape) + TEXT(".elf"));
+        config.force_no_header = tested.shape == TEXT("no_header");
+        const EngineEnd run = Run(tested.arguments);
+        EXPECT_EQ(run.exit_code, tested.exit_code) << Narrow(tested.shape) << "\n" << run.log;
+    }
+    // Of a large file, only what is loaded counts.
+    config.kernel = folder.Of(TEXT("large.elf"));
+    WriteBytes(config.kernel, ReadBytes(BuildFile(TEXT("shapes\\plain.elf"))));
+    std::filesystem::resize_file(NativePath(config.kernel), 40 << 20);
+    EXPECT_EQ(Run(TEXT("")).exit_code, TEXT_SCREEN);
+    setenv("TESSARUN_QEMU", "/usr/bin/qemu-system-i386", 1);
+    const EngineEnd run = Run(TEXT(""));
+    EXPECT_EQ(run.exit_code, TEXT_SCREEN);
+    EXPECT_TRUE(run.LogContains("qemu-system-i386, processeur qemu32.\n")) << run.log;
+}
+
+TEST_F(Machine, RefusesInADryRunWhatARunRefuses) {
+    config.timeout_ms = 0;  // none
+    const EngineEnd dry = Run(TEXT("fin=boucle"), EngineRun::Dry);
+    EXPECT_EQ(dry.exit_code, 0U);
+    EXPECT_TRUE(dry.log.ends_with("\nVérification réussie.\n")) << dry.log;
+    EXPECT_FALSE(dry.LogContains("Chargeur")) << "the processor does not start";
+
+    config.timeout_ms = 60000;
+    UseEmulator("text");
+    std::filesystem::permissions(NativePath(folder.Of(TEXT("émulateur"))),
+                                 std::filesystem::perms::owner_read);
+    ExpectRefusal(4, "L'émulateur s'est arrêté de lui-même, code 127.\n");
+    UseEmulator("#!/bin/sh\necho reason >&2\nexit 3");
+    ExpectRefusal(4, "\nreason\nL'émulateur s'est arrêté de lui-même, code 3.\n");
+    UseEmulator("#!/bin/sh\nkill -9 $$");
+    ExpectRefusal(4, "\nL'émulateur a été arrêté par le signal 9.\n");
+    UseEmulator("#!/bin/sh\nexec sleep 60");
+    config.timeout_ms = 400;
+    ExpectRefusal(124, "\nDélai de 400 ms écoulé : machine arrêtée.\n");
+    config.timeout_ms = 60000;
+    setenv("TESSARUN_QEMU", "/tmp", 1);
+    ExpectRefusal(1, "\nErreur : Émulateur introuvable : TESSARUN_QEMU nomme /tmp\n");
+    unsetenv("TESSARUN_QEMU");
+
+    unsetenv("DISPLAY");
+    unsetenv("WAYLAND_DISPLAY");
+    config.headless = false;
+    ExpectRefusal(4, "\nSi la fenêtre de la machine ne peut pas s'ouvrir ici, cochez « Sans fenêtres ».\n");
+    config.headless = true;
+    setenv("TMPDIR", "/nowhere", 1);
+    EXPECT_TRUE(
+        Run(TEXT(""), EngineRun::Dry).LogContains("Erreur : écriture impossible: The system cannot find"));
+    setenv("TMPDIR", NativePath(folder.path).c_str(), 1);
+    config.dump = folder.Of(TEXT("absent\\écran.ppm"));
+    ExpectRefusal(1, "absent\\écran.ppm\"\n");
     std::string kernel = ReadBytes(config.kernel);
     kernel.replace(kernel.find("\x02\xB0\xAD\x1B"), 4, "none");
     config.kernel = folder.Of(TEXT("sans en-tête.elf"));
     WriteBytes(config.kernel, kernel);
-    EXPECT_EQ(Run(TEXT("code=5")).exit_code, 1U);
-    config.force_no_header = true;
-    const EngineEnd run = Run(TEXT("code=5"));
-    EXPECT_EQ(run.exit_code, 5U) << run.log;
-    EXPECT_TRUE(run.LogContains("\nÉcran : texte\n")) << run.log;
+    ExpectRefusal(1, "aucun en-tête Multiboot valide dans les 8192 premiers octets.\n");
+}
 
-    config.dump = folder.Of(TEXT("absent\\écran.ppm"));
-    const EngineEnd without_folder = Run(TEXT(""));
-    EXPECT_EQ(without_folder.exit_code, 1U);
-    EXPECT_TRUE(without_folder.LogContains("\nErreur : Image de l'écran impossible : "))
-        << without_folder.log;
-
-    const EngineEnd dry = Run(TEXT("code=5"), EngineRun::Dry);
-    EXPECT_EQ(dry.exit_code, 0U);
-    EXPECT_TRUE(dry.log.ends_with("\nVérification réussie.\n")) << dry.log;
-    unsetenv("DISPLAY");
-    unsetenv("WAYLAND_DISPLAY");
-    config.headless = false;
-    EXPECT_TRUE(Run(TEXT(""), EngineRun::Dry)
-                    .LogContains("\nErreur : Aucun affichage pour la fenêtre de la machine : "));
-    config.headless = true;
-    setenv("TESSARUN_QEMU", "/tmp", 1);
-    const EngineEnd without_emulator = Run(TEXT(""), EngineRun::Dry);
-    unsetenv("TESSARUN_QEMU");
-    EXPECT_EQ(without_emulator.exit_code, 1U);
-    EXPECT_TRUE(
-        without_emulator.LogContains("\nErreur : Émulateur introuvable : TESSARUN_QEMU nomme /tmp\n"));
-
+TEST_F(Machine, ProtectsItsInputs) {
     const WideText disk = folder.Of(TEXT("disque"));
+    WriteBytes(disk, std::string(512, 'x'));
+    std::filesystem::create_hard_link(NativePath(disk), NativePath(folder.Of(TEXT("lien"))));
     config.ide[1] = disk;
-    config.ide[3] = folder.Of(TEXT(".\\disque"));
-    const struct {
-        std::size_t bytes;
-        mode_t mode;
-        const char* message;
-    } CASES[] = {
-        {512, 0666, "est nommée deux fois, ou "}, {512, 0444, "en écriture.\n"}, {0, 0666, "vide.\n"}};
-    for (const auto& tested : CASES) {
-        std::filesystem::remove(NativePath(disk));
-        WriteBytes(disk, std::string(tested.bytes, 'x'));
-        chmod(NativePath(disk).c_str(), tested.mode);
-        const EngineEnd refused = Run(TEXT(""));
-        EXPECT_EQ(refused.exit_code, 1U);
-        EXPECT_TRUE(refused.LogContains(tested.message)) << refused.log;
+    for (const WideText& other : {folder.Of(TEXT(".\\disque")), folder.Of(TEXT("lien"))}) {
+        config.ide[3] = other;
+        ExpectRefusal(1, " : ce fichier est nommé deux fois, ou un autre programme l'utilise.\n");
     }
+    config.ide[3].clear();
+    const WideText module = folder.Of(TEXT("module"));
+    WriteBytes(module, "m");
+    config.modules = {{module, TEXT("")}};
+    config.kernel = folder.Of(TEXT("noyau"));
+    WriteBytes(config.kernel, ReadBytes(BuildFile(TEXT("demo_kernel.elf"))));
+    for (const WideText& input : {folder.Of(TEXT("lien")), module, config.kernel}) {
+        config.dump = input;
+        const std::string content = ReadBytes(input);
+        ExpectRefusal(1, " : ce fichier est nommé deux fois, ou un autre programme l'utilise.\n");
+        EXPECT_EQ(ReadBytes(input), content);
+    }
+    config.dump.clear();
+    // A machine that runs locks its disks in this way.
+    const int held = open(NativePath(disk).c_str(), O_RDWR | O_CLOEXEC);
+    struct flock lock {};
+    lock.l_type = F_WRLCK;
+    ASSERT_EQ(fcntl(held, F_OFD_SETLK, &lock), 0);
+    ExpectRefusal(4, "L'émulateur s'est arrêté de lui-même, code 1.\n");
+    close(held);
+    chmod(NativePath(disk).c_str(), 0444);
+    ExpectRefusal(1, "écriture impossible: Access is denied.: \"" + Narrow(disk) + "\"\n");
+}
+
+TEST_F(Machine, WritesNoPictureOfAClosedWindow) {
+    UseEmulator(R"(#!/bin/bash
+[[ $* =~ port=([0-9]+) ]]
+exec 3<>/dev/tcp/127.0.0.1/${BASH_REMATCH[1]}
+echo '{"QMP": {}}' >&3
+read -r -u 3
+echo '{"return": {}, "id": "qmp_capabilities"}' >&3
+echo '{"event": "SHUTDOWN", "data": {"reason": "host-ui"}}' >&3
+while read -r -u 3 line && [[ $line != *quit* ]]; do
+    [[ $line != *ringbuf* ]] || echo '{"return": "", "id": "ringbuf-read"}' >&3
+done
+)");
+    config.dump = folder.Of(TEXT("écran.ppm"));
+    WriteBytes(config.dump, "old");
+    const EngineEnd run = Run(TEXT(""));
+    EXPECT_EQ(run.exit_code, 0U);
+    EXPECT_TRUE(
+        run.log.ends_with("\nFenêtre fermée : machine arrêtée.\n"
+                          "Aucune image de l'écran n'est écrite : la machine n'existe plus.\n"))
+        << run.log;
+    EXPECT_EQ(ReadBytes(config.dump), "old");
+}
+
+TEST_F(Machine, ContinuesWhenItsLogIsFull) {
+    config.kernel = BuildFile(TEXT("shapes\\plain.elf"));
+    rlimit limit{};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    const rlimit small = {40000, limit.rlim_max};
+    signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    const EngineEnd run = Run(TEXT("f"));
+    setrlimit(RLIMIT_FSIZE, &limit);
+    signal(SIGXFSZ, SIG_DFL);
+    EXPECT_EQ(run.exit_code, 1U);
+    EXPECT_EQ(run.log.size(), 40000U);
+}
+
+TEST_F(Machine, DeletesTheFilesOfAnEngineThatWasKilled) {
+    const pid_t ended = fork();
+    if (ended == 0)
+        _exit(0);
+    waitpid(ended, nullptr, 0);
+    const WideText abandoned = folder.Of(TEXT("tessarun-") + Wide(std::to_string(ended)) + TEXT("-1.elf"));
+    const WideText in_use = folder.Of(TEXT("tessarun-") + Wide(std::to_string(getpid())) + TEXT("-1.elf"));
+    WriteBytes(abandoned, "");
+    WriteBytes(in_use, "");
+    RunEngine(TEXT("on_emulator\\tessarun.exe"), folder, config, EngineRun::Dry);
+    EXPECT_FALSE(Exists(abandoned));
+    EXPECT_TRUE(Exists(in_use));
+}
+
+TEST_F(Machine, RefusesAnArgumentThatIsNotUtf8) {
+    const std::string engine = NativePath(BuildFile(TEXT("on_emulator\\tessarun.exe")));
+    EXPECT_EQ(WEXITSTATUS(std::system(("'" + engine + "' \xE9 2>/dev/null").c_str())), 2);
+}
+
+TEST_F(Machine, AddsTheUsersOptionsToTheEmulators) {
+    const std::string options = "-D \"" + NativePath(folder.Of(TEXT("une trace.log"))).native() + "\" -d int";
+    setenv("TESSARUN_QEMU_OPTIONS", options.c_str(), 1);
+    const EngineEnd run = Run(TEXT("code=5"));
+    EXPECT_EQ(run.exit_code, 5U);
+    EXPECT_TRUE(run.LogContains("\nOptions de TESSARUN_QEMU_OPTIONS en vigueur : " + options + "\n"))
+        << run.log;
+    EXPECT_TRUE(Exists(folder.Of(TEXT("une trace.log"))));
+    setenv("TESSARUN_QEMU_OPTIONS", "-nothing", 1);
+    ExpectRefusal(4, "L'émulateur s'est arrêté de lui-même, code 1.\n");
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 // The entry point of a console program: Linux calls main, the program defines wmain.
 #include <cstdio>
-#include <cstdlib>
 #include <optional>
 #include <string>
 #include <utility>
@@ -17,8 +16,8 @@ int main(int argc, char** argv) {
     for (std::size_t at = 0; at < texts.size(); at++) {
         std::optional<std::u16string> text = host::FromUtf8(argv[at]);
         if (!text) {
-            std::fprintf(stderr, "Argument %zu is not UTF-8\n", at);
-            std::abort();
+            std::fprintf(stderr, "Erreur : l'argument %zu n'est pas en UTF-8.\n", at);
+            return 2;
         }
         texts[at] = std::move(*text);
         arguments.push_back(texts[at].data());

@@ -1,7 +1,8 @@
-// Writes to the standard streams without a buffer.
-#include "adapter/engine_output.h"
+// Runs an engine, reports its exceptions and writes its output.
+#include "adapter/engine_process.h"
 
 #include <algorithm>
+#include <exception>
 #include <stdexcept>
 #include <string>
 
@@ -10,6 +11,18 @@ namespace {
 constexpr std::size_t PIECE_BYTES = 1 << 20;
 
 }  // namespace
+
+void RunEngineProcess(int argc, WCHAR** argv, EngineWork* work) {
+    std::uint32_t exit_code = SUCCESS_EXIT_CODE;
+    try {
+        work(std::vector<WideText>(argv + std::min(argc, 1), argv + argc), exit_code);
+    } catch (const std::exception& error) {
+        exit_code = std::max(exit_code, FAILURE_EXIT_CODE);
+        const std::string line = std::string("Erreur : ") + error.what() + "\n";
+        static_cast<void>(WriteAll(GetStdHandle(STD_ERROR_HANDLE), line));
+    }
+    ExitProcess(exit_code);  // a code returned from main would be cut to 8 bits on Linux
+}
 
 bool WriteAll(HANDLE file, std::string_view bytes) {
     while (!bytes.empty()) {
@@ -29,8 +42,4 @@ void Print(std::string_view bytes) {
 
 void PrintLine(std::string_view text) {
     Print(std::string(text) + "\n");
-}
-
-void PrintErrorLine(std::string_view text) {
-    static_cast<void>(WriteAll(GetStdHandle(STD_ERROR_HANDLE), std::string(text) + "\n"));
 }
