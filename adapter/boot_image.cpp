@@ -18,8 +18,8 @@ constexpr auto STUB = std::to_array<unsigned char>({
 constexpr std::size_t STUB_OPERAND = 1;  // the operand of its first instruction: the record's address
 
 // The registers of the emulator's display.
-enum DisplayRegister : std::uint16_t { WIDTH = 1, HEIGHT = 2, BITS = 3, ENABLE = 4 };
-constexpr std::uint16_t DISPLAY_ON = 0x41;  // cleared, with a linear framebuffer
+enum : std::uint16_t { WIDTH = 1, HEIGHT = 2, BITS = 3, ENABLE = 4 };
+constexpr std::uint16_t ON = 0x41;  // cleared, with a linear framebuffer
 
 // What the stub needs. It copies the first and the third part into the loader's Multiboot information.
 struct StubRecord {
@@ -35,8 +35,7 @@ static_assert(sizeof(StubRecord) == 64);
 constexpr std::uint32_t PAGE_BYTES = 4096;
 constexpr std::uint32_t LOWEST_ADDRESS = 0x100000;  // the emulator's own tables are below this address
 constexpr std::uint32_t FIRMWARE_BYTES = 0x40000;   // the firmware uses the end of the memory
-constexpr std::uint32_t DEFAULT_WIDTH = 800;
-constexpr std::uint32_t DEFAULT_HEIGHT = 600;
+constexpr DisplayMode DEFAULT_MODE{800, 600};
 constexpr std::size_t SEGMENTS_MAX = 128;  // keeps the composed Multiboot header near the start of the file
 
 struct Segment {
@@ -90,20 +89,6 @@ void ReplaceSegments(std::string_view file, std::uint64_t header_offset, Kernel&
     kernel.segments = {{start, file.substr(offset, file_bytes), std::max(file_bytes, memory_bytes)}};
 }
 
-// Sorts the segments by address. Refuses overlapping segments: the content of the memory would depend on the
-// order of loading, and the emulator does not load segments in the file's order.
-void SortSegments(Kernel& kernel) {
-    std::sort(kernel.segments.begin(), kernel.segments.end(),
-              [](const Segment& left, const Segment& right) { return left.address < right.address; });
-    if (kernel.segments.front().address < LOWEST_ADDRESS)
-        throw std::runtime_error("le noyau demande de la mémoire en dessous de 1 Mio.");
-    for (const Segment& segment : kernel.segments) {
-        if (segment.address < kernel.end)
-            throw std::runtime_error("des segments du noyau se chevauchent.");
-        kernel.end = std::uint64_t{segment.address} + segment.memory_bytes;
-    }
-}
-
 Kernel ReadKernel(std::string_view file, const std::optional<std::size_t>& header_offset) {
     const auto elf = RecordAt<ElfHeader>(file, 0);
     Kernel kernel;
@@ -117,11 +102,20 @@ Kernel ReadKernel(std::string_view file, const std::optional<std::size_t>& heade
         ReplaceSegments(file, *header_offset, kernel);
     if (kernel.segments.empty() || kernel.segments.size() > SEGMENTS_MAX)
         throw std::runtime_error("le noyau n'a aucun segment à charger, ou plus de 128.");
-    if (std::none_of(kernel.segments.begin(), kernel.segments.end(), [&](const Segment& segment) {
-            return kernel.entry >= segment.address && kernel.entry - segment.address < segment.memory_bytes;
-        }))
+    std::sort(kernel.segments.begin(), kernel.segments.end(),
+              [](const Segment& left, const Segment& right) { return left.address < right.address; });
+    if (kernel.segments.front().address < LOWEST_ADDRESS)
+        throw std::runtime_error("le noyau demande de la mémoire en dessous de 1 Mio.");
+    bool has_entry = false;
+    for (const Segment& segment : kernel.segments) {
+        // The content of the memory would depend on the order in which the emulator loads the segments.
+        if (segment.address < kernel.end)
+            throw std::runtime_error("des segments du noyau se chevauchent.");
+        kernel.end = std::uint64_t{segment.address} + segment.memory_bytes;
+        has_entry = has_entry || (kernel.entry >= segment.address && kernel.entry < kernel.end);
+    }
+    if (!has_entry)
         throw std::runtime_error("le point d'entrée du noyau n'est dans aucun segment.");
-    SortSegments(kernel);
     return kernel;
 }
 
@@ -141,27 +135,21 @@ std::optional<DisplayMode> ModeOfHeader(std::string_view file,
         return std::nullopt;
     if (mode.width > SIZE_PIXELS_MAX || mode.height > SIZE_PIXELS_MAX)
         throw std::runtime_error("le noyau demande un écran de plus de 8192 points de côté.");
-    const std::uint32_t bits = mode.bits == 0 ? 32 : mode.bits;
-    if (mode.width == 0 || mode.height == 0)
-        return DisplayMode{DEFAULT_WIDTH, DEFAULT_HEIGHT, bits};
-    return DisplayMode{mode.width, mode.height, bits};
+    DisplayMode asked =
+        mode.width == 0 || mode.height == 0 ? DEFAULT_MODE : DisplayMode{mode.width, mode.height};
+    asked.bits = mode.bits == 0 ? asked.bits : mode.bits;
+    return asked;
 }
-
-// The segment that is added after the kernel's segments.
-struct AddedSegment {
-    std::uint64_t address;
-    std::string front;          // up to the first module
-    std::uint64_t total_bytes;  // with the modules
-};
 
 std::uint32_t Low32(std::uint64_t number) {
     return static_cast<std::uint32_t>(number);
 }
 
-// The front consists of the stub, its record, the list of the modules and their arguments.
-AddedSegment ComposeAddedSegment(const Kernel& kernel, const VmConfig& config,
-                                 const std::vector<std::uint64_t>& module_bytes, const DisplayMode& mode) {
-    const std::uint64_t address = kernel.end + PaddingBehind(kernel.end);
+// Returns the front of the segment that is added at this address: the stub, its record, the list of the
+// modules and all arguments. Stores the first address after the modules, which follow the front.
+std::string ComposeFront(std::uint64_t address, std::uint32_t kernel_entry, const VmConfig& config,
+                         const std::vector<std::uint64_t>& module_bytes, const DisplayMode& mode,
+                         std::uint64_t& end) {
     const std::uint64_t record_address = address + STUB.size();
     const std::uint64_t list = record_address + sizeof(StubRecord);
     const std::uint64_t arguments = list + config.modules.size() * sizeof(MultibootModule);
@@ -171,7 +159,7 @@ AddedSegment ComposeAddedSegment(const Kernel& kernel, const VmConfig& config,
         modules.push_back({0, 0, Low32(arguments + texts.size()), 0});
         texts += Utf8FromWide(module.command) + '\0';
     }
-    std::uint64_t end = arguments + texts.size();
+    end = arguments + texts.size();
     end += PaddingBehind(end);
     const std::uint64_t front_bytes = end - address;
     for (std::size_t at = 0; at < modules.size(); ++at) {
@@ -180,41 +168,34 @@ AddedSegment ComposeAddedSegment(const Kernel& kernel, const VmConfig& config,
         end += module_bytes[at] + PaddingBehind(module_bytes[at]);
     }
 
+    const auto width = static_cast<std::uint16_t>(mode.width);
+    const auto height = static_cast<std::uint16_t>(mode.height);
     std::string operand;
     AppendRecord(operand, Low32(record_address));
     std::string front(STUB.begin(), STUB.end());
     front.replace(STUB_OPERAND, operand.size(), operand);
-    StubRecord record{};
-    record.arguments = Low32(arguments);
-    record.module_count = Low32(modules.size());
-    record.modules = Low32(list);
-    record.width = mode.width;
-    record.height = mode.height;
-    record.pitch = mode.width * 4;
-    record.display = {ENABLE, 0,
-                      HEIGHT, static_cast<std::uint16_t>(mode.height),
-                      WIDTH,  static_cast<std::uint16_t>(mode.width),
-                      BITS,   32,
-                      ENABLE, DISPLAY_ON};
-    record.kernel_entry = kernel.entry;
-    AppendRecord(front, record);
+    AppendRecord(front, StubRecord{.arguments = Low32(arguments),
+                                   .module_count = Low32(modules.size()),
+                                   .modules = Low32(list),
+                                   .display = {ENABLE, 0, WIDTH, width, HEIGHT, height, BITS, 32, ENABLE, ON},
+                                   .framebuffer = {},
+                                   .pitch = mode.width * 4,
+                                   .width = mode.width,
+                                   .height = mode.height,
+                                   .kernel_entry = kernel_entry});
     for (const MultibootModule& module : modules)
         AppendRecord(front, module);
     front += texts;
     front.resize(front_bytes, '\0');
-    return {address, front, end - address};
+    return front;
 }
 
-std::string ComposeFile(std::string_view kernel_file, const Kernel& kernel, const AddedSegment& added) {
+std::string ComposeFile(std::string_view kernel_file, const Kernel& kernel, std::uint64_t added_address,
+                        std::uint64_t added_bytes) {
     const std::size_t header_count = kernel.segments.size() + 1;
-    ElfHeader elf{};
+    ElfHeader elf;
     elf.identity = RecordAt<ElfHeader>(kernel_file, 0).identity;
-    elf.type = ElfHeader::EXECUTABLE;
-    elf.machine = ElfHeader::I386;
-    elf.version = 1;
-    elf.entry = Low32(added.address);
-    elf.program_headers_offset = elf.header_bytes = sizeof(ElfHeader);
-    elf.program_header_bytes = sizeof(ProgramHeader);
+    elf.entry = Low32(added_address);
     elf.program_header_count = static_cast<std::uint16_t>(header_count);
     std::string file;
     AppendRecord(file, elf);
@@ -228,13 +209,13 @@ std::string ComposeFile(std::string_view kernel_file, const Kernel& kernel, cons
     };
     for (const Segment& segment : kernel.segments)
         append_header(segment.address, segment.content.size(), segment.memory_bytes);
-    append_header(added.address, added.total_bytes, added.total_bytes);
+    append_header(added_address, added_bytes, added_bytes);
     // The loader needs a Multiboot header near the start of the file; no segment has to contain it.
     constexpr std::uint32_t FLAGS = MultibootHeader::ALIGNED_MODULES | MultibootHeader::MEMORY;
     AppendRecord(file, MultibootHeader{MultibootHeader::MAGIC, FLAGS, 0 - (MultibootHeader::MAGIC + FLAGS)});
     for (const Segment& segment : kernel.segments)
         file += segment.content;
-    return file + added.front;
+    return file;
 }
 
 }  // namespace
@@ -253,12 +234,13 @@ BootImage ComposeBootImage(std::string_view kernel_file, const VmConfig& config,
         image.asked_mode = DisplayMode{config.width, config.height};
     if (image.asked_mode)
         image.mode = DisplayMode{std::max(image.asked_mode->width / 8 * 8, 8U), image.asked_mode->height};
-    const AddedSegment added =
-        ComposeAddedSegment(kernel, config, module_bytes, image.mode.value_or(DisplayMode{0, 0}));
-    const std::uint64_t needed_bytes = added.address + added.total_bytes + FIRMWARE_BYTES;
-    if (needed_bytes > config.ram_mib * MIB)
+    const std::uint64_t address = kernel.end + PaddingBehind(kernel.end);
+    std::uint64_t end = 0;
+    const std::string front = ComposeFront(address, kernel.entry, config, module_bytes,
+                                           image.mode.value_or(DisplayMode{0, 0}), end);
+    if (end + FIRMWARE_BYTES > config.ram_mib * MIB)
         throw std::runtime_error("le noyau et ses modules ne tiennent pas dans la mémoire : il faut " +
-                                 NumberText((needed_bytes + MIB - 1) / MIB) + " Mio.");
-    image.front = ComposeFile(kernel_file, kernel, added);
+                                 NumberText((end + FIRMWARE_BYTES + MIB - 1) / MIB) + " Mio.");
+    image.front = ComposeFile(kernel_file, kernel, address, end - address) + front;
     return image;
 }

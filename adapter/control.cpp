@@ -16,24 +16,18 @@ constexpr std::size_t PIECE_BYTES = 65536;
 constexpr unsigned long INTERRUPT_FLAG = 0x200;
 constexpr std::uint32_t RESET_EXIT_CODE = 3;
 
-NativeSocket Native(std::uintptr_t number) {
-    return static_cast<NativeSocket>(number);
+SOCKET Native(std::uintptr_t number) {
+    return static_cast<SOCKET>(number);
 }
 
-// Removes the JSON text at the start of the line, quotation marks included, and returns it. Escapes of the
-// form \uXXXX are not decoded: no text that this program uses contains one.
+// Removes the JSON text at the start of the line, quotation marks included, and returns it. Escaped letters,
+// such as those for a line feed, become blanks.
 std::string TakeText(std::string_view& line) {
-    constexpr std::string_view ESCAPED = "nrt";
-    constexpr std::string_view DECODED = "\n\r\t";
     std::string text;
     for (line.remove_prefix(1); !line.empty() && line.front() != '"'; line.remove_prefix(1)) {
-        char character = line.front();
-        if (character == '\\' && line.size() > 1) {
-            line.remove_prefix(1);
-            const std::size_t at = ESCAPED.find(line.front());
-            character = at == std::string_view::npos ? line.front() : DECODED[at];
-        }
-        text += character;
+        const bool is_escaped = line.front() == '\\' && line.size() > 1;
+        line.remove_prefix(is_escaped ? 1 : 0);
+        text += is_escaped && line.front() >= 'a' ? ' ' : line.front();
     }
     line.remove_prefix(std::min<std::size_t>(1, line.size()));
     return text;
@@ -44,7 +38,7 @@ std::string FieldBehind(std::string_view text, std::string_view name) {
     if (at == std::string_view::npos)
         return {};
     text.remove_prefix(at + name.size());
-    return std::string(text.substr(0, text.find_first_of(" \r\n")));
+    return std::string(text.substr(0, text.find(' ')));
 }
 
 }  // namespace
@@ -53,17 +47,17 @@ Channel::Channel() : socket_(static_cast<std::uintptr_t>(OpenSocket())) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (Native(socket_) == NO_SOCKET ||
+    if (Native(socket_) == INVALID_SOCKET ||
         bind(Native(socket_), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
         listen(Native(socket_), 1) != 0) {
-        if (Native(socket_) != NO_SOCKET)
-            CloseSocket(Native(socket_));
+        if (Native(socket_) != INVALID_SOCKET)
+            closesocket(Native(socket_));
         throw std::runtime_error("Aucun port pour parler avec l'émulateur.");
     }
 }
 
 Channel::~Channel() {
-    CloseSocket(Native(socket_));
+    closesocket(Native(socket_));
 }
 
 std::uint16_t Channel::Port() const {
@@ -75,8 +69,7 @@ std::uint16_t Channel::Port() const {
 
 void Channel::Send(std::string_view bytes) {
     while (state_ == State::Connected && !bytes.empty()) {
-        const auto sent =
-            send(Native(socket_), bytes.data(), static_cast<ByteCount>(bytes.size()), SEND_FLAGS);
+        const auto sent = send(Native(socket_), bytes.data(), static_cast<int>(bytes.size()), MSG_NOSIGNAL);
         if (sent <= 0)
             state_ = State::Ended;
         else
@@ -96,15 +89,15 @@ std::string Channel::Receive(unsigned limit_ms) {
     if (select(static_cast<int>(socket_) + 1, &readable, nullptr, nullptr, &limit) <= 0)
         return {};
     if (state_ == State::Listening) {
-        const NativeSocket connection = accept(Native(socket_), nullptr, nullptr);
-        if (connection == NO_SOCKET)
+        const SOCKET connection = accept(Native(socket_), nullptr, nullptr);
+        if (connection == INVALID_SOCKET)
             return {};
-        CloseSocket(Native(std::exchange(socket_, static_cast<std::uintptr_t>(connection))));
+        closesocket(Native(std::exchange(socket_, static_cast<std::uintptr_t>(connection))));
         state_ = State::Connected;
         return {};
     }
     std::string bytes(PIECE_BYTES, '\0');
-    const auto count = recv(Native(socket_), bytes.data(), static_cast<ByteCount>(bytes.size()), 0);
+    const auto count = recv(Native(socket_), bytes.data(), static_cast<int>(bytes.size()), 0);
     bytes.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
     if (bytes.empty())
         state_ = State::Ended;

@@ -46,7 +46,7 @@ std::string ProcessorOf(WideView program) {
 std::vector<std::string> EmulatorArguments(const VmConfig& config, const EmulatorSetup& setup) {
     std::vector<std::string> arguments{
         "-machine",    "pc",
-        "-cpu",        setup.processor,
+        "-cpu",        ProcessorOf(setup.program),
         "-nodefaults", "-no-user-config",
         "-no-reboot",  "-no-shutdown",
         "-m",          NumberText(config.ram_mib),
@@ -55,16 +55,16 @@ std::vector<std::string> EmulatorArguments(const VmConfig& config, const Emulato
         "-display",    config.headless ? "none" : "gtk",  // the default can be a server on a network port
         "-chardev",    "socket,id=control,host=127.0.0.1,port=" + NumberText(setup.control_port),
         "-mon",        "chardev=control,mode=control",
-        "-chardev",    setup.output_device + ",id=serial",
+        "-chardev",    OutputDevice(setup.program) + std::string(",id=serial"),
         "-serial",     "chardev:serial",
         "-chardev",    "ringbuf,id=exit",
         "-device",     "isa-debugcon,iobase=0xf4,chardev=exit",
     };
-    for (std::size_t at = 0; at < setup.disks.size(); ++at) {
-        if (setup.disks[at].empty())
+    for (std::size_t at = 0; at < config.ide.size(); ++at) {
+        if (config.ide[at].empty())
             continue;
         arguments.emplace_back("-drive");
-        arguments.push_back("file=" + DoubledCommas(setup.disks[at]) +
+        arguments.push_back("file=" + DoubledCommas(EmulatorPath(setup.program, config.ide[at])) +
                             ",format=raw,if=ide,index=" + NumberText(at));
     }
     if (setup.is_stopped)

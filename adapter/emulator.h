@@ -2,7 +2,6 @@
 // functions behind UsualPrograms.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -21,20 +20,18 @@ WideText FindEmulator();
 // The processor of the machine: one that knows 64-bit code, unless the emulator's program is one for 32 bits.
 std::string ProcessorOf(WideView program);
 
-// What the emulator's command line contains beside the configuration. Paths have the form that the emulator
-// accepts.
+// What the emulator needs beside the configuration.
 struct EmulatorSetup {
-    std::string image;                 // the boot image, relative to the folder in which the emulator runs
-    std::array<std::string, 4> disks;  // raw disk images; empty: no disk
-    std::optional<DisplayMode> mode;   // none: the text screen
-    std::string processor;
-    std::string output_device;       // the kind of character device for the serial port
-    std::uint16_t control_port = 0;  // on the loopback address
-    bool is_stopped = false;         // the processor does not start
-    std::string user_options;        // separated by blanks; an option that contains some is in double quotes
+    WideText program;                 // its path
+    std::string image;                // the boot image, relative to the folder in which the emulator runs
+    std::optional<DisplayMode> mode;  // none: the text screen
+    std::uint16_t control_port = 0;   // on the loopback address
+    bool is_stopped = false;          // the processor does not start
+    std::string user_options;         // separated by blanks; an option that contains some is in double quotes
 };
 
-// Returns the emulator's arguments, without the program's name. The user's options come last.
+// Returns the emulator's arguments, without the program's name. The user's options come last. Throws as
+// EmulatorPath does.
 std::vector<std::string> EmulatorArguments(const VmConfig& config, const EmulatorSetup& setup);
 
 // The paths at which an emulator can be, in the order in which they are tried.
@@ -74,6 +71,5 @@ private:
     int process_identifier_ = 0;       // Linux only
     std::optional<std::int64_t> end_;  // Linux only
     OwnedHandle process_;              // Windows only
-    OwnedHandle job_;                  // Windows only; closing it ends the process
     OwnedHandle status_;               // a Linux program under Wine only; see windows/emulator.cpp
 };

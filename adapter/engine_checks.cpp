@@ -12,28 +12,13 @@
 namespace {
 
 constexpr std::string_view ELF_32_LITTLE_ENDIAN = "\177ELF\1\1\1";
+constexpr std::string_view MULTIBOOT_2_MAGIC = "\xD6\x50\x52\xE8";
 constexpr std::size_t MULTIBOOT_AREA_BYTES = 8192;
 constexpr std::uint64_t SECTOR_BYTES = 512;
 constexpr std::uint64_t SECTORS_MAX = 1 << 28;  // the addresses of sectors have 28 bits
 
 [[noreturn]] void Fail(const WideText& path, const char* message) {
     throw std::runtime_error(Utf8FromWide(path) + " : " + message);
-}
-
-// The offset of a header in the first MULTIBOOT_AREA_BYTES: the magic number and words that complete the sum
-// of all `words` to 0.
-std::optional<std::size_t> FindHeader(std::string_view file, std::uint32_t magic, std::size_t words) {
-    const std::string_view area = file.substr(0, MULTIBOOT_AREA_BYTES);
-    for (std::size_t offset = 0; offset + words * 4 <= area.size(); offset += 4) {
-        if (RecordAt<std::uint32_t>(area, offset) != magic)
-            continue;
-        std::uint32_t sum = 0;
-        for (std::size_t word = 0; word < words; ++word)
-            sum += RecordAt<std::uint32_t>(area, offset + word * 4);
-        if (sum == 0)
-            return offset;
-    }
-    return std::nullopt;
 }
 
 void CheckKernel(const VmConfig& config) {
@@ -43,7 +28,7 @@ void CheckKernel(const VmConfig& config) {
         RecordAt<ElfHeader>(start, 0).machine != ElfHeader::I386)
         Fail(config.kernel, "ce n'est pas un fichier ELF i386 de 32 bits, petit-boutiste.");
     if (!config.force_no_header && !FindMultibootHeader(start))
-        Fail(config.kernel, FindHeader(start, MultibootHeader::MAGIC_2, 4)
+        Fail(config.kernel, start.find(MULTIBOOT_2_MAGIC) != std::string::npos
                                 ? "l'en-tête est celui de Multiboot 2 ; il faut un en-tête Multiboot 1."
                                 : "aucun en-tête Multiboot valide dans les 8192 premiers octets.");
     PrintLine("Noyau vérifié : " + NumberText(file.bytes) + " octets.");
@@ -83,7 +68,13 @@ std::string ReadInput(const InputFile& file, std::uint64_t offset, std::uint64_t
 }
 
 std::optional<std::size_t> FindMultibootHeader(std::string_view file) {
-    return FindHeader(file, MultibootHeader::MAGIC, sizeof(MultibootHeader) / 4);
+    const std::string_view area = file.substr(0, MULTIBOOT_AREA_BYTES);
+    for (std::size_t offset = 0; offset + sizeof(MultibootHeader) <= area.size(); offset += 4) {
+        const auto header = RecordAt<MultibootHeader>(area, offset);
+        if (header.magic == MultibootHeader::MAGIC && header.magic + header.flags + header.checksum == 0)
+            return offset;
+    }
+    return std::nullopt;
 }
 
 std::vector<std::uint64_t> CheckFiles(const VmConfig& config) {

@@ -1,12 +1,13 @@
-// What all engines share: the start and the end of the process, its exit codes and its output. The output is
-// UTF-8 and not buffered, because the launcher shows the log during the run.
+// What all engines share: their command line, their exit codes and their output. The output is UTF-8 and not
+// buffered, because the launcher shows the log during the run.
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <string_view>
 #include <vector>
 
-#include "platform/win32.h"
+#include "config/vm_config.h"
 
 inline constexpr std::uint32_t SUCCESS_EXIT_CODE = 0;
 inline constexpr std::uint32_t FAILURE_EXIT_CODE = 1;
@@ -20,7 +21,21 @@ using EngineWork = void(const std::vector<WideText>& arguments, std::uint32_t& e
 // exception to standard error; a stored SUCCESS_EXIT_CODE then becomes FAILURE_EXIT_CODE.
 [[noreturn]] void RunEngineProcess(int argc, WCHAR** argv, EngineWork* work);
 
-// Writes the bytes to a file. Returns false when not all bytes could be written.
+struct EngineRequest {
+    VmConfig config;
+    bool dry_run = false;
+};
+
+// Reads the arguments after the engine's own name: the kernel, then options in any order. Throws for a
+// missing kernel, for an option that is unknown or lacks a value, and as ParseNumber and ValidateConfig do.
+// Options that are missing leave the defaults of the record.
+EngineRequest ParseEngineArguments(const std::vector<WideText>& arguments);
+
+// Converts a text of decimal digits to a number. Throws for any other text, for leading zeros, and for a
+// number above `highest`.
+std::uint32_t ParseNumber(WideView text, std::uint32_t highest = std::numeric_limits<std::uint32_t>::max());
+
+// Writes the bytes, less than 4 GiB, to a file. Returns false when not all could be written.
 [[nodiscard]] bool WriteAll(HANDLE file, std::string_view bytes);
 
 // Writes the bytes to standard output. Throws when not all bytes could be written.

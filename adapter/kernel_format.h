@@ -11,14 +11,15 @@
 
 static_assert(std::endian::native == std::endian::little, "the records are copied as they are");
 
+// The defaults are those of the file that this engine composes.
 struct ElfHeader {
     enum : std::uint16_t { EXECUTABLE = 2, I386 = 3 };
 
-    std::array<char, 16> identity;
-    std::uint16_t type, machine;
-    std::uint32_t version, entry, program_headers_offset, section_headers_offset, flags;
-    std::uint16_t header_bytes, program_header_bytes, program_header_count;
-    std::array<std::uint16_t, 3> section_header_numbers;
+    std::array<char, 16> identity{};
+    std::uint16_t type = EXECUTABLE, machine = I386;
+    std::uint32_t version = 1, entry = 0, program_headers_offset = 52, section_headers_offset = 0, flags = 0;
+    std::uint16_t header_bytes = 52, program_header_bytes = 32, program_header_count = 0;
+    std::array<std::uint16_t, 3> section_header_numbers{};
 };
 
 struct ProgramHeader {
@@ -28,7 +29,7 @@ struct ProgramHeader {
 };
 
 struct MultibootHeader {
-    enum : std::uint32_t { MAGIC = 0x1BADB002, MAGIC_2 = 0xE85250D6 };  // of Multiboot 1 and 2
+    enum : std::uint32_t { MAGIC = 0x1BADB002 };
     enum : std::uint32_t { ALIGNED_MODULES = 1, MEMORY = 2, HAS_MODE = 4, HAS_ADDRESSES = 0x10000 };
     enum : std::uint32_t { UNKNOWN_FLAGS = 0xFFF8 };  // a loader must refuse a kernel that sets one of them
 

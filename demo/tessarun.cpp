@@ -10,7 +10,6 @@
 
 #include "adapter/engine_checks.h"
 #include "adapter/engine_process.h"
-#include "adapter/engine_request.h"
 #include "base/file_system.h"
 #include "base/text_convert.h"
 #include "demo/inherited_handles.h"

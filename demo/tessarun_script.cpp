@@ -6,7 +6,7 @@
 #include <limits>
 #include <stdexcept>
 
-#include "adapter/engine_request.h"
+#include "adapter/engine_process.h"
 #include "base/text_convert.h"
 
 namespace {
@@ -27,18 +27,14 @@ struct ScriptWord {
 
 constexpr std::array<ScriptWord, 7> SCRIPT_WORDS{{
     {TEXT("demo.duree="),
-     [](MachineScript& script, WideView value) {
-         script.duration_ms = NumberWithin(value, 0, DURATION_MS_MAX);
-     }},
+     [](MachineScript& script, WideView value) { script.duration_ms = ParseNumber(value, DURATION_MS_MAX); }},
     {TEXT("demo.lignes="),
-     [](MachineScript& script, WideView value) { script.lines = NumberWithin(value, 0, LINES_MAX); }},
+     [](MachineScript& script, WideView value) { script.lines = ParseNumber(value, LINES_MAX); }},
     {TEXT("demo.code="),
-     [](MachineScript& script, WideView value) {
-         script.exit_code = NumberWithin(value, 0, std::numeric_limits<std::uint32_t>::max());
-     }},
+     [](MachineScript& script, WideView value) { script.exit_code = ParseNumber(value); }},
     {TEXT("demo.octets="),
      [](MachineScript& script, WideView value) {
-         script.filler_bytes = NumberWithin(value, 0, FILLER_BYTES_MAX);
+         script.filler_bytes = ParseNumber(value, FILLER_BYTES_MAX);
      }},
     {TEXT("demo.attend="), [](MachineScript& script, WideView value) { script.awaited_file = value; }},
     {TEXT("demo.texte="),

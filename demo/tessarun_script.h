@@ -18,6 +18,6 @@ struct MachineScript {
 };
 
 // Reads the words of a kernel command line, which are separated by spaces. Ignores words that do not begin
-// with "demo.". Throws for an unknown word that begins with "demo.", and for a number that NumberWithin
+// with "demo.". Throws for an unknown word that begins with "demo.", and for a number that ParseNumber
 // refuses.
 MachineScript ParseMachineScript(WideView kernel_command);

@@ -257,7 +257,7 @@ TEST(EmulatorControl, RecognisesTheEndOfAMachine) {
 
 TEST(EmulatorControl, ReadsAnswersAndWritesCommands) {
     const ControlLine answer = ReadControlLine(R"({"return": "a\r\n\"b\" \\", "id": 7})");
-    EXPECT_EQ(answer.at("return"), "a\r\n\"b\" \\");
+    EXPECT_EQ(answer.at("return"), "a  \"b\" \\");
     EXPECT_TRUE(ReadControlLine(R"({"return": {}})").contains("return"));
     EXPECT_EQ(ReadControlLine(R"({"error": {"class": "GenericError", "desc": "no: file"}})").at("desc"),
               "no: file");
@@ -271,11 +271,11 @@ TEST(EmulatorControl, ReadsAnswersAndWritesCommands) {
 }
 
 TEST(EmulatorControl, RecognisesAHaltedProcessorThatNoInterruptCanWake) {
-    const std::string halted = " [---Z-P-] CPL=0 II=0 A20=1 SMM=0 HLT=1\r\nES =0010";
-    EXPECT_EQ(HaltedAt("\r\nEIP=00100033 EFL=00000046" + halted), "00100033");
-    EXPECT_EQ(HaltedAt("\r\nRIP=0000000000100033 RFL=00000046" + halted), "0000000000100033");
-    EXPECT_FALSE(HaltedAt("\r\nRIP=0000000000100033 RFL=00000246" + halted)) << "an interrupt can wake it";
-    EXPECT_FALSE(HaltedAt("\r\nEIP=00100033 EFL=00000046 [---Z-P-] A20=1 SMM=0 HLT=0\r\n"));
+    const std::string halted = " [---Z-P-] CPL=0 II=0 A20=1 SMM=0 HLT=1  ES =0010";
+    EXPECT_EQ(HaltedAt("  EIP=00100033 EFL=00000046" + halted), "00100033");
+    EXPECT_EQ(HaltedAt("  RIP=0000000000100033 RFL=00000046" + halted), "0000000000100033");
+    EXPECT_FALSE(HaltedAt("  RIP=0000000000100033 RFL=00000246" + halted)) << "an interrupt can wake it";
+    EXPECT_FALSE(HaltedAt("  EIP=00100033 EFL=00000046 [---Z-P-] A20=1 SMM=0 HLT=0  "));
     EXPECT_FALSE(HaltedAt("")) << "not a listing of the registers";
 }
 
@@ -284,10 +284,9 @@ TEST(EmulatorArguments, ContainEachDiskTheUsersOptionsAndEnoughVideoMemory) {
     config.ram_mib = 64;
     config.headless = true;
     EmulatorSetup setup;
+    setup.program = TEXT("C:\\qemu-system-x86_64.exe");
     setup.image = "image.elf";
-    setup.disks = {"", "/a, b/c.img", "", "/d"};
-    setup.processor = "qemu64";
-    setup.output_device = "stdio";
+    config.ide = {TEXT(""), TEXT("C:\\a, b"), TEXT(""), TEXT("C:\\d")};
     setup.control_port = 1001;
     const auto line = [&] {
         std::string joined;
@@ -299,8 +298,8 @@ TEST(EmulatorArguments, ContainEachDiskTheUsersOptionsAndEnoughVideoMemory) {
     for (const char* const part :
          {"|-cpu|qemu64|", "|-m|64|-kernel|image.elf|", "vgamem_mb=16|-display|none|",
           "|socket,id=control,host=127.0.0.1,port=1001|-mon|chardev=control,mode=control|",
-          "|stdio,id=serial|",
-          "|-drive|file=/a,, b/c.img,format=raw,if=ide,index=1|-drive|file=/d,format=raw,if=ide,index=3|"})
+          ",id=serial|-serial|chardev:serial|",
+          "a,, b,format=raw,if=ide,index=1|-drive|file=", "d,format=raw,if=ide,index=3|"})
         EXPECT_NE(first.find(part), std::string::npos) << part << "\n" << first;
     EXPECT_EQ(first.find("index=0"), std::string::npos);
     EXPECT_EQ(first.find("|-S|"), std::string::npos);

@@ -6,7 +6,7 @@
 #include <set>
 
 #include "adapter/engine_checks.h"
-#include "adapter/engine_request.h"
+#include "adapter/engine_process.h"
 #include "base/owned_handle.h"
 #include "cases.h"
 #include "demo/tessarun_machine.h"

@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <sstream>
 #include <stdexcept>
 #include <string_view>
 
@@ -26,14 +27,11 @@ std::string Setting(const char* name) {
 
 std::vector<WideText> UsualPrograms() {
     std::vector<WideText> programs;
-    const std::string folders = Setting("PATH");
-    for (std::string_view left = folders; !left.empty();) {
-        const std::string folder(left.substr(0, left.find(':')));
-        left.remove_prefix(std::min(folder.size() + 1, left.size()));
+    std::istringstream folders(Setting("PATH"));
+    for (std::string folder; std::getline(folders, folder, ':');)
         for (const char* const name : {"/qemu-system-x86_64", "/qemu-system-i386"})
             if (folder.starts_with('/'))
                 programs.push_back(host::FromNativePath(folder + name));
-    }
     return programs;
 }
 

@@ -4,9 +4,19 @@
 // fault).
 #include <stdint.h>
 
+enum { HEADER_MAGIC = 0x1BADB002, HEADER_FLAGS = 7 };  // modules on page boundaries, memory information, a mode
 enum { MAGIC = 0x2BADB002, HAS_FRAMEBUFFER = 1 << 12 };
 enum { SERIAL = 0x3F8, EXIT_PORT = 0xF4, POWER = 0x604, POWER_OFF = 0x2000 };
 enum { DISK = 0x1F0, DISK_ERROR = 1, DISK_DATA = 8, DISK_BUSY = 0x80, DISK_ABSENT = 0xFF, READ_SECTOR = 0x20 };
+
+// Requests a screen of 640 x 480. The addresses are those in the ELF file.
+__attribute__((section(".multiboot"), used)) static const uint32_t header[12] = {
+    HEADER_MAGIC, HEADER_FLAGS, -(HEADER_MAGIC + HEADER_FLAGS), 0, 0, 0, 0, 0, 0, 640, 480, 32};
+
+__asm__(".lcomm stack, 16384\n"
+        ".globl start\n"
+        "start: movl $stack + 16384, %esp; pushl %ebx; pushl %eax; call kernel\n"
+        "halt: cli; hlt; jmp halt\n");
 
 struct module {
     uint32_t start, end;
@@ -46,7 +56,6 @@ static void print(const char* text) {
         print_byte(*text++);
 }
 
-// Prints the number between two texts.
 static void print_number(const char* before, uint32_t number, const char* behind) {
     print(before);
     if (number >= 10)

@@ -4,13 +4,13 @@
 #include "adapter/emulator.h"
 
 #include <cstdlib>
+#include <sstream>
 #include <stdexcept>
 
 #include "adapter/files.h"
 #include "base/file_system.h"
 #include "base/path_ops.h"
 #include "base/text_convert.h"
-#include "base/windows_error.h"
 #include "launch/engine_command.h"
 
 namespace {
@@ -43,23 +43,16 @@ bool IsUnixProgram(const WideText& program) {
     return FindUnixPathFunction() != nullptr && !program.ends_with(TEXT(".exe"));
 }
 
-[[noreturn]] void ThrowLaunchError(DWORD code) {
-    throw std::runtime_error("Lancement de l'émulateur impossible : " + Utf8FromWide(WindowsErrorText(code)));
-}
-
-// Adds the process to a new job. When the job's handle is closed, also because the engine is killed, the
-// process ends. On failure ends the process and throws.
-OwnedHandle PutIntoJob(HANDLE process) {
+// Puts this process into a new job, which its child processes then belong to. When the job's handle is
+// closed, also because the engine is killed, they end.
+OwnedHandle EnterJob() {
     OwnedHandle job(CreateJobObjectW(nullptr, nullptr));
     JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
     limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
-    if (SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &limits, sizeof limits) ==
-            FALSE ||
-        AssignProcessToJobObject(job.Get(), process) == FALSE) {
-        const DWORD code = GetLastError();
-        TerminateProcess(process, 1);
-        ThrowLaunchError(code);
-    }
+    if (AssignProcessToJobObject(job.Get(), GetCurrentProcess()) == FALSE ||
+        SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &limits, sizeof limits) ==
+            FALSE)
+        ThrowFileSystemError("lancement impossible", GetLastError());
     return job;
 }
 
@@ -72,16 +65,12 @@ std::string Setting(const char* name) {
 }
 
 std::vector<WideText> UsualPrograms() {
-    // By default SearchPathW would also search the current folder.
-    const WideText folders = WideFromUtf8(Setting("PATH"));
-    const WideText usual = JoinPath(WideFromUtf8(Setting("ProgramFiles")), TEXT("qemu"));
     std::vector<WideText> programs;
-    for (const WCHAR* const name : {TEXT("qemu-system-x86_64.exe"), TEXT("qemu-system-i386.exe")}) {
-        programs.push_back(TextOf([&](WCHAR* text, DWORD size) {
-            return SearchPathW(folders.c_str(), name, nullptr, size, text, nullptr);
-        }));
-        programs.push_back(JoinPath(usual, name));
-    }
+    std::istringstream folders(Setting("PATH") + ";" + Setting("ProgramFiles") + "\\qemu");
+    for (std::string folder; std::getline(folders, folder, ';');)
+        for (const WCHAR* const name : {TEXT("qemu-system-x86_64.exe"), TEXT("qemu-system-i386.exe")})
+            if (IsAbsolutePath(WideFromUtf8(folder)))
+                programs.push_back(JoinPath(WideFromUtf8(folder), name));
     if (FindUnixPathFunction() != nullptr)
         programs.insert(programs.end(),
                         {TEXT("Z:\\usr\\bin\\qemu-system-x86_64"), TEXT("Z:\\usr\\bin\\qemu-system-i386")});
@@ -149,17 +138,15 @@ Emulator::Emulator(const WideText& program, const std::vector<std::string>& argu
     startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
     startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
     PROCESS_INFORMATION started{};
+    if (!is_unix)
+        static_cast<void>(EnterJob().Release());  // closed at the end of the process
     // Wine gives the standard output to a Linux program only with DETACHED_PROCESS.
     if (CreateProcessW(is_unix ? SHELL : program.c_str(), line.data(), nullptr, nullptr, TRUE,
-                       is_unix ? DETACHED_PROCESS : CREATE_NO_WINDOW | CREATE_SUSPENDED, nullptr,
-                       TemporaryFolder().c_str(), &startup, &started) == FALSE)
-        ThrowLaunchError(GetLastError());
+                       is_unix ? DETACHED_PROCESS : CREATE_NO_WINDOW, nullptr, TemporaryFolder().c_str(),
+                       &startup, &started) == FALSE)
+        ThrowFileSystemError("lancement impossible", GetLastError(), program);
     process_ = OwnedHandle(started.hProcess);
     const OwnedHandle thread(started.hThread);
-    if (is_unix)
-        return;
-    job_ = PutIntoJob(process_.Get());
-    ResumeThread(thread.Get());
 }
 
 Emulator::~Emulator() {
