@@ -64,8 +64,7 @@ void ReadSegment(std::string_view file, const ProgramHeader& header, std::uint32
     if (std::uint64_t{header.offset} + header.file_bytes > file.size() ||
         header.file_bytes > header.memory_bytes)
         throw std::runtime_error("fichier ELF tronqué.");
-    // When the entry is a virtual address in an executable segment, the kernel starts at its physical
-    // address.
+    // A kernel whose entry is a virtual address starts at the physical one.
     if ((header.flags & ProgramHeader::EXECUTABLE) != 0 && elf_entry >= header.virtual_address &&
         elf_entry - header.virtual_address < header.file_bytes)
         kernel.entry = elf_entry - header.virtual_address + header.physical_address;

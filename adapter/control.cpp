@@ -3,7 +3,6 @@
 
 #include <native_socket.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <stdexcept>
 #include <utility>
@@ -12,48 +11,27 @@
 
 namespace {
 
-constexpr std::size_t PIECE_BYTES = 65536;
 constexpr unsigned long INTERRUPT_FLAG = 0x200;
-constexpr std::uint32_t RESET_EXIT_CODE = 3;
 
 SOCKET Native(std::uintptr_t number) {
     return static_cast<SOCKET>(number);
 }
 
-// Removes the JSON text at the start of the line, quotation marks included, and returns it. Escaped letters,
-// such as those for a line feed, become blanks.
-std::string TakeText(std::string_view& line) {
-    std::string text;
-    for (line.remove_prefix(1); !line.empty() && line.front() != '"'; line.remove_prefix(1)) {
-        const bool is_escaped = line.front() == '\\' && line.size() > 1;
-        line.remove_prefix(is_escaped ? 1 : 0);
-        text += is_escaped && line.front() >= 'a' ? ' ' : line.front();
-    }
-    line.remove_prefix(std::min<std::size_t>(1, line.size()));
-    return text;
-}
-
 std::string FieldBehind(std::string_view text, std::string_view name) {
     const std::size_t at = text.find(name);
-    if (at == std::string_view::npos)
-        return {};
-    text.remove_prefix(at + name.size());
-    return std::string(text.substr(0, text.find(' ')));
+    const std::size_t start = at + name.size();
+    return at == std::string_view::npos ? "" : std::string(text.substr(start, text.find(' ', start) - start));
 }
 
 }  // namespace
 
-Channel::Channel() : socket_(static_cast<std::uintptr_t>(OpenSocket())) {
+Channel::Channel() : Channel(static_cast<std::uintptr_t>(OpenSocket())) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (Native(socket_) == INVALID_SOCKET ||
-        bind(Native(socket_), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
-        listen(Native(socket_), 1) != 0) {
-        if (Native(socket_) != INVALID_SOCKET)
-            closesocket(Native(socket_));
+    if (bind(Native(socket_), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+        listen(Native(socket_), 1) != 0)
         throw std::runtime_error("Aucun port pour parler avec l'émulateur.");
-    }
 }
 
 Channel::~Channel() {
@@ -68,17 +46,17 @@ std::uint16_t Channel::Port() const {
 }
 
 void Channel::Send(std::string_view bytes) {
-    while (state_ == State::Connected && !bytes.empty()) {
+    while (state_ == ChannelState::Connected && !bytes.empty()) {
         const auto sent = send(Native(socket_), bytes.data(), static_cast<int>(bytes.size()), MSG_NOSIGNAL);
         if (sent <= 0)
-            state_ = State::Ended;
+            state_ = ChannelState::Ended;
         else
             bytes.remove_prefix(static_cast<std::size_t>(sent));
     }
 }
 
 std::string Channel::Receive(unsigned limit_ms) {
-    if (state_ == State::Ended) {
+    if (state_ == ChannelState::Ended) {
         Sleep(limit_ms);
         return {};
     }
@@ -88,36 +66,41 @@ std::string Channel::Receive(unsigned limit_ms) {
     timeval limit{0, static_cast<decltype(timeval::tv_usec)>(limit_ms * 1000)};
     if (select(static_cast<int>(socket_) + 1, &readable, nullptr, nullptr, &limit) <= 0)
         return {};
-    if (state_ == State::Listening) {
+    if (state_ == ChannelState::Listening) {
         const SOCKET connection = accept(Native(socket_), nullptr, nullptr);
         if (connection == INVALID_SOCKET)
             return {};
         closesocket(Native(std::exchange(socket_, static_cast<std::uintptr_t>(connection))));
-        state_ = State::Connected;
+        state_ = ChannelState::Connected;
         return {};
     }
-    std::string bytes(PIECE_BYTES, '\0');
+    std::string bytes(65536, '\0');
     const auto count = recv(Native(socket_), bytes.data(), static_cast<int>(bytes.size()), 0);
     bytes.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
     if (bytes.empty())
-        state_ = State::Ended;
+        state_ = ChannelState::Ended;
     return bytes;
 }
 
 ControlLine ReadControlLine(std::string_view line) {
     ControlLine found;
     std::string name;
-    while (!line.empty()) {
-        if (line.front() != '"') {
-            line.remove_prefix(1);
-            continue;
-        }
-        const std::string text = TakeText(line);
-        if (line.starts_with(':')) {
-            name = text;
-            found.try_emplace(name);
-        } else {
-            found[name] = text;
+    std::string text;
+    bool is_text = false;
+    for (std::size_t at = 0; at < line.size(); ++at) {
+        if (line[at] == '"') {
+            is_text = !is_text;
+            if (is_text)
+                text.clear();
+            else if (line.substr(at + 1).starts_with(':'))
+                found[name = text];
+            else
+                found[name] = text;
+        } else if (is_text && line[at] == '\\' && at + 1 < line.size()) {
+            ++at;
+            text += line[at] >= 'a' ? ' ' : line[at];
+        } else if (is_text) {
+            text += line[at];
         }
     }
     return found;

@@ -8,7 +8,9 @@
 #include <string>
 #include <string_view>
 
-inline constexpr std::uint32_t EMULATOR_GONE_EXIT_CODE = 4;
+inline constexpr std::uint32_t RESET_EXIT_CODE = 3, EMULATOR_GONE_EXIT_CODE = 4;
+
+enum class ChannelState { Listening, Connected, Ended };
 
 class Channel {
 public:
@@ -19,30 +21,27 @@ public:
     Channel& operator=(const Channel&) = delete;
 
     std::uint16_t Port() const;
-    // Whether there is or was a connection.
-    bool HasBegun() const {
-        return state_ != State::Listening;
-    }
-    // Whether the connection existed and was closed by the emulator or lost.
-    bool HasEnded() const {
-        return state_ == State::Ended;
+    // Ended: the connection was closed by the emulator or lost.
+    ChannelState State() const {
+        return state_;
     }
     // Sends all bytes and blocks until the emulator has accepted them. When the connection is lost, the rest
-    // of the bytes is dropped and HasEnded is true. Without a connection, does nothing.
+    // of the bytes is dropped. Without a connection, does nothing.
     void Send(std::string_view bytes);
     // Waits at most `limit_ms`, below 1000, for the connection or for bytes. Returns the bytes, at most 64
     // KiB.
     std::string Receive(unsigned limit_ms);
 
 private:
-    enum class State { Listening, Connected, Ended };
+    explicit Channel(std::uintptr_t open_socket) : socket_(open_socket) {}
 
-    State state_ = State::Listening;
+    ChannelState state_ = ChannelState::Listening;
     std::uintptr_t socket_;
 };
 
 // One line from the emulator as a map of member names to values. It contains the members of nested objects
-// too. A value that is not a string is stored as an empty string.
+// too. A value that is not a string is stored as an empty string. Escaped letters, such as those for a line
+// feed, become blanks.
 using ControlLine = std::map<std::string, std::string>;
 ControlLine ReadControlLine(std::string_view line);
 

@@ -69,9 +69,8 @@ std::vector<std::string> EmulatorArguments(const VmConfig& config, const Emulato
     }
     if (setup.is_stopped)
         arguments.emplace_back("-S");
-    constexpr char NO_ESCAPE = '\0';  // a backslash separates the folders of a path
-    std::istringstream options(setup.user_options);
-    for (std::string option; options >> std::quoted(option, '"', NO_ESCAPE);)
+    std::istringstream options(setup.user_options);  // a backslash in them escapes nothing
+    for (std::string option; options >> std::quoted(option, '"', '\0');)
         arguments.push_back(option);
     return arguments;
 }

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "adapter/boot_image.h"
@@ -61,8 +60,6 @@ public:
     Emulator(const WideText& program, const std::vector<std::string>& arguments, std::uint32_t zoom);
     // Ends the process if it still runs.
     ~Emulator();
-    Emulator(const Emulator&) = delete;
-    Emulator& operator=(const Emulator&) = delete;
 
     // How the process ended: its exit code or, negative, the signal that ended it; none while it runs.
     std::optional<std::int64_t> End();

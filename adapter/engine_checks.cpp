@@ -52,7 +52,7 @@ InputFile OpenInput(const WideText& path) {
     const FileType type = QueryFileType(path, operation);
     if (type != FileType::Regular)
         Fail(path, type == FileType::Missing ? "fichier introuvable." : "ce n'est pas un fichier ordinaire.");
-    InputFile file{OpenForReading(path), 0};
+    InputFile file{path, OpenForReading(path), 0};
     const std::optional<std::uint64_t> size = FileSize(file.handle.Get());
     if (!size)
         ThrowFileSystemError(operation, GetLastError(), path);
@@ -63,7 +63,7 @@ InputFile OpenInput(const WideText& path) {
 std::string ReadInput(const InputFile& file, std::uint64_t offset, std::uint64_t count) {
     std::string bytes(static_cast<std::size_t>(count), '\0');
     if (ReadAt(file.handle.Get(), offset, bytes.data(), bytes.size()) != bytes.size())
-        throw std::runtime_error("Lecture d'un fichier interrompue.");
+        Fail(file.path, "lecture interrompue, ou fichier raccourci.");
     return bytes;
 }
 

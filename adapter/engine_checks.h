@@ -13,6 +13,7 @@
 
 // A regular file that is open for reading.
 struct InputFile {
+    WideText path;
     OwnedHandle handle;
     std::uint64_t bytes;  // its size when it was opened
 };

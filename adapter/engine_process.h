@@ -14,11 +14,10 @@ inline constexpr std::uint32_t FAILURE_EXIT_CODE = 1;
 inline constexpr std::uint32_t USAGE_EXIT_CODE = 2;
 inline constexpr std::uint32_t TIME_LIMIT_EXIT_CODE = 124;
 
-// The work of an engine: receives the arguments without the program name and stores its exit code.
+// Runs the work, which receives the arguments without the program name and stores the exit code, and ends the
+// process. When the work throws, writes the text of the exception to standard error; a stored
+// SUCCESS_EXIT_CODE then becomes FAILURE_EXIT_CODE.
 using EngineWork = void(const std::vector<WideText>& arguments, std::uint32_t& exit_code);
-
-// Runs the work and ends the process with the stored exit code. When the work throws, writes the text of the
-// exception to standard error; a stored SUCCESS_EXIT_CODE then becomes FAILURE_EXIT_CODE.
 [[noreturn]] void RunEngineProcess(int argc, WCHAR** argv, EngineWork* work);
 
 struct EngineRequest {

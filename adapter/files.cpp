@@ -42,8 +42,8 @@ OwnedHandle Open(const WideText& path, DWORD access, DWORD share, DWORD disposit
 }  // namespace
 
 TemporaryFile::TemporaryFile(const WideText& folder, const char* extension)
-    : name_(TEMPORARY_PREFIX + NumberText(GetCurrentProcessId()) + "-" + NumberText(GetTickCount64()) +
-            extension),
+    : name_(std::string(TEMPORARY_PREFIX) + NumberText(GetCurrentProcessId()) + "-" +
+            NumberText(GetTickCount64()) + extension),
       path_(JoinPath(folder, WideFromUtf8(name_))),
       handle_(Open(path_, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, CREATE_NEW)) {
     if (!handle_)

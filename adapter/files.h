@@ -9,7 +9,7 @@
 #include "config/vm_config.h"
 
 // The names of temporary files start with this text and the identifier of the process that created them.
-inline constexpr const char* TEMPORARY_PREFIX = "tessarun-";
+inline constexpr std::string_view TEMPORARY_PREFIX = "tessarun-";
 
 // A new file in a folder, held open until it is deleted. The destructor deletes the file.
 class TemporaryFile {
@@ -17,8 +17,6 @@ public:
     // Creates the file, empty. Throws when that fails.
     TemporaryFile(const WideText& folder, const char* extension);
     ~TemporaryFile();
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
 
     // The file's name without the folder, in ASCII. A process that runs in the folder can open the file by
     // this name, even when it cannot decode the folder's path.

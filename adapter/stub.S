@@ -3,23 +3,17 @@
 # the record StubRecord right after the code, and writes the record's address into the first instruction. The
 # processor is in 32-bit protected mode without paging. There is no stack.
 
-        # Offsets in StubRecord.
-        .set    WIDTH, 44                       # 0: keep the text screen
-        .set    KERNEL_ENTRY, 60
-
-        # Offsets in the Multiboot information.
-        .set    FLAGS, 0
-        .set    ARGUMENTS, 16                   # and the modules: 3 words
-        .set    FRAMEBUFFER, 88                 # 7 words
-
+        .set    WIDTH, 44                       # in StubRecord; 0: keep the text screen
+        .set    KERNEL_ENTRY, 60                # in StubRecord
+        .set    FLAGS, 0                        # in the Multiboot information
         .set    HAS_ARGUMENTS_AND_MODULES, 0xC
         .set    HAS_FRAMEBUFFER, 0x1000
+        .set    ARGUMENTS, 16                   # in the Multiboot information, and the modules: 3 words
+        .set    FRAMEBUFFER, 88                 # in the Multiboot information: 7 words
         .set    LOADED_BY_MULTIBOOT, 0x2BADB002
 
-        # The display's registers are accessed through an index port and the data port after it.
-        .set    DISPLAY_INDEX, 0x1CE
+        .set    DISPLAY_INDEX, 0x1CE            # a port; the data port is the next one
         .set    DISPLAY_STEPS, 5
-
         .set    PCI_ADDRESS, 0xCF8
         .set    PCI_DATA, 0xCFC
         .set    DISPLAY_BASE_ADDRESS, 0x80001010  # slot 2, as in the emulator's options; register 0x10

@@ -1,9 +1,5 @@
 // An engine on a general emulator: reads the launcher's command line and runs the kernel on the emulator.
-//
-// Exit codes: the byte that the kernel writes to port 0xF4; 0 for a successful dry run, for a machine that
-// was switched off or halted with interrupts off, and for a closed window; 1 for a failed check or step; 2
-// for an incorrect command line; 3 for a reset or a triple fault; 4 for an emulator that ended by itself or
-// does not answer; 124 for the time limit.
+// Its exit codes are explained in LISEZMOI.txt.
 #include <algorithm>
 #include <stdexcept>
 
@@ -76,7 +72,7 @@ public:
             }
             if (exit_byte_)
                 return {*exit_byte_, "Machine arrêtée par le noyau, code " + NumberText(*exit_byte_) + "."};
-            if (end || control_.HasEnded() || GetTickCount64() >= limit_ms_)
+            if (end || control_.State() == ChannelState::Ended || GetTickCount64() >= limit_ms_)
                 return end.value_or(Interrupted());
             if (GetTickCount64() >= next_look_ms) {
                 Look();
@@ -91,9 +87,9 @@ public:
     void WritePicture() {
         const TemporaryFile picture(TemporaryFolder(), ".ppm");
         const std::uint64_t until_ms = GetTickCount64() + ANSWER_LIMIT_MS;
-        std::optional<ControlLine> answer = Ask("stop", "", until_ms);
-        if (answer)
-            answer = Ask("screendump", "\"filename\": \"" + picture.Name() + "\"", until_ms);
+        Ask("stop", "", until_ms);
+        std::optional<ControlLine> answer =
+            Ask("screendump", "\"filename\": \"" + picture.Name() + "\"", until_ms);
         if (!answer || answer->contains("error"))
             throw std::runtime_error("Image de l'écran impossible : " +
                                      (answer ? (*answer)["desc"] : std::string("pas de réponse.")));
@@ -105,7 +101,7 @@ public:
     std::string Quit() {
         control_.Send(WriteControlLine("quit", ""));
         const std::uint64_t until_ms = GetTickCount64() + QUIT_LIMIT_MS;
-        while (!emulator_.End() && control_.HasBegun() && GetTickCount64() < until_ms)
+        while (!emulator_.End() && control_.State() != ChannelState::Listening && GetTickCount64() < until_ms)
             control_.Receive(POLL_MS / 5);
         const std::optional<std::int64_t> end = emulator_.End();
         if (!end)
@@ -142,7 +138,7 @@ private:
             while (std::optional<ControlLine> line = NextLine())
                 if (line->contains(name) && (text.empty() || line->at(name) == text))
                     return line;
-            if (control_.HasEnded() || emulator_.End() || GetTickCount64() >= until_ms)
+            if (control_.State() == ChannelState::Ended || emulator_.End() || GetTickCount64() >= until_ms)
                 return std::nullopt;
             control_text_ += control_.Receive(POLL_MS);
         }

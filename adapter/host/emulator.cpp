@@ -13,10 +13,8 @@
 #include <iostream>
 #include <sstream>
 #include <stdexcept>
-#include <string_view>
 
 #include "adapter/files.h"
-#include "base/path_ops.h"
 #include "base/text_convert.h"
 #include "platform/host/system/native.h"
 
@@ -44,10 +42,9 @@ void DeleteAbandonedFiles() {
     std::error_code ignored;
     const std::filesystem::directory_iterator folder(EmulatorPath({}, TemporaryFolder()), ignored);
     for (const std::filesystem::directory_entry& entry : folder) {
-        const std::string name = entry.path().filename().native();
-        if (!name.starts_with(TEMPORARY_PREFIX))
-            continue;
-        const int creator = std::atoi(name.c_str() + std::string_view(TEMPORARY_PREFIX).size());
+        const std::string name = entry.path().filename();
+        const int creator =
+            name.starts_with(TEMPORARY_PREFIX) ? std::atoi(name.substr(TEMPORARY_PREFIX.size()).c_str()) : 0;
         if (creator > 0 && kill(creator, 0) != 0 && errno == ESRCH)
             std::filesystem::remove(entry.path(), ignored);
     }

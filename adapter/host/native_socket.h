@@ -13,6 +13,4 @@ inline SOCKET OpenSocket() {
     return socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
 }
 
-inline void closesocket(SOCKET number) {
-    close(number);
-}
+inline constexpr auto* closesocket = close;

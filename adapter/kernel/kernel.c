@@ -4,14 +4,13 @@
 // fault).
 #include <stdint.h>
 
-enum { HEADER_MAGIC = 0x1BADB002, HEADER_FLAGS = 7 };  // modules on page boundaries, memory information, a mode
 enum { MAGIC = 0x2BADB002, HAS_FRAMEBUFFER = 1 << 12 };
 enum { SERIAL = 0x3F8, EXIT_PORT = 0xF4, POWER = 0x604, POWER_OFF = 0x2000 };
 enum { DISK = 0x1F0, DISK_ERROR = 1, DISK_DATA = 8, DISK_BUSY = 0x80, DISK_ABSENT = 0xFF, READ_SECTOR = 0x20 };
 
-// Requests a screen of 640 x 480. The addresses are those in the ELF file.
+// Asks for modules on page boundaries, memory information and a screen of 640 x 480. The addresses are in the ELF file.
 __attribute__((section(".multiboot"), used)) static const uint32_t header[12] = {
-    HEADER_MAGIC, HEADER_FLAGS, -(HEADER_MAGIC + HEADER_FLAGS), 0, 0, 0, 0, 0, 0, 640, 480, 32};
+    0x1BADB002, 7, -(0x1BADB002 + 7), [9] = 640, 480, 32};
 
 __asm__(".lcomm stack, 16384\n"
         ".globl start\n"
@@ -130,14 +129,11 @@ static const char* text_after(const char* word, const char* arguments) {
 }
 
 static void end(const char* arguments) {
-    static const struct {
-        uint16_t limit;
-        uint32_t address;
-    } __attribute__((packed)) no_interrupt_table;
+    static const uint16_t no_interrupt_table[3];
     if (text_after("fin=faute", arguments))
         __asm__ volatile("lidt %0; int3" : : "m"(no_interrupt_table));
     if (text_after("fin=extinction", arguments))
-        __asm__ volatile("outw %0, %1" : : "a"((uint16_t)POWER_OFF), "Nd"((uint16_t)POWER));
+        __asm__ volatile("outw %0, %1" : : "a"((uint16_t)POWER_OFF), "d"((uint16_t)POWER));
     if (text_after("fin=extinction", arguments) || text_after("fin=arret", arguments))
         return;
     while (text_after("fin=boucle", arguments))

@@ -22,15 +22,6 @@ constexpr const WCHAR* SHELL_SCRIPT =
         TEXT("wait $p; s=$?; kill $! 2>/dev/null; [ ! -e \"$0\" ] || echo $s >\"$0\"");
 constexpr long SIGNAL_STATUS = 128;  // a shell adds this to the number of a signal
 
-// The text that a platform call copies into a buffer; empty when the call fails or the text does not fit.
-template <typename Query>
-WideText TextOf(const Query& query) {
-    WideText text(32768, WCHAR{});
-    const DWORD length = query(text.data(), static_cast<DWORD>(text.size()));
-    text.resize(length < text.size() ? length : 0);
-    return text;
-}
-
 // Finds Wine's function that returns the Unix path of a file, which the caller frees. Null on Windows.
 using UnixPathFunction = char*(CDECL*)(const WCHAR*);
 UnixPathFunction FindUnixPathFunction() {
@@ -59,9 +50,8 @@ OwnedHandle EnterJob() {
 }  // namespace
 
 std::string Setting(const char* name) {
-    return Utf8FromWide(TextOf([&](WCHAR* text, DWORD size) {
-        return GetEnvironmentVariableW(WideFromUtf8(name).c_str(), text, size);
-    }));
+    const WCHAR* const value = _wgetenv(WideFromUtf8(name).c_str());
+    return value == nullptr ? std::string() : Utf8FromWide(value);
 }
 
 std::vector<WideText> UsualPrograms() {
@@ -78,7 +68,8 @@ std::vector<WideText> UsualPrograms() {
 }
 
 WideText TemporaryFolder() {
-    WideText folder = TextOf([](WCHAR* text, DWORD size) { return GetTempPathW(size, text); });
+    WideText folder(MAX_PATH + 1, WCHAR{});
+    folder.resize(GetTempPathW(MAX_PATH + 1, folder.data()));
     while (folder.ends_with(TEXT('\\')))
         folder.pop_back();
     return folder;
