@@ -47,7 +47,8 @@ std::uint16_t Channel::Port() const {
 
 void Channel::Send(std::string_view bytes) {
     while (state_ == ChannelState::Connected && !bytes.empty()) {
-        const auto sent = send(Native(socket_), bytes.data(), static_cast<int>(bytes.size()), MSG_NOSIGNAL);
+        const auto sent =
+            send(Native(socket_), bytes.data(), static_cast<socklen_t>(bytes.size()), MSG_NOSIGNAL);
         if (sent <= 0)
             state_ = ChannelState::Ended;
         else
@@ -75,7 +76,7 @@ std::string Channel::Receive(unsigned limit_ms) {
         return {};
     }
     std::string bytes(65536, '\0');
-    const auto count = recv(Native(socket_), bytes.data(), static_cast<int>(bytes.size()), 0);
+    const auto count = recv(Native(socket_), bytes.data(), static_cast<socklen_t>(bytes.size()), 0);
     bytes.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
     if (bytes.empty())
         state_ = ChannelState::Ended;

@@ -1,12 +1,12 @@
-# Runs between the emulator's loader and the kernel: completes the loader's Multiboot information (its address is
-# in ebx), sets the display mode and enters the kernel. boot_image.cpp puts this code on a page after the kernel and
-# the record StubRecord right after the code, and writes the record's address into the first instruction. The
-# processor is in 32-bit protected mode without paging. There is no stack.
+# Runs between the emulator's loader and the kernel: completes the loader's Multiboot information, sets the display
+# mode and enters the kernel. boot_image.cpp puts this code on a page after the kernel and the record StubRecord right
+# after the code, and writes the record's address into the first instruction. The processor is in 32-bit protected
+# mode without paging; ebx is the address of the information, which announces arguments and modules in any case. There
+# is no stack.
 
         .set    WIDTH, 44                       # in StubRecord; 0: keep the text screen
         .set    KERNEL_ENTRY, 60                # in StubRecord
         .set    FLAGS, 0                        # in the Multiboot information
-        .set    HAS_ARGUMENTS_AND_MODULES, 0xC
         .set    HAS_FRAMEBUFFER, 0x1000
         .set    ARGUMENTS, 16                   # in the Multiboot information, and the modules: 3 words
         .set    FRAMEBUFFER, 88                 # in the Multiboot information: 7 words
@@ -26,7 +26,6 @@
         leal    ARGUMENTS(%ebx), %edi
         movl    $3, %ecx
         rep movsl
-        orl     $HAS_ARGUMENTS_AND_MODULES, FLAGS(%ebx)
         cmpl    $0, WIDTH(%ebp)
         je      enter
 
