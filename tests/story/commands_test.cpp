@@ -58,6 +58,49 @@ TEST(Commands, IgnoreAMissingModuleAndChangesByTheProgramItself) {
     });
 }
 
+TEST(Commands, FollowOnlyTheNotificationsOfTheTabsAndOfASelection) {
+    const auto code = [](int number) { return static_cast<UINT>(number); };
+    const struct {
+        UINT id, code, changed, old_state, new_state;
+        bool changes_page, changes_selection;
+    } cases[] = {
+        {IDC_PAGE_TABS, code(TCN_SELCHANGE), 0, 0, 0, true, false},
+        {IDC_PAGE_TABS, code(TCN_SELCHANGE) - 1, 0, 0, 0, false, false},
+        {IDC_ZOOM, code(TCN_SELCHANGE), 0, 0, 0, false, false},
+        {IDC_MODULE_LIST, code(LVN_ITEMCHANGED), LVIF_STATE, 0, LVIS_SELECTED, false, true},
+        {IDC_MODULE_LIST, code(LVN_ITEMCHANGED), LVIF_STATE, LVIS_SELECTED, 0, false, true},
+        {IDC_MODULE_LIST, code(LVN_ITEMCHANGED), LVIF_STATE, LVIS_SELECTED, LVIS_SELECTED, false, false},
+        {IDC_MODULE_LIST, code(LVN_ITEMCHANGED), LVIF_STATE, 0, LVIS_FOCUSED, false, false},
+        {IDC_MODULE_LIST, code(LVN_ITEMCHANGED), LVIF_TEXT, 0, LVIS_SELECTED, false, false},
+        {IDC_MODULE_LIST, code(LVN_ITEMCHANGED) - 1, LVIF_STATE, 0, LVIS_SELECTED, false, false},
+        {IDC_PAGE_TABS, code(LVN_ITEMCHANGED), LVIF_STATE, 0, LVIS_SELECTED, false, false},
+    };
+    LauncherRun run;
+    run.Run([&] {
+        user::OnProgramThread([&] {
+            Launcher& launcher = run.launcher;
+            const HWND list = launcher.module_list;
+            SendMessageW(launcher.tab_control, WM_KEYDOWN, VK_RIGHT, 1);
+            for (const auto& c : cases) {
+                SCOPED_TRACE(testing::Message() << c.id << " " << c.code << " " << c.changed);
+                ShowWindow(list, SW_HIDE);
+                launcher.selected_module = 7;
+                NMLISTVIEW notification{};
+                notification.hdr.idFrom = c.id;
+                notification.hdr.code = c.code;
+                notification.uChanged = c.changed;
+                notification.uOldState = c.old_state;
+                notification.uNewState = c.new_state;
+                EXPECT_EQ(SendMessageW(launcher.main_window, WM_NOTIFY, c.id,
+                                       reinterpret_cast<LPARAM>(&notification)),
+                          0);
+                EXPECT_EQ(IsWindowVisible(list) != FALSE, c.changes_page);
+                EXPECT_EQ(launcher.selected_module == -1, c.changes_selection);
+            }
+        });
+    });
+}
+
 TEST(Commands, ReportAMissingFileAtALaunchAndUseTheCurrentFolderAfterAReset) {
     LauncherRun run;
     MakeFolder(run.folder.Of(TEXT("sub")));

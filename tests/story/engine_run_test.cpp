@@ -20,6 +20,7 @@ TEST(EngineRun, ShowsZeroBytesThatAnEarlierEngineCausesInTheLogAndKeepsTheSelect
         user::CloseMainWindow();
         user::WaitForEnd();
     });
+    EXPECT_EQ(run.launcher.engine_process, nullptr);
     EXPECT_EQ(Narrow(RunResultText(0xC0000005, false)), "Échec (code 3221225477). Consultez le journal.");
     EXPECT_FALSE(Contains(run.Log(), "Machine arrêtée"))
         << "closing the program neither waits for the engine nor stops it";

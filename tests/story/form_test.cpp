@@ -129,7 +129,9 @@ TEST(Form, SetsTheStylesThatChangeTheBehaviourOfControls) {
                 const int id = GetDlgCtrlID(control);
                 EXPECT_EQ(SendMessageW(control, WM_GETFONT, 0, 0),
                           reinterpret_cast<LRESULT>(GetStockObject(DEFAULT_GUI_FONT)));
-                EXPECT_EQ((GetWindowLongPtrW(control, GWL_EXSTYLE) & WS_EX_CLIENTEDGE) != 0, kind == "Edit")
+                constexpr LONG_PTR OTHER_FRAME = 1;  // of a dialog box
+                EXPECT_EQ(GetWindowLongPtrW(control, GWL_EXSTYLE) & (WS_EX_CLIENTEDGE | OTHER_FRAME),
+                          kind == "Edit" ? WS_EX_CLIENTEDGE : 0)
                     << id;
                 if (kind == "Edit") {
                     EXPECT_EQ(SendMessageW(control, EM_GETLIMITTEXT, 0, 0), 32760) << id;

@@ -25,37 +25,39 @@ TEST(RunLauncher, ShowsAnErrorAfterAQuitMessageWasPosted) {
     EXPECT_EQ(exit_code, 1);
 }
 
-TEST(RunLauncher, ShortensALongMessageInTheBoxButNotInTheStatusLine) {
-    const std::string words = "Veldrane VM\nClé de configuration inconnue : ";
-    for (const std::size_t characters : {1000U, 1001U, 200000U}) {
-        LauncherRun run;
-        std::string key = "😀";  // a surrogate pair
-        key += std::string(characters - 36, 'k') + "😀";
-        run.WriteConfig(TEXT("veldranevm.config"), key + "=1\n");
-        run.Run([&] {
-            const std::string text = TakeErrorBox();
-            EXPECT_EQ(Wide(text).size(), 12U + 1000U);
-            EXPECT_TRUE(text.starts_with(words + "😀k") && text.ends_with("k😀")) << text;
-            EXPECT_EQ(text.find("k […] k") != std::string::npos, characters > 1000) << text;
-            user::WaitUntil([] { return user::IsVisible(IDC_LAUNCH); });
-            EXPECT_EQ(user::Status().size(), characters);
-        });
-        UnregisterWindowClasses();
-    }
+std::string Repeated(const char* text, int times) {
+    std::string repeated;
+    for (; times > 0; --times)
+        repeated += text;
+    return repeated;
 }
 
-TEST(RunLauncher, DoesNotSplitASurrogatePairWhenItShortensAMessage) {
-    // One or both cuts would be inside a pair.
-    for (const auto& shortened : {std::pair("", 999U), std::pair("k", 998U)}) {
-        std::string key = shortened.first;
+// Each 😀 is a surrogate pair, which must not be split.
+TEST(RunLauncher, ShortensALongMessageInTheBoxButNotInTheStatusLine) {
+    const struct {
+        std::string key;
+        std::size_t characters_in_box;
+        const char* middle;  // of the text in the box
+    } cases[] = {
+        {"😀" + Repeated("k", 964) + "😀", 1000, "kkk"},
+        {"😀" + Repeated("k", 965) + "😀", 1000, "k […] k"},
+        {"😀" + Repeated("k", 200000) + "😀", 1000, "k […] k"},
+        {Repeated("😀", 1000), 999, "😀 […] 😀"},
+        {"k" + Repeated("😀", 1000), 998, "😀 […] 😀"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.key.size());
         LauncherRun run;
-        for (int pair = 0; pair < 1000; ++pair)
-            key += "😀";
-        run.WriteConfig(TEXT("veldranevm.config"), key + "=1\n");
+        run.WriteConfig(TEXT("veldranevm.config"), c.key + "=1\n");
         run.Run([&] {
             const std::string text = TakeErrorBox();
-            EXPECT_EQ(Wide(text).size(), 12U + shortened.second);
-            EXPECT_NE(text.find("😀 […] 😀"), std::string::npos) << text;
+            EXPECT_EQ(Wide(text).size(), 12U + c.characters_in_box);
+            EXPECT_TRUE(
+                text.starts_with("Veldrane VM\nClé de configuration inconnue : " + c.key.substr(0, 20)));
+            EXPECT_TRUE(text.ends_with(c.key.substr(c.key.size() - 12)));
+            EXPECT_NE(text.find(c.middle), std::string::npos) << text;
+            user::WaitUntil([] { return user::IsVisible(IDC_LAUNCH); });
+            EXPECT_EQ(Narrow(user::Status()), "Clé de configuration inconnue : " + c.key);
         });
         UnregisterWindowClasses();
     }

@@ -122,7 +122,15 @@ TEST(ProgramHooks, ACommandThatThrowsReturnsZero) {
             host::FailCall("MessageBoxW", 1, ERROR_NOT_ENOUGH_MEMORY);
             EXPECT_EQ(SendMessageW(run.launcher.main_window, WM_COMMAND, IDC_LAUNCH, 0), 0);
             EXPECT_EQ(host::ClearFaults(), 1U);
+            EXPECT_EQ(host::TracedArguments("MessageBoxW"), (std::vector<DWORD>{MB_ICONERROR}));
             EXPECT_EQ(Narrow(user::Status()), "Choisissez un noyau ELF.");
+            run.launcher.dirty = true;
+            host::FailCall("MessageBoxW", 1, ERROR_NOT_ENOUGH_MEMORY);
+            SendMessageW(run.launcher.main_window, WM_COMMAND, IDC_RESET, 0);
+            EXPECT_EQ(host::TracedArguments("MessageBoxW"),
+                      (std::vector<DWORD>{MB_YESNOCANCEL | MB_ICONQUESTION}));
+            EXPECT_TRUE(run.launcher.dirty) << "a question that cannot be asked is not answered";
+            run.launcher.dirty = false;
         });
     });
 }

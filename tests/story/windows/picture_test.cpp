@@ -73,35 +73,6 @@ TEST(Picture, PaintsGroupBoxesAndFramesCompletelyAtTheStartAndAfterEachChange) {
     });
 }
 
-TEST(Picture, FramesEraseTheirBackgroundExceptUnderOtherControls) {
-    LauncherRun run;
-    run.Run([&] {
-        user::OnProgramThread([&] {
-            const HWND window = run.launcher.main_window;
-            const HWND kernel = GetDlgItem(window, IDC_KERNEL_PATH);
-            const HWND machine = GetWindow(GetWindow(kernel, GW_HWNDPREV), GW_HWNDPREV);
-            for (const auto& [frame, control] :
-                 {std::pair(machine, kernel),
-                  std::pair(run.launcher.tab_control, GetDlgItem(window, IDC_IDE_PRIMARY_MASTER))}) {
-                const HDC screen = GetDC(frame);
-                const HDC memory = CreateCompatibleDC(screen);
-                const HBITMAP bitmap = CreateCompatibleBitmap(screen, 900, 300);
-                SelectObject(memory, bitmap);
-                SendMessageW(frame, WM_ERASEBKGND, reinterpret_cast<WPARAM>(memory), 0);
-                RECT place{};
-                GetWindowRect(control, &place);
-                MapWindowPoints(nullptr, frame, reinterpret_cast<POINT*>(&place), 2);
-                const COLORREF face = GetSysColor(COLOR_BTNFACE);
-                EXPECT_NE(GetPixel(memory, place.left, place.top), face) << "under a control";
-                EXPECT_EQ(GetPixel(memory, place.left - 1, place.top), face);
-                DeleteDC(memory);
-                DeleteObject(bitmap);
-                ReleaseDC(frame, screen);
-            }
-        });
-    });
-}
-
 // The width of the drawn text in the label, in pixels.
 LONG DrawnWidth(const Launcher& launcher, UINT id, const WCHAR* text) {
     user::OnProgramThread([&] { SetDlgItemTextW(launcher.main_window, static_cast<int>(id), text); });

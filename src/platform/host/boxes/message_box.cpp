@@ -68,7 +68,7 @@ int LinesOf(std::u16string_view text) {
 
 int WINAPI MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR title, UINT flags) {
     const host::Choice choice = host::ChoiceOf(flags);
-    if (host::CallFails("MessageBoxW"))
+    if (host::CallFails("MessageBoxW", {flags}))
         return 0;
     if (owner != nullptr && !IsWindow(owner))
         return host::Fail(ERROR_INVALID_WINDOW_HANDLE);

@@ -39,7 +39,7 @@ std::vector<std::string> Trace();
 
 // Some numbers among the arguments of the last traced call of this name; empty if there was none. They are
 // stored for CreateFileW (access, sharing, disposition), MoveFileExW (flags), SetTimer (period),
-// CreateProcessW (flags) and InitCommonControlsEx (classes).
+// CreateProcessW (flags), InitCommonControlsEx (classes) and MessageBoxW (flags).
 std::vector<DWORD> TracedArguments(const std::string& name);
 
 // --- the clock ---
