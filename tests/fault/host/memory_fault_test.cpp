@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <new>
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 #include "form/form_ids.h"
 #include "launch/log_window.h"
@@ -23,6 +25,10 @@ void* operator new(std::size_t size) {
     if (memory == nullptr)
         throw std::bad_alloc();
     return memory;
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return std::malloc(size);
 }
 
 void operator delete(void* memory) noexcept {
