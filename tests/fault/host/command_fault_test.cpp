@@ -44,10 +44,14 @@ enum class Outcome {
 };
 using enum Outcome;
 
-// The first row for a command and a call is valid for the first `count` calls of its names (0: for all), the
-// next row for the calls after these. In the text, % is the system's message, and a bar separates two boxes.
+constexpr const char* ANY_COMMAND = "";
+constexpr unsigned EACH = 0;
+
+// What happens when one of the calls fails. A row is for the first `count` of the calls that a command makes,
+// the next row with the same command and call for the calls behind these. In the text, % is the system's
+// message, and a bar separates two boxes.
 struct Row {
-    const char* commands;  // "": all
+    const char* commands;
     const char* calls;
     unsigned count;
     Outcome outcome;
@@ -63,52 +67,53 @@ const Row ROWS[] = {
     {"Start", "CreateWindowExW", 1, Refused, "Création du lanceur impossible."},
     {"Start", "CreateWindowExW", 56, Refused,
      "Création d'un contrôle impossible.|Création du lanceur impossible."},
-    {"Start", "CB_ADDSTRING TCM_INSERTITEMW LVM_INSERTCOLUMNW", 0, Refused,
+    {"Start", "CB_ADDSTRING TCM_INSERTITEMW LVM_INSERTCOLUMNW", EACH, Refused,
      "Mémoire insuffisante : l'opération n'a pas abouti.|Création du lanceur impossible."},
     {"Start", "WM_SETTEXT", 12, Refused, NO_MEMORY},
     {"Start", "CB_SETCURSEL LVM_DELETEALLITEMS", 1, Refused, NO_MEMORY},
     {"Start", "CreateFileW GetFileType GetFileInformationByHandle", 1, Refused, "exists: %"},
-    {"Start", "BeginDeferWindowPos DeferWindowPos", 0, Done},
+    {"Start", "BeginDeferWindowPos DeferWindowPos", EACH, Done},
     {"Start", "SetTimer", 1, Refused, "Initialisation du suivi VM impossible."},
     {"Start", "GetMessageW", 1, Refused, "Boucle de messages interrompue."},
     {"Load Start", "CreateFileW GetFileSizeEx", 1, Skipped, "Impossible d'ouvrir la configuration."},
     {"Load Start", "SetFilePointerEx ReadFile", 1, Skipped, "Lecture de la configuration impossible."},
-    {"Load Start", "MultiByteToWideChar", 0, Skipped, "Le fichier doit être encodé en UTF-8."},
+    {"Load Start", "MultiByteToWideChar", EACH, Skipped, "Le fichier doit être encodé en UTF-8."},
     {"Load Start", "GetFullPathNameW", 1, Skipped, "absolute: %"},
     {"Load Start", "GetFullPathNameW", 1, Partial, "absolute: %"},
-    {"", "GetFullPathNameW", 0, Refused, "absolute: %"},
-    {"", "GetOpenFileNameW GetSaveFileNameW", 1, Refused, NO_FILE_BOX},
+    {ANY_COMMAND, "GetFullPathNameW", EACH, Refused, "absolute: %"},
+    {ANY_COMMAND, "GetOpenFileNameW GetSaveFileNameW", 1, Refused, NO_FILE_BOX},
     {"Load Reset", "MessageBoxW", 1, NotDone},
-    {"", "MessageBoxW SetCurrentDirectoryW CloseHandle GetModuleHandleW", 0, Done},
-    {"Save SaveNew SaveAs", "WideCharToMultiByte", 0, Refused, "Texte Unicode invalide."},
+    {ANY_COMMAND, "MessageBoxW SetCurrentDirectoryW CloseHandle GetModuleHandleW", EACH, Done},
+    {"Save SaveNew SaveAs", "WideCharToMultiByte", EACH, Refused, "Texte Unicode invalide."},
     {"Save SaveNew SaveAs", "CreateFileW", 1, Refused, "Impossible de créer le fichier de configuration."},
     {"Save SaveNew SaveAs", "WriteFile FlushFileBuffers MoveFileExW", 1, Refused, CANNOT_SAVE},
-    {"SaveRefused", "MultiByteToWideChar", 0, Refused, "Valeur hors limites : RAM (16..2048 Mio)"},
+    {"SaveRefused", "MultiByteToWideChar", EACH, Refused, "Valeur hors limites : RAM (16..2048 Mio)"},
     // The kernel, the disks, the modules, the engine.
     {"Launch Verify", "CreateFileW", 7, Refused, "status: %"},
     {"Launch Verify", "CreateFileW", 1, Partial, "Impossible de créer veldranevm.log."},
     {"Launch Verify", "CreateFileW", 1, Partial, "Initialisation de l'entrée standard impossible."},
-    {"", "InitializeProcThreadAttributeList", 2, Partial, "Initialisation du lancement impossible."},
-    {"", "UpdateProcThreadAttribute CreateProcessW", 1, Partial, "Lancement impossible : %"},
-    {"", "WaitForSingleObject", 1, NotDone},
-    {"", "GetExitCodeProcess", 1, RunEnded, "VM terminée."},
+    {ANY_COMMAND, "InitializeProcThreadAttributeList", 2, Partial, "Initialisation du lancement impossible."},
+    {ANY_COMMAND, "UpdateProcThreadAttribute CreateProcessW", 1, Partial, "Lancement impossible : %"},
+    {ANY_COMMAND, "WaitForSingleObject", 1, NotDone},
+    {ANY_COMMAND, "GetExitCodeProcess", 1, RunEnded, "VM terminée."},
     {"PollFailure ShowLog ShowLogAgain", "CreateFileW", 1, Partial, "status: %"},
-    {"", "GetFileType GetFileInformationByHandle", 0, Partial, "status: %"},
-    {"", "CreateWindowExW", 2, Partial, "Création du journal impossible."},
-    {"PollFailure RefreshLog ShowLog ShowLogAgain", "WM_GETTEXT WM_SETTEXT", 0, LogLate},
-    {"", "MultiByteToWideChar", 0, LogWrong},
-    {"", "CreateFileW GetFileSizeEx SetFilePointerEx ReadFile", 0, LogLate},
+    {ANY_COMMAND, "GetFileType GetFileInformationByHandle", EACH, Partial, "status: %"},
+    {ANY_COMMAND, "CreateWindowExW", 2, Partial, "Création du journal impossible."},
+    {"PollFailure RefreshLog ShowLog ShowLogAgain", "WM_GETTEXT WM_SETTEXT", EACH, LogLate},
+    {ANY_COMMAND, "MultiByteToWideChar", EACH, LogWrong},
+    {ANY_COMMAND, "CreateFileW GetFileSizeEx SetFilePointerEx ReadFile", EACH, LogLate},
     {"EditArguments", "WM_SETTEXT", 1, NotDone},
-    {"EditArguments", "WM_GETTEXT LVM_SETITEMTEXTW", 0, Partial, NO_MEMORY},
+    {"EditArguments", "WM_GETTEXT LVM_SETITEMTEXTW", EACH, Partial, NO_MEMORY},
     {"Browse", "WM_SETTEXT", 1, Refused, NO_MEMORY},
-    {"", "WM_GETTEXT", 0, Skipped, NO_MEMORY},
+    {ANY_COMMAND, "WM_GETTEXT", EACH, Skipped, NO_MEMORY},
     {"Save SaveNew SaveAs", "WM_SETTEXT", 12, Partial, NO_MEMORY},
-    {"Save SaveNew SaveAs", "CB_SETCURSEL LVM_DELETEALLITEMS LVM_INSERTITEMW LVM_SETITEMTEXTW", 0, Partial,
+    {"Save SaveNew SaveAs", "CB_SETCURSEL LVM_DELETEALLITEMS LVM_INSERTITEMW LVM_SETITEMTEXTW", EACH, Partial,
      NO_MEMORY},
     {"Load Start Reset AddModule RemoveModule MoveModuleUp MoveModuleDown", "WM_SETTEXT", 12, Skipped,
      NO_MEMORY},
-    {"", "CB_SETCURSEL LVM_DELETEALLITEMS LVM_INSERTITEMW LVM_SETITEMTEXTW", 0, Skipped, NO_MEMORY},
-    {"", "WM_SETTEXT", 0, SelectionLost, NO_MEMORY},
+    {ANY_COMMAND, "CB_SETCURSEL LVM_DELETEALLITEMS LVM_INSERTITEMW LVM_SETITEMTEXTW", EACH, Skipped,
+     NO_MEMORY},
+    {ANY_COMMAND, "WM_SETTEXT", EACH, SelectionLost, NO_MEMORY},
 };
 
 const struct {
@@ -163,11 +168,12 @@ Expected FindRow(const char* command, const std::vector<std::string>& calls, std
     const auto end = calls.begin() + static_cast<std::ptrdiff_t>(nth);
     auto nth_of_name = std::count(calls.begin(), end, calls[nth - 1]);
     for (const Row& row : ROWS) {
-        if (!HasWord(row.calls, calls[nth - 1]) || (*row.commands != 0 && !HasWord(row.commands, command)))
+        if (!HasWord(row.calls, calls[nth - 1]) ||
+            (row.commands != ANY_COMMAND && !HasWord(row.commands, command)))
             continue;
         std::string text = row.text;
         const std::size_t mark = text.find('%');
-        if (row.count == 0 || nth_of_name <= row.count)
+        if (row.count == EACH || nth_of_name <= row.count)
             return {row.outcome,
                     mark == std::string::npos ? text : text.replace(mark, 1, ERRORS[error].message)};
         nth_of_name -= row.count;

@@ -19,7 +19,8 @@ thread_local bool fails_next_allocation = false;
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+// Not inlined, so that the compiler does not see that they belong to malloc and free.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     const bool fails = std::exchange(fails_next_allocation, false);
     void* const memory = fails ? nullptr : std::malloc(size);
     if (memory == nullptr)
@@ -27,15 +28,15 @@ void* operator new(std::size_t size) {
     return memory;
 }
 
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     return std::malloc(size);
 }
 
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
 
-void operator delete(void* memory, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 
