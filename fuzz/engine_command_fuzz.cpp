@@ -2,7 +2,7 @@
 // reads the same configuration.
 #include "launch/engine_command.h"
 
-#include "adapter/engine_request.h"
+#include "adapter/engine_process.h"
 #include "config/config_text.h"
 #include "fuzz.h"
 
