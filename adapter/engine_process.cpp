@@ -27,6 +27,9 @@ void TakeScreen(VmConfig& to, Values value) {
     to.width = ParseNumber(value[0]);
     to.height = ParseNumber(value[1]);
 }
+void TakeModule(VmConfig& to, Values value) {
+    to.modules.push_back({value[0], value[1]});
+}
 
 constexpr std::array<OptionRow, 14> OPTIONS{{
     {TEXT("--ram"), 1, [](VmConfig& to, Values value) { to.ram_mib = ParseNumber(value[0]); }},
@@ -42,10 +45,7 @@ constexpr std::array<OptionRow, 14> OPTIONS{{
     {TEXT("--ide-primary-slave"), 1, [](VmConfig& to, Values value) { to.ide[1] = value[0]; }},
     {TEXT("--ide-secondary-master"), 1, [](VmConfig& to, Values value) { to.ide[2] = value[0]; }},
     {TEXT("--ide-secondary-slave"), 1, [](VmConfig& to, Values value) { to.ide[3] = value[0]; }},
-    {TEXT("--module-args"), 2,
-     [](VmConfig& to, Values value) {
-         to.modules.push_back({value[0], value[1]});
-     }},
+    {TEXT("--module-args"), 2, TakeModule},
 }};
 
 [[noreturn]] void Refuse(const char* message, WideView argument) {

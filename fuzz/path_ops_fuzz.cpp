@@ -82,11 +82,14 @@ WideText Normal(const WideText& path) {
     const auto is = [&parts](std::size_t at, WideView part) {
         return at < parts.size() && parts[at] == part;
     };
-    Remove(
-        parts, 2, [&](std::size_t at) { return is(at, TEXT(".")); });
-    Remove(
-        parts, 4, [&](std::size_t at) { return !is(at, BACKSLASH) && !is(at, UP) && is(at + 2, UP); });
-    Remove(parts, 2, [&](std::size_t at) { return at == 1 && is(0, BACKSLASH) && is(1, UP); });
+    const auto is_here = [&](std::size_t at) { return is(at, TEXT(".")); };
+    const auto goes_back = [&](std::size_t at) {
+        return !is(at, BACKSLASH) && !is(at, UP) && is(at + 2, UP);
+    };
+    const auto is_above_root = [&](std::size_t at) { return at == 1 && is(0, BACKSLASH) && is(1, UP); };
+    Remove(parts, 2, is_here);
+    Remove(parts, 4, goes_back);
+    Remove(parts, 2, is_above_root);
     if (parts.size() > 1 && is(parts.size() - 2, UP))
         parts.pop_back();
     WideText normal = WithBackslashes(RootName(path));

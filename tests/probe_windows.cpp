@@ -20,9 +20,10 @@ constexpr LoggedMessage LOGGED_MESSAGES[] = {
 
 LRESULT CALLBACK ProbeProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     for (const LoggedMessage& logged : LOGGED_MESSAGES) {
-        if (logged.message == message && current->names.contains(window))
-            current->log.push_back(current->names.at(window) + " " + logged.name +
-                                   (logged.has_wparam ? " " + std::to_string(wparam) : ""));
+        if (logged.message != message || !current->names.contains(window))
+            continue;
+        current->log.push_back(current->names.at(window) + " " + logged.name +
+                               (logged.has_wparam ? " " + std::to_string(wparam) : ""));
     }
     return DefWindowProcW(window, message, wparam, lparam);
 }

@@ -15,7 +15,7 @@ constexpr const char* SIZE = "Résolution : choisir des dimensions entre 1 et 81
 
 // In the order in which they are checked.
 const struct {
-    std::uint32_t VmConfig::*field;
+    NumberMember field;
     std::uint32_t lowest, highest;
     std::string message;
 } LIMITS[] = {{&VmConfig::ram_mib, 16, 2048, "RAM : choisir entre 16 et 2048 Mio."},

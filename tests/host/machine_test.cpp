@@ -247,7 +247,7 @@ TEST_F(Machine, ProtectsItsInputs) {
     config.dump.clear();
     // A machine that runs locks its disks in this way.
     const int held = open(NativePath(disk).c_str(), O_RDWR | O_CLOEXEC);
-    struct flock lock {};
+    struct flock lock = {};
     lock.l_type = F_WRLCK;
     ASSERT_EQ(fcntl(held, F_OFD_SETLK, &lock), 0);
     ExpectRefusal(4, "L'émulateur s'est arrêté de lui-même, code 1.\n");

@@ -296,8 +296,8 @@ int CommandFixture::RunProgram(const std::function<void()>& test, const std::fun
         if (!std::exchange(has_started, true) && inject_fault)
             inject_fault();
     };
-    const int exit_code = user::RunWithUserCallback(
-        run.launcher, [this] { return Step(); }, pass_time);
+    const auto step = [this] { return Step(); };
+    const int exit_code = user::RunWithUserCallback(run.launcher, step, pass_time);
     EXPECT_EQ(host::OpenHandles(), 0U) << "the handle of a running engine is closed too";
     return exit_code;
 }

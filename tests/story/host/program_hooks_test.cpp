@@ -12,12 +12,11 @@
 namespace {
 
 std::ptrdiff_t Count(const std::vector<RECT>& rectangles, const RECT& wanted) {
-    return std::count_if(
-        rectangles.begin(), rectangles.end(),
-        [&](const RECT& one) {
-            return one.left == wanted.left && one.top == wanted.top && one.right == wanted.right &&
-                   one.bottom == wanted.bottom;
-        });
+    const auto is_wanted = [&](const RECT& one) {
+        return one.left == wanted.left && one.top == wanted.top && one.right == wanted.right &&
+               one.bottom == wanted.bottom;
+    };
+    return std::count_if(rectangles.begin(), rectangles.end(), is_wanted);
 }
 
 const char* const NO_BOX = "Veldrane VM\nBoîte de sélection de fichier indisponible.";
