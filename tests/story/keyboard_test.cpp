@@ -229,6 +229,49 @@ TEST(Keyboard, ScrollsSelectsAndCopiesTheLogWithKeys) {
     });
 }
 
+TEST(Keyboard, SendsKeysForTheLogWindowToItsText) {
+    constexpr WPARAM CONTROL_A = 1;
+    enum Receiver { Window, Content, MainWindow };
+    const struct {
+        Receiver receiver;
+        UINT message;
+        WPARAM key;
+        Receiver becomes;
+        bool selects_all;
+    } cases[] = {
+        {Window, WM_KEYDOWN, VK_END, Content, false},  {Window, WM_CHAR, 'x', Content, false},
+        {Window, WM_CHAR, CONTROL_A, Content, true},   {Window, WM_TIMER, 1, Window, false},
+        {Content, WM_CHAR, CONTROL_A, Content, true},  {Content, WM_CHAR, 2, Content, false},
+        {Content, WM_KEYDOWN, 1, Content, false},      {MainWindow, WM_CHAR, CONTROL_A, MainWindow, false},
+        {MainWindow, WM_KEYDOWN, 1, MainWindow, false}};
+    LauncherRun run;
+    run.Run([&] {
+        user::OnProgramThread([&] {
+            Launcher& launcher = run.launcher;
+            MSG message{};
+            EXPECT_FALSE(HandleLogKeys(launcher, message)) << "there is no log window yet";
+            launcher.log_path = run.folder.Of(TEXT("veldranevm.log"));
+            WriteBytes(launcher.log_path, "journal");
+            ShowLogWindow(launcher);
+            const HWND text = GetDlgItem(launcher.log_window, 1);
+            const HWND windows[] = {launcher.log_window, text, launcher.main_window};
+            for (const auto& c : cases) {
+                SCOPED_TRACE(testing::Message() << c.receiver << " " << c.message << " " << c.key);
+                SetFocus(launcher.log_window);
+                SendMessageW(text, EM_SETSEL, 2, 2);
+                message.hwnd = windows[c.receiver];
+                message.message = c.message;
+                message.wParam = c.key;
+                EXPECT_EQ(HandleLogKeys(launcher, message), c.selects_all);
+                EXPECT_EQ(GetFocus(), text);
+                EXPECT_EQ(message.hwnd, windows[c.becomes]);
+                EXPECT_EQ(SendMessageW(text, EM_GETSEL, 0, 0),
+                          c.selects_all ? MAKELPARAM(0, 7) : MAKELPARAM(2, 2));
+            }
+        });
+    });
+}
+
 TEST(Keyboard, RestoresTheFocusOfAButtonThatItsOwnPressDisables) {
     LauncherRun run;
     run.WriteConfig(TEXT("veldranevm.config"), "command=demo.attend=feu\n");
