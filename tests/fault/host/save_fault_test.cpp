@@ -10,49 +10,30 @@
 
 namespace {
 
-VmConfig LargeConfig() {
-    VmConfig config;
-    config.command.assign(400000, WCHAR{'c'});
-    return config;
-}
-
-struct SavedFile {
-    ScratchFolder folder;
-    WideText path = folder.Of(TEXT("a.config"));
-    VmConfig configs[2] = {{}, LargeConfig()};
-    std::string texts[2] = {ComposeConfigText(configs[0]), ComposeConfigText(configs[1])};
-
-    bool IsComplete() const {
-        const std::string bytes = ReadBytes(path);
-        return bytes == texts[0] || bytes == texts[1];
-    }
-    // A killed process may leave the temporary file.
-    void RemoveTemporaryFiles() const {
-        for (const WideText& name : ListFolder(folder.path))
-            if (name != TEXT("a.config"))
-                Remove(folder.Of(name));
-    }
-};
-
 TEST(SaveFaults, AKillOrALossOfPowerAfterAnyCallLeavesTheOldOrTheNewFile) {
-    const SavedFile file;
+    VmConfig large;
+    large.command.assign(400000, WCHAR{'c'});
+    const VmConfig configs[] = {{}, large};
+    const std::string texts[] = {ComposeConfigText({}), ComposeConfigText(large)};
     for (const int from : {0, 1}) {
         std::string message = "interrupted";
         for (unsigned calls = 0; !message.empty(); ++calls) {
             SCOPED_TRACE(testing::Message() << calls << " calls");
             ASSERT_LT(calls, 100U);
-            WriteBytes(file.path, file.texts[from]);
+            const ScratchFolder folder;
+            const WideText path = folder.Of(TEXT("a.config"));
+            WriteBytes(path, texts[from]);
             host::MakeDiskForgetful();
             for (unsigned failed = 1; failed <= 20; ++failed)
                 host::FailNthCall(calls + failed, ERROR_IO_DEVICE);
-            message = MessageOf([&] { WriteConfigFile(file.path, file.configs[1 - from]); });
+            message = MessageOf([&] { WriteConfigFile(path, configs[1 - from]); });
             host::ClearFaults();
-            EXPECT_TRUE(file.IsComplete()) << "after a kill";
+            EXPECT_TRUE(ReadBytes(path) == texts[0] || ReadBytes(path) == texts[1]) << "after a kill";
             host::LosePower();
-            EXPECT_TRUE(file.IsComplete());
-            file.RemoveTemporaryFiles();
+            EXPECT_TRUE(ReadBytes(path) == texts[0] || ReadBytes(path) == texts[1]);
+            EXPECT_EQ(ReadBytes(path) == texts[1 - from], message.empty())
+                << "a completed save is on the disk, and no other";
         }
-        EXPECT_EQ(ReadBytes(file.path), file.texts[1 - from]) << "a completed save is on the disk";
     }
 }
 
