@@ -59,7 +59,7 @@ TEST(Commands, IgnoreAMissingModuleAndChangesByTheProgramItself) {
 }
 
 TEST(Commands, FollowOnlyTheNotificationsOfTheTabsAndOfASelection) {
-    const auto code = [](int number) { return static_cast<UINT>(number); };
+    const auto code = [](auto number) { return static_cast<UINT>(number); };
     const struct {
         UINT id, code, changed, old_state, new_state;
         bool changes_page, changes_selection;
