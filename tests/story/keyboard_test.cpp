@@ -169,9 +169,9 @@ TEST(Keyboard, SendsKeysWithoutAFocusToTheLastFieldThatCanTakeThem) {
             KeepFocus(window, last, message);
             EXPECT_EQ(message.hwnd, run.launcher.tab_control) << "a key for another window stays there";
             // A disabled field, and one on the hidden page.
-            for (const int id : {IDC_WIDTH, IDC_MODULE_LIST}) {
+            for (const UINT id : {IDC_WIDTH, IDC_MODULE_LIST}) {
                 SetFocus(nullptr);
-                last = GetDlgItem(window, id);
+                last = GetDlgItem(window, static_cast<int>(id));
                 KeepFocus(window, last, message);
                 EXPECT_EQ(GetFocus(), window) << id;
             }
