@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <iomanip>
-#include <sstream>
 #include <stdexcept>
 
 #include "base/file_system.h"
@@ -28,6 +26,20 @@ std::string VideoMib(const std::optional<DisplayMode>& mode) {
 }
 
 }  // namespace
+
+std::vector<std::string> Split(std::string_view text, char separator) {
+    std::vector<std::string> parts{""};
+    bool is_quoted = false;
+    for (const char character : text)
+        if (character == '"')
+            is_quoted = !is_quoted;
+        else if (character == separator && !is_quoted)
+            parts.emplace_back();
+        else
+            parts.back() += character;
+    std::erase(parts, "");
+    return parts;
+}
 
 WideText FindEmulator() {
     const std::string named = Setting("TESSARUN_QEMU");
@@ -69,8 +81,7 @@ std::vector<std::string> EmulatorArguments(const VmConfig& config, const Emulato
     }
     if (setup.is_stopped)
         arguments.emplace_back("-S");
-    std::istringstream options(setup.user_options);  // a backslash in them escapes nothing
-    for (std::string option; options >> std::quoted(option, '"', '\0');)
+    for (const std::string& option : Split(setup.user_options, ' '))
         arguments.push_back(option);
     return arguments;
 }

@@ -12,6 +12,9 @@
 #include "config/vm_config.h"
 #include "platform/win32.h"
 
+// Splits a text at each separator that is not between double quotes. Removes the quotes and the empty parts.
+std::vector<std::string> Split(std::string_view text, char separator);
+
 // Returns the path of the emulator's program: the value of the environment variable TESSARUN_QEMU or, when it
 // is not set, the first of UsualPrograms that exists. Throws when there is no such program.
 WideText FindEmulator();
@@ -26,7 +29,7 @@ struct EmulatorSetup {
     std::optional<DisplayMode> mode;  // none: the text screen
     std::uint16_t control_port = 0;   // on the loopback address
     bool is_stopped = false;          // the processor does not start
-    std::string user_options;         // separated by blanks; an option that contains some is in double quotes
+    std::string user_options;         // for Split at blanks
 };
 
 // Returns the emulator's arguments, without the program's name. The user's options come last. Throws as

@@ -52,23 +52,21 @@ public:
         std::optional<std::string> halted_at;
         while (true) {
             std::optional<MachineEnd> end;
-            while (std::optional<ControlLine> line = NextLine()) {
+            for (std::optional<ControlLine> line; !end && (line = NextLine());) {
                 end = EndOfEvent(*line);
                 if (end) {
                     Look();
                     AwaitLine("id", READ_EXIT_PORT, GetTickCount64() + ANSWER_LIMIT_MS);
-                    break;
+                } else if ((*line)["id"] == LIST_REGISTERS) {
+                    // The machine can run while the emulator lists the registers. So two listings must show
+                    // the same address.
+                    const std::optional<std::string> address = HaltedAt((*line)["return"]);
+                    if (address && address == halted_at)
+                        end = {SUCCESS_EXIT_CODE,
+                               "Processeur à l'arrêt, interruptions coupées : fin de la machine."};
+                    halted_at = address;
+                    next_look_ms = GetTickCount64() + POLL_MS;
                 }
-                if ((*line)["id"] != LIST_REGISTERS)
-                    continue;
-                // The machine can run while the emulator lists the registers. So two listings must show the
-                // same address.
-                std::optional<std::string> address = HaltedAt((*line)["return"]);
-                if (address && address == halted_at)
-                    return {SUCCESS_EXIT_CODE,
-                            "Processeur à l'arrêt, interruptions coupées : fin de la machine."};
-                halted_at = address;
-                next_look_ms = GetTickCount64() + POLL_MS;
             }
             if (exit_byte_)
                 return {*exit_byte_, "Machine arrêtée par le noyau, code " + NumberText(*exit_byte_) + "."};

@@ -11,7 +11,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
-#include <sstream>
 #include <stdexcept>
 
 #include "adapter/files.h"
@@ -25,8 +24,7 @@ std::string Setting(const char* name) {
 
 std::vector<WideText> UsualPrograms() {
     std::vector<WideText> programs;
-    std::istringstream folders(Setting("PATH"));
-    for (std::string folder; std::getline(folders, folder, ':');)
+    for (const std::string& folder : Split(Setting("PATH"), ':'))
         for (const char* const name : {"/qemu-system-x86_64", "/qemu-system-i386"})
             if (folder.starts_with('/'))
                 programs.push_back(host::FromNativePath(folder + name));

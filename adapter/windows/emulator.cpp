@@ -4,7 +4,6 @@
 #include "adapter/emulator.h"
 
 #include <cstdlib>
-#include <sstream>
 #include <stdexcept>
 
 #include "adapter/files.h"
@@ -56,8 +55,7 @@ std::string Setting(const char* name) {
 
 std::vector<WideText> UsualPrograms() {
     std::vector<WideText> programs;
-    std::istringstream folders(Setting("PATH") + ";" + Setting("ProgramFiles") + "\\qemu");
-    for (std::string folder; std::getline(folders, folder, ';');)
+    for (const std::string& folder : Split(Setting("PATH") + ";" + Setting("ProgramFiles") + "\\qemu", ';'))
         for (const WCHAR* const name : {TEXT("qemu-system-x86_64.exe"), TEXT("qemu-system-i386.exe")})
             if (IsAbsolutePath(WideFromUtf8(folder)))
                 programs.push_back(JoinPath(WideFromUtf8(folder), name));

@@ -74,6 +74,18 @@ protected:
         }
     }
 
+    // Runs the engine where no file can become larger than this, as on a disk that is almost full.
+    EngineEnd RunWithSmallFiles(rlim_t bytes, WideView arguments) {
+        rlimit limit{};
+        getrlimit(RLIMIT_FSIZE, &limit);
+        const rlimit small = {bytes, limit.rlim_max};
+        signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &small);
+        const EngineEnd run = Run(arguments);
+        setrlimit(RLIMIT_FSIZE, &limit);
+        return run;
+    }
+
     // Makes an executable script the emulator.
     void UseEmulator(const std::string& script) {
         const std::filesystem::path path = NativePath(folder.Of(TEXT("émulateur")));
@@ -214,8 +226,11 @@ TEST_F(Machine, RefusesInADryRunWhatARunRefuses) {
     EXPECT_TRUE(
         Run(TEXT(""), EngineRun::Dry).LogContains("Erreur : écriture impossible: The system cannot find"));
     setenv("TMPDIR", NativePath(folder.path).c_str(), 1);
-    config.dump = folder.Of(TEXT("absent\\écran.ppm"));
-    ExpectRefusal(1, "absent\\écran.ppm\"\n");
+    for (const WideText& unusable :
+         {folder.Of(TEXT("absent\\écran.ppm")), WideText(TEXT("C:\\proc\\écran.ppm"))}) {
+        config.dump = unusable;
+        ExpectRefusal(1, Narrow(unusable) + "\"\n");
+    }
     std::string kernel = ReadBytes(config.kernel);
     kernel.replace(kernel.find("\x02\xB0\xAD\x1B"), 4, "none");
     config.kernel = folder.Of(TEXT("sans en-tête.elf"));
@@ -256,13 +271,18 @@ TEST_F(Machine, ProtectsItsInputs) {
     ExpectRefusal(1, "écriture impossible: Access is denied.: \"" + Narrow(disk) + "\"\n");
 }
 
-TEST_F(Machine, WritesNoPictureOfAClosedWindow) {
-    UseEmulator(R"(#!/bin/bash
+// An emulator that connects and answers; the lines that it sends at first, and at each look at the exit port
+// and the registers, follow.
+const std::string ANSWERING_EMULATOR = R"(#!/bin/bash
 [[ $* =~ port=([0-9]+) ]]
 exec 3<>/dev/tcp/127.0.0.1/${BASH_REMATCH[1]}
 echo '{"QMP": {}}' >&3
 read -r -u 3
 echo '{"return": {}, "id": "qmp_capabilities"}' >&3
+)";
+
+TEST_F(Machine, WritesNoPictureOfAClosedWindow) {
+    UseEmulator(ANSWERING_EMULATOR + R"(
 echo '{"event": "SHUTDOWN", "data": {"reason": "host-ui"}}' >&3
 while read -r -u 3 line && [[ $line != *quit* ]]; do
     [[ $line != *ringbuf* ]] || echo '{"return": "", "id": "ringbuf-read"}' >&3
@@ -279,18 +299,35 @@ done
     EXPECT_EQ(ReadBytes(config.dump), "old");
 }
 
+TEST_F(Machine, PrefersTheExitCodeOfAKernelThatHaltsRightAfterIt) {
+    UseEmulator(ANSWERING_EMULATOR + R"(
+bytes=
+while read -r -u 3 line && [[ $line != *quit* ]]; do
+    [[ $line != *ringbuf* ]] || echo "{\"return\": \"$bytes\", \"id\": \"ringbuf-read\"}" >&3
+    [[ $line != *registers* ]] || echo '{"return": "EIP=5 EFL=46 HLT=1 ", "id": "human-monitor-command"}' >&3
+    [[ $line != *registers* ]] || bytes=Bw==
+done
+)");
+    EXPECT_EQ(Run(TEXT("")).exit_code, 7U);
+}
+
 TEST_F(Machine, ContinuesWhenItsLogIsFull) {
     config.kernel = BuildFile(TEXT("shapes\\plain.elf"));
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    const rlimit small = {40000, limit.rlim_max};
-    signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &small);
-    const EngineEnd run = Run(TEXT("f"));
-    setrlimit(RLIMIT_FSIZE, &limit);
-    signal(SIGXFSZ, SIG_DFL);
+    const EngineEnd run = RunWithSmallFiles(40000, TEXT("f"));
     EXPECT_EQ(run.exit_code, 1U);
     EXPECT_EQ(run.log.size(), 40000U);
+}
+
+TEST_F(Machine, KeepsTheOldPictureWhenTheNewOneCannotBeWritten) {
+    config.dump = folder.Of(TEXT("écran.ppm"));
+    WriteBytes(config.dump, "old");
+    for (const auto& [arguments, exit_code] :
+         {std::pair(WideView(TEXT("code=5")), 5U), std::pair(WideView(TEXT("fin=arret")), 1U)}) {
+        const EngineEnd run = RunWithSmallFiles(100000, arguments);
+        EXPECT_EQ(run.exit_code, exit_code) << "the kernel's, unless it reports success";
+        EXPECT_TRUE(run.LogContains("\nErreur : Image de l'écran impossible : ")) << run.log;
+        EXPECT_EQ(ReadBytes(config.dump), "old");
+    }
 }
 
 TEST_F(Machine, DeletesTheFilesOfAnEngineThatWasKilled) {
