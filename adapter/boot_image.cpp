@@ -17,9 +17,8 @@ constexpr auto STUB = std::to_array<unsigned char>({
 });
 constexpr std::size_t STUB_OPERAND = 1;  // the operand of its first instruction: the record's address
 
-// The registers of the emulator's display.
-enum : std::uint16_t { WIDTH = 1, HEIGHT = 2, BITS = 3, ENABLE = 4 };
-constexpr std::uint16_t ON = 0x41;  // cleared, with a linear framebuffer
+// The registers of the emulator's display, and a value of the last one.
+enum : std::uint16_t { WIDTH = 1, HEIGHT = 2, BITS = 3, ENABLE = 4, ON = 0x41 };  // ON clears the framebuffer
 
 // What the stub needs. It copies the first and the third part into the loader's Multiboot information.
 struct StubRecord {
@@ -50,8 +49,7 @@ struct Kernel {
     std::uint64_t end = 0;  // the first address after its memory
 };
 
-// Whether a segment below the kernel contains nothing but the headers of the file: some linkers add such a
-// segment, and no kernel needs it.
+// Some linkers put the headers of the file into a segment below the kernel, which no kernel needs.
 bool HasOnlyHeaders(const ProgramHeader& header) {
     return header.offset == 0 && (header.flags & ProgramHeader::EXECUTABLE) == 0 &&
            std::uint64_t{header.physical_address} + header.memory_bytes <= LOWEST_ADDRESS;

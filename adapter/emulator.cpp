@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr std::uint64_t VIDEO_MIB_MIN = 16;
-
 // In the emulator's options a comma ends a value; a doubled comma is a literal one.
 std::string DoubledCommas(const std::string& text) {
     std::string doubled;
@@ -22,7 +20,7 @@ std::string DoubledCommas(const std::string& text) {
 
 std::string VideoMib(const std::optional<DisplayMode>& mode) {
     const std::uint64_t bytes = mode ? std::uint64_t{mode->width} * mode->height * 4 : 0;
-    return NumberText(std::max(VIDEO_MIB_MIN, std::bit_ceil((bytes + MIB - 1) / MIB)));
+    return NumberText(std::max<std::uint64_t>(16, std::bit_ceil((bytes + MIB - 1) / MIB)));
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <limits>
 #include <string_view>
 #include <vector>
 
@@ -32,7 +31,7 @@ EngineRequest ParseEngineArguments(const std::vector<WideText>& arguments);
 
 // Converts a text of decimal digits to a number. Throws for any other text, for leading zeros, and for a
 // number above `highest`.
-std::uint32_t ParseNumber(WideView text, std::uint32_t highest = std::numeric_limits<std::uint32_t>::max());
+std::uint32_t ParseNumber(WideView text, std::uint32_t highest = UINT32_MAX);
 
 // Writes the bytes, less than 4 GiB, to a file. Returns false when not all could be written.
 [[nodiscard]] bool WriteAll(HANDLE file, std::string_view bytes);

@@ -1,5 +1,4 @@
-// An engine on a general emulator: reads the launcher's command line and runs the kernel on the emulator.
-// Its exit codes are explained in LISEZMOI.txt.
+// The engine on a general emulator: runs the kernel of a command line. LISEZMOI.txt lists its exit codes.
 #include <algorithm>
 #include <stdexcept>
 
@@ -169,7 +168,7 @@ BootImage ImageOf(const VmConfig& config, const std::vector<std::uint64_t>& modu
 }
 
 std::string ModeText(const DisplayMode& mode) {
-    return NumberText(mode.width) + " x " + NumberText(mode.height) + " points de " + NumberText(mode.bits) +
+    return NumberText(mode.width) + " x " + NumberText(mode.height) + " en " + NumberText(mode.bits) +
            " bits.";
 }
 

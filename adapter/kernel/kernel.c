@@ -1,7 +1,6 @@
-// A small Multiboot kernel. It prints the loader's information on the first serial port, reads a sector of
-// the first disk and draws on the screen. Its arguments select how it ends: code=N (the exit code, 0 by
-// default), fin=arret (halt), fin=boucle (endless loop), fin=extinction (power off) or fin=faute (triple
-// fault).
+// A small Multiboot kernel. It prints the loader's information on the first serial port, reads a sector of the first
+// disk and draws on the screen. Its arguments select how it ends: code=N (the exit code, 0 by default), fin=arret
+// (halt), fin=boucle (endless loop), fin=extinction (power off) or fin=faute (triple fault).
 #include <stdint.h>
 
 enum { MAGIC = 0x2BADB002, HAS_FRAMEBUFFER = 1 << 12 };

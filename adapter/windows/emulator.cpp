@@ -19,7 +19,6 @@ constexpr const WCHAR* SHELL = TEXT("Z:\\bin\\sh");
 constexpr const WCHAR* SHELL_SCRIPT =
     TEXT("\"$@\" 2>&1 & p=$!; (while [ -e \"$0\" ]; do sleep 1; done; kill -9 $p) >/dev/null 2>&1 & ")
         TEXT("wait $p; s=$?; kill $! 2>/dev/null; [ ! -e \"$0\" ] || echo $s >\"$0\"");
-constexpr long SIGNAL_STATUS = 128;  // a shell adds this to the number of a signal
 
 // Finds Wine's function that returns the Unix path of a file, which the caller frees. Null on Windows.
 using UnixPathFunction = char*(CDECL*)(const WCHAR*);
@@ -152,7 +151,7 @@ std::optional<std::int64_t> Emulator::End() {
         const long status = std::strtol(text.c_str(), nullptr, 10);
         if (!text.ends_with('\n'))
             return std::nullopt;
-        return status > SIGNAL_STATUS ? SIGNAL_STATUS - status : status;
+        return status > 128 ? 128 - status : status;  // a shell adds 128 to the number of a signal
     }
     DWORD exit_code = 0;
     if (WaitForSingleObject(process_.Get(), 0) != WAIT_OBJECT_0 ||

@@ -115,8 +115,8 @@ TEST_F(Machine, BootsAKernelWithModulesADiskAndAScreen) {
     EXPECT_EQ(run.exit_code, 200U);
     for (const char* const line :
          {"qemu-system-x86_64, processeur qemu64.\n",
-          "Écran : 320 x 200 points de 32 bits. Demandé : 323 x 200 points de 32 bits.\n",
-          "\nChargeur : Multiboot\n", "\nArguments : [ mode=\"a, b\" code=200 ]\nMémoire : 31 Mio\n",
+          "Écran : 320 x 200 en 32 bits. Demandé : 323 x 200 en 32 bits.\n", "\nChargeur : Multiboot\n",
+          "\nArguments : [ mode=\"a, b\" code=200 ]\nMémoire : 31 Mio\n",
           "\nModule 0 : 5000 octets, somme 5000, arguments [ x,\"y\" é ]\nModule 1 : 0 octets, somme 0, "
           "arguments []\n",
           "\nDisque, secteur 0 : [secteur]\nÉcran : 320 x 200 x 32\nFin.\n",
@@ -267,6 +267,9 @@ TEST_F(Machine, ProtectsItsInputs) {
     ASSERT_EQ(fcntl(held, F_OFD_SETLK, &lock), 0);
     ExpectRefusal(4, "L'émulateur s'est arrêté de lui-même, code 1.\n");
     close(held);
+    std::filesystem::resize_file(NativePath(disk), (std::uintmax_t{1} << 37) + 512);
+    ExpectRefusal(1, "l'image de disque dépasse 128 Gio.\n");
+    std::filesystem::resize_file(NativePath(disk), 512);
     chmod(NativePath(disk).c_str(), 0444);
     ExpectRefusal(1, "écriture impossible: Access is denied.: \"" + Narrow(disk) + "\"\n");
 }
