@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 TEST(CommandDecision, IgnoresNotificationsThatAreNotCommands) {
     EXPECT_EQ(DecideCommand(false, 0, 206), Command::MarkEditedAndEnable);
     for (const UINT id : {1U, 2U, 201U, 0U})
@@ -13,5 +11,3 @@ TEST(CommandDecision, IgnoresNotificationsThatAreNotCommands) {
         EXPECT_EQ(DecideCommand(false, code, 105), Command::None) << code;
     EXPECT_EQ(DecideCommand(true, 0, 105), Command::None) << "while the program fills the form";
 }
-
-}  // namespace

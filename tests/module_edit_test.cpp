@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 TEST(ModuleEdit, UsesTheFileNameAsArgumentsOfANewModuleAndMovesOnlyWithinTheList) {
     VmConfig config;
     for (const WCHAR* path : {TEXT("C:\\m\\a.bin"), TEXT("C:\\m/b.tar.gz"), TEXT("c")})
@@ -13,5 +11,3 @@ TEST(ModuleEdit, UsesTheFileNameAsArgumentsOfANewModuleAndMovesOnlyWithinTheList
     EXPECT_TRUE(config.modules[2].command == TEXT("c"));
     EXPECT_FALSE(MoveTarget(config, 2, 1) || MoveTarget(config, 0, -1) || MoveTarget(config, -1, 1));
 }
-
-}  // namespace

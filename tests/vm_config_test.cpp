@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <utility>
-
 #include "cases.h"
 
 namespace {
@@ -54,18 +52,6 @@ TEST(ValidateConfig, HoldsEveryTextToOneLine) {
             EXPECT_EQ(Refusal(config), unit == '\r' || unit == '\n' || unit == 0 ? ONE_LINE : "")
                 << "unit " << int{unit} << " in record " << &config - configs;
     }
-}
-
-TEST(VmConfig, LeavesNoTextBehindWhenItIsMoved) {
-    VmConfig source;
-    // Short texts, which a move may copy.
-    source.kernel = source.command = source.dump = source.ide[0] = source.ide[3] = TEXT("a");
-    source.modules = {{TEXT("m"), {}}};
-    VmConfig target;
-    target = VmConfig(std::move(source));
-    EXPECT_TRUE(target.ide[3] == TEXT("a") && target.modules.size() == 1 && source.modules.empty());
-    for (const WideText& text : {source.kernel, source.command, source.dump, source.ide[0], source.ide[3]})
-        EXPECT_TRUE(text.empty());
 }
 
 TEST(ValidateConfig, TellsTheFirstRuleThatIsBroken) {
