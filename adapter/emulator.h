@@ -68,8 +68,8 @@ public:
     std::optional<std::int64_t> End();
 
 private:
-    int process_identifier_ = 0;       // Linux only
-    std::optional<std::int64_t> end_;  // Linux only
-    OwnedHandle process_;              // Windows only
-    OwnedHandle status_;               // a Linux program under Wine only; see windows/emulator.cpp
+    [[maybe_unused]] int process_identifier_ = 0;  // Linux only
+    std::optional<std::int64_t> end_;              // Linux only
+    OwnedHandle process_;                          // Windows only
+    OwnedHandle status_;  // a Linux program under Wine only; see windows/emulator.cpp
 };
