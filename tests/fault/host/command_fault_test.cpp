@@ -425,10 +425,11 @@ const TestedCommand COMMANDS[] = {
 void ExpectSame(const Snapshot& seen, const Snapshot& expected, const std::vector<std::string>& ignored) {
     Snapshot names = seen;
     names.insert(expected.begin(), expected.end());
-    for (const auto& [name, text] : names) {
+    for (const auto& entry : names) {
+        const std::string& name = entry.first;
         if (std::find(ignored.begin(), ignored.end(), name) != ignored.end())
             continue;
-        const auto value = [&name = name](const Snapshot& snapshot) {
+        const auto value = [&name](const Snapshot& snapshot) {
             return snapshot.contains(name) ? snapshot.at(name) : "(none)";
         };
         EXPECT_EQ(value(seen), value(expected)) << name;
