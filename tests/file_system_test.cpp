@@ -7,8 +7,6 @@
 #include "cases.h"
 #include "scratch.h"
 
-namespace {
-
 TEST(FileSystem, TellsFilesFromAllElse) {
     const ScratchFolder folder;
     WriteBytes(folder.Of(TEXT("file")), "");
@@ -45,5 +43,3 @@ TEST(FileSystem, MakesPathsFullHoweverLong) {
 TEST(WindowsError, HasWordsOfItsOwnWhereTheSystemHasNone) {
     EXPECT_EQ(Narrow(WindowsErrorText(0x2000ABCD)), "Erreur Windows 536914893");
 }
-
-}  // namespace

@@ -6,8 +6,6 @@
 #include "cases.h"
 #include "scratch.h"
 
-namespace {
-
 TEST(PathOps, JoinsAndBringsIntoNormalForm) {
     const auto rows = Rows(4, R"(
         C:\vm ..\img\d.img C:\vm\..\img\d.img C:\img\d.img      C:/vm/ \boot/k.elf C:\boot/k.elf C:\boot\k.elf
@@ -20,5 +18,3 @@ TEST(PathOps, JoinsAndBringsIntoNormalForm) {
     }
     EXPECT_EQ(Narrow(ParentPath(TEXT("C:\\b.config"))), "C:\\");
 }
-
-}  // namespace

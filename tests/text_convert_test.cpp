@@ -5,8 +5,6 @@
 
 #include "cases.h"
 
-namespace {
-
 TEST(TextConvert, RefusesWhatIsIllFormedOrTooLong) {
     const std::string narrow = "d\xC3\xA9\xE9";
     const WideText wide = {'a', 0xD83D};
@@ -16,5 +14,3 @@ TEST(TextConvert, RefusesWhatIsIllFormedOrTooLong) {
     EXPECT_EQ(MessageOf([&] { WideFromUtf8({narrow.data(), 0x80000000}); }), "Texte trop long.");
     EXPECT_EQ(MessageOf([&] { Utf8FromWide({wide.data(), 0x80000000}); }), "Texte trop long.");
 }
-
-}  // namespace

@@ -8,8 +8,6 @@
 #include "platform/host/hooks/test_hooks.h"
 #include "scratch.h"
 
-namespace {
-
 TEST(SaveFaults, AKillOrALossOfPowerAfterAnyCallLeavesTheOldOrTheNewFile) {
     VmConfig large;
     large.command.assign(400000, WCHAR{'c'});
@@ -36,5 +34,3 @@ TEST(SaveFaults, AKillOrALossOfPowerAfterAnyCallLeavesTheOldOrTheNewFile) {
         }
     }
 }
-
-}  // namespace

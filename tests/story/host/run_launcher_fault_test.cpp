@@ -6,8 +6,6 @@
 #include "launcher_run.h"
 #include "platform/host/hooks/test_hooks.h"
 
-namespace {
-
 TEST(RunLauncher, AcceptsTheLongestPathOfItsExecutableAndNoLongerOne) {
     for (const std::size_t length : {32767U, 32768U}) {
         LauncherRun run;
@@ -54,5 +52,3 @@ TEST(RunLauncher, DoesNotMoveTheControlsWhenDeferWindowPosFails) {
         UnregisterWindowClasses();
     }
 }
-
-}  // namespace
