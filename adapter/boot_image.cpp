@@ -20,13 +20,13 @@ constexpr std::size_t STUB_OPERAND = 1;  // the operand of its first instruction
 // The registers of the emulator's display, and a value of the last one.
 enum : std::uint16_t { WIDTH = 1, HEIGHT = 2, BITS = 3, ENABLE = 4, ON = 0x41 };  // ON clears the framebuffer
 
-// What the stub needs. It copies the first and the third part into the loader's Multiboot information.
+// The stub's data. All but `display` and `kernel_entry` are fields of the Multiboot information.
 struct StubRecord {
     std::uint32_t arguments, module_count, modules;
     std::array<std::uint16_t, 10> display;                          // numbers of registers and their values
     std::array<std::uint32_t, 2> framebuffer;                       // the stub finds the address
     std::uint32_t pitch, width, height;                             // a width of 0: the text screen
-    std::array<std::uint8_t, 8> colours{32, 1, 16, 8, 8, 8, 0, 8};  // direct: position and size of each
+    std::array<std::uint8_t, 8> colours{32, 1, 16, 8, 8, 8, 0, 8};  // 32 bits, RGB: place, size
     std::uint32_t kernel_entry;
 };
 static_assert(sizeof(StubRecord) == 64);
@@ -187,8 +187,8 @@ std::string ComposeFront(std::uint64_t address, std::uint32_t kernel_entry, cons
     return front;
 }
 
-std::string ComposeFile(std::string_view kernel_file, const Kernel& kernel, std::uint64_t added_address,
-                        std::uint64_t added_bytes) {
+std::string ComposeFileStart(std::string_view kernel_file, const Kernel& kernel, std::uint64_t added_address,
+                             std::uint64_t added_bytes) {
     const std::size_t header_count = kernel.segments.size() + 1;
     ElfHeader elf;
     elf.identity = RecordAt<ElfHeader>(kernel_file, 0).identity;
@@ -238,6 +238,6 @@ BootImage ComposeBootImage(std::string_view kernel_file, const VmConfig& config,
     if (end + FIRMWARE_BYTES > config.ram_mib * MIB)
         throw std::runtime_error("le noyau et ses modules ne tiennent pas dans la mémoire : il faut " +
                                  NumberText((end + FIRMWARE_BYTES + MIB - 1) / MIB) + " Mio.");
-    image.front = ComposeFile(kernel_file, kernel, address, end - address) + front;
+    image.front = ComposeFileStart(kernel_file, kernel, address, end - address) + front;
     return image;
 }

@@ -28,11 +28,11 @@ struct BootImage {
     std::optional<DisplayMode> mode;        // the mode that is set: 32 bits, its width a multiple of 8
 };
 
-// Composes the image of an ELF kernel for i386 with the arguments, the modules, the memory
-// and the display mode of the configuration. `module_bytes` are the sizes of the modules. The file consists
-// of `front` and then of each module's content, followed by PaddingBehind(its size) zero bytes. Throws when
-// the kernel cannot be loaded, when it requires a loader feature that is not supported, and when the kernel
-// and its modules do not fit into the machine's memory.
+// Composes the image of an i386 ELF kernel with the arguments and the modules of the configuration. Without
+// explicit_video the kernel's header gives the display mode. `module_bytes` are the sizes of the modules. The
+// file consists of `front` and then of each module's content, followed by PaddingBehind(its size) zero bytes.
+// Throws when the kernel cannot be loaded, when it requires a loader feature that is not supported, and when
+// the kernel and its modules do not fit into the machine's memory.
 BootImage ComposeBootImage(std::string_view kernel, const VmConfig& config,
                            const std::vector<std::uint64_t>& module_bytes);
 

@@ -1,5 +1,5 @@
-// The emulator: its program, its command line and its process. Each build has its own implementation of the
-// functions behind UsualPrograms.
+// The emulator: its program, its command line and its process. Each build (Linux, Windows) has its own
+// implementation of UsualPrograms and of everything that is declared after it.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 # Runs between the emulator's loader and the kernel: completes the loader's Multiboot information, sets the display
-# mode and enters the kernel. boot_image.cpp puts this code on a page after the kernel and the record StubRecord right
-# after the code, and writes the record's address into the first instruction. The processor is in 32-bit protected
+# mode and enters the kernel. boot_image.cpp puts this code on the page after the kernel, puts the record StubRecord
+# directly after the code, and writes the record's address into the first instruction. The processor is in 32-bit protected
 # mode without paging; ebx is the address of the information, which announces arguments and modules in any case. There
 # is no stack.
 
@@ -8,7 +8,7 @@
         .set    KERNEL_ENTRY, 60                # in StubRecord
         .set    FLAGS, 0                        # in the Multiboot information
         .set    HAS_FRAMEBUFFER, 0x1000
-        .set    ARGUMENTS, 16                   # in the Multiboot information, and the modules: 3 words
+        .set    ARGUMENTS, 16                   # in the Multiboot information; 3 words: arguments, module count, modules
         .set    FRAMEBUFFER, 88                 # in the Multiboot information: 7 words
         .set    LOADED_BY_MULTIBOOT, 0x2BADB002
 

@@ -29,8 +29,8 @@ public:
           limit_ms_(config.timeout_ms == 0 ? NEVER_MS : GetTickCount64() + config.timeout_ms),
           emulator_(setup.program, EmulatorArguments(config, setup), config.zoom) {}
 
-    // Waits until the machine exists, which only the answer to a command proves. Returns false when it does
-    // not exist in time, in a dry run after DRY_RUN_LIMIT_MS at the latest.
+    // Waits until the emulator answers a command: then the machine exists. Returns false when the emulator
+    // ends, or at the time limit; in a dry run this limit is at most DRY_RUN_LIMIT_MS.
     bool AwaitStart(bool dry_run) {
         const std::uint64_t until_ms =
             std::min(limit_ms_, dry_run ? GetTickCount64() + DRY_RUN_LIMIT_MS : NEVER_MS);
@@ -93,8 +93,8 @@ public:
         picture.CopyTo(config_.dump);
     }
 
-    // Asks the emulator to end and waits for that. Returns the text about an emulator that has ended by
-    // itself.
+    // Asks the emulator to end and waits for at most QUIT_LIMIT_MS. Returns how the emulator ended, or that
+    // it does not answer, for a log in which the machine itself gave no reason.
     std::string Quit() {
         control_.Send(WriteControlLine("quit", ""));
         const std::uint64_t until_ms = GetTickCount64() + QUIT_LIMIT_MS;
@@ -172,7 +172,7 @@ std::string ModeText(const DisplayMode& mode) {
            " bits.";
 }
 
-// Finds the emulator and prints what the machine has beside the configuration.
+// Fills all but the image, the port and the stop of the setup, and prints what was chosen.
 EmulatorSetup ComposeSetup(const BootImage& image) {
     EmulatorSetup setup;
     setup.program = FindEmulator();

@@ -4,8 +4,8 @@
 #include "config/vm_config.h"
 #include "platform/win32.h"
 
-// Reads the file at `path` and returns its validated record. Relative paths in the file are relative to
-// the file's folder and become absolute. Throws if the file cannot be read, is larger than
+// Reads the file at `path` and returns its validated record. Relative paths in the file are joined to
+// the file's folder, as AnchorPath does. Throws if the file cannot be read, is larger than
 // MAX_CONFIG_BYTES or is not valid.
 VmConfig ReadConfigFile(const WideText& path);
 

@@ -49,7 +49,7 @@ void LayoutForm(Launcher& launcher) {
         SendMessageW(launcher.module_list, LVM_SETCOLUMNWIDTH, 0, MAKELPARAM(widths.file, 0));
         SendMessageW(launcher.module_list, LVM_SETCOLUMNWIDTH, 1, MAKELPARAM(widths.arguments, 0));
     }
-    // InvalidateRect leaves out the child windows, because the main window clips its children.
+    // InvalidateRect alone would leave out the child windows, because the main window clips its children.
     InvalidateRect(launcher.main_window, nullptr, TRUE);
     RepaintWithChildren(launcher.main_window, nullptr);
 }

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::int32_t BOTTOM_ZONE = 552;  // from this y on a control follows the bottom edge
+constexpr std::int32_t BOTTOM_ZONE = 552;  // controls at this y or below move with the bottom edge
 constexpr std::int32_t LIST_BASE_WIDTH = 728;
 constexpr std::int32_t FILE_COLUMN_MIN = 220;
 constexpr std::int32_t ARGUMENTS_COLUMN_MIN = 160;

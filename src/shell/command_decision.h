@@ -6,7 +6,7 @@
 enum class Command {
     None,
     MarkEdited,           // an edit of the form
-    MarkEditedAndEnable,  // an edit that enables or disables other controls
+    MarkEditedAndEnable,  // an edit after which other controls may be enabled or disabled
     ModuleArgsChanged,
     Load,
     Save,

@@ -200,7 +200,9 @@ TEST_F(Machine, RefusesInADryRunWhatARunRefuses) {
     const EngineEnd dry = Run(TEXT("fin=boucle"), EngineRun::Dry);
     EXPECT_EQ(dry.exit_code, 0U);
     EXPECT_TRUE(dry.log.ends_with("\nVérification réussie.\n")) << dry.log;
-    EXPECT_FALSE(dry.LogContains("Chargeur")) << "the processor does not start";
+    UseEmulator("#!/bin/sh\necho \"$@\"");
+    EXPECT_TRUE(Run(TEXT(""), EngineRun::Dry).LogContains(" -S")) << "the processor does not start";
+    EXPECT_FALSE(Run(TEXT("")).LogContains(" -S"));
 
     config.timeout_ms = 60000;
     UseEmulator("text");
