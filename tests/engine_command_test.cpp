@@ -12,12 +12,14 @@ std::string Line(const VmConfig& config, bool dry_run) {
     return Narrow(BuildEngineCommandLine(TEXT("C:\\Outils VM\\tessarun.exe"), config, dry_run));
 }
 
-TEST(EngineCommand, QuotesEveryArgument) {
+TEST(EngineCommand, QuotesEveryArgumentAndKeepsTheOrder) {
     VmConfig config;
     config.kernel = TEXT("C:\\é.elf");
     config.command = TEXT("mode=\"rapide\" \\");
-    EXPECT_EQ(Line(config, false), R"("C:\Outils VM\tessarun.exe" "C:\é.elf" "--ram" "128" "--zoom" "2")"
-                                   R"( "--timeout" "0" "--cmdline" "mode=\"rapide\" \\")");
+    config.headless = config.force_no_header = true;
+    EXPECT_EQ(Line(config, true), R"("C:\Outils VM\tessarun.exe" "C:\é.elf" "--ram" "128" "--zoom" "2")"
+                                  R"( "--timeout" "0" "--cmdline" "mode=\"rapide\" \\" "--headless")"
+                                  R"( "--force-no-header" "--dry-run")");
 }
 
 TEST(EngineCommand, IsRefusedWhenItIsTooLongForThePlatform) {
